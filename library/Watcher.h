@@ -1,0 +1,32 @@
+// New work must appear the moment it lands. The watcher delivers batches of changed paths on the main thread; releasing
+// it ends the stream. A change of paths means a new watcher.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/FileEvents.h"
+
+#include <QObject>
+
+#include <functional>
+#include <memory>
+
+namespace lumbra {
+
+class Watcher {
+public:
+    using OnChange = std::function<void(const QList<FileEvent>&)>;
+
+    // `latency` in seconds. `onChange` runs on the thread that made the watcher, once for each batch.
+    Watcher(const QList<Location>& paths, double latency, OnChange onChange);
+    ~Watcher();
+
+    const FileEvents& events() const { return *m_events; }
+
+private:
+    QObject m_context; // its death drops the batches that are on their way
+    OnChange m_onChange;
+    std::unique_ptr<FileEvents> m_events;
+};
+
+} // namespace lumbra

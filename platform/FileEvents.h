@@ -1,0 +1,73 @@
+// File events for whole trees, on inotify: one watch for each folder, whatever moves, appears or leaves.
+//
+// One thread drains the kernel's queue into a set of changed paths and does nothing else that could hold it up; when it
+// falls behind, the kernel drops events and the tree must be compared with the disk. Batches go to `deliver`, called on
+// that thread: the first event of a quiet time at once, then one batch each `latency` seconds while events keep coming.
+//
+// An event says only where to look; ask the disk for the truth.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "Location.h"
+
+#include <QList>
+
+#include <functional>
+#include <memory>
+
+namespace lumbra {
+
+struct FileEvent {
+    enum Flag : quint32 {
+        // Events of everything at or below the folder may have been lost: compare it with the disk.
+        mustScan = 1,
+        created = 256,
+        renamed = 2048,
+    };
+
+    Location path;
+    quint32 flags = 0;
+
+    friend bool operator==(const FileEvent&, const FileEvent&) = default;
+};
+
+class FileEvents {
+public:
+    struct Options {
+        // Seconds between two batches of one burst.
+        double latency = 0.4;
+
+        // True for a folder that is watched and gone through, by its name. Files are reported whatever their name.
+        std::function<bool(std::string_view name)> enters = [](std::string_view) { return true; };
+
+        // Watches to take at most, for tests of the limit; 0 means as many as the kernel gives.
+        size_t watchLimit = 0;
+    };
+
+    // What `lumbra status` tells of the watches.
+    struct Status {
+        size_t watched = 0;   // folders with a watch
+        size_t polled = 0;    // folders that got none and are looked at every few seconds instead
+        size_t overflows = 0; // times that the kernel dropped events
+        bool rootsPresent = true; // false while a root is unmounted or was moved away
+    };
+
+    // Starts at once and goes through the trees on its own thread. Roots that do not exist are waited for.
+    FileEvents(QList<Location> roots, Options options, std::function<void(QList<FileEvent>)> deliver);
+
+    // Ends the thread; `deliver` is not called any more once this returns.
+    ~FileEvents();
+
+    Status status() const;
+
+    // Blocks until every watch that the trees need as of now is set, or the time (seconds) is over; true when set. For
+    // tests and the command, never on the main thread.
+    bool waitUntilWatching(double seconds) const;
+
+private:
+    class Worker;
+    std::unique_ptr<Worker> m_worker;
+};
+
+} // namespace lumbra

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Tasks.h"
+
+#include <QThread>
+
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+namespace lumbra::Tasks {
+
+namespace {
+
+QThreadPool* makePool(int threads) {
+    // Never destroyed: a worker that outlives the application object must still find its pool.
+    auto* made = new QThreadPool;
+    made->setMaxThreadCount(threads);
+    made->setExpiryTimeout(-1); // a thread keeps its priority, so it is kept
+    return made;
+}
+
+} // namespace
+
+QThreadPool& pool(Pool which) {
+    static QThreadPool* const userInitiated = makePool(std::max(2, QThread::idealThreadCount()));
+    static QThreadPool* const utility = makePool(std::max(2, QThread::idealThreadCount()));
+    return which == Pool::userInitiated ? *userInitiated : *utility;
+}
+
+void adoptPriority(Pool which) {
+    if (which == Pool::userInitiated)
+        return;
+    thread_local bool lowered = false;
+    if (!std::exchange(lowered, true))
+        setpriority(PRIO_PROCESS, id_t(::syscall(SYS_gettid)), 10); // Linux keeps a nice value for each thread
+}
+
+} // namespace lumbra::Tasks
