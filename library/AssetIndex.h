@@ -45,7 +45,10 @@ public:
         Asset assetAt(size_t position) const;
         std::optional<size_t> find(std::string_view name) const;
 
-        // The share of `bytes()` that this folder takes.
+        // This folder without the names in `gone` and with the files in `changed`, finished.
+        std::shared_ptr<Folder> edited(const std::vector<std::string_view>& gone, std::vector<File> changed) const;
+
+        // The share of the index's `bytes()` that this folder takes.
         size_t bytes() const;
 
     private:

@@ -30,7 +30,7 @@ class Library : public QObject {
     Q_PROPERTY(lumbra::AssetIndex index READ index NOTIFY indexChanged BINDABLE bindableIndex)
     Q_PROPERTY(bool indexing READ indexing NOTIFY indexingChanged BINDABLE bindableIndexing)
     Q_PROPERTY(int revision READ revision NOTIFY revisionChanged BINDABLE bindableRevision)
-    Q_PROPERTY(lumbra::DerivedIndex derived READ derived NOTIFY derivedChanged BINDABLE bindableDerived)
+    Q_PROPERTY(lumbra::DerivedIndex derived READ derived NOTIFY derivedChanged)
     Q_PROPERTY(lumbra::Place place READ place WRITE setPlace NOTIFY placeChanged BINDABLE bindablePlace)
     Q_PROPERTY(QString lastError READ lastErrorText WRITE setLastErrorText NOTIFY lastErrorChanged)
     Q_PROPERTY(bool paletteOpen READ paletteOpen WRITE setPaletteOpen NOTIFY paletteOpenChanged BINDABLE bindablePaletteOpen)
@@ -63,8 +63,8 @@ public:
     int revision() const { return m_revision; }
     QBindable<int> bindableRevision() { return &m_revision; }
 
-    DerivedIndex derived() const { return m_derived; }
-    QBindable<DerivedIndex> bindableDerived() { return &m_derived; }
+    // Lags behind `index` by the delay and one computation, but is never replaced by an older result.
+    const DerivedIndex& derived() const { return *m_derived.value(); }
 
     Place place() const { return m_place; }
     void setPlace(const Place& place) { m_place = place; }
@@ -134,6 +134,7 @@ public:
     void add(const QString& name, const QUuid& groupId);
     void removeFromGroup(const QString& name);
     void renameGroup(const QUuid& id, const QString& name);
+    void setGroupHue(const QUuid& id, int index);
     void ungroup(const QUuid& id);
     void toggleCollapsed(const QUuid& id);
     std::optional<ProjectGroup> groupContaining(const QString& name) const;
@@ -189,7 +190,8 @@ private:
     Q_OBJECT_BINDABLE_PROPERTY(Library, AssetIndex, m_index, &Library::indexChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(Library, bool, m_indexing, true, &Library::indexingChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(Library, int, m_revision, 0, &Library::revisionChanged)
-    Q_OBJECT_BINDABLE_PROPERTY(Library, DerivedIndex, m_derived, &Library::derivedChanged)
+    // Behind a pointer, which compares at once; whether the values differ is found out in the background.
+    Q_OBJECT_BINDABLE_PROPERTY(Library, std::shared_ptr<const DerivedIndex>, m_derived, &Library::derivedChanged)
     Q_OBJECT_BINDABLE_PROPERTY(Library, Place, m_place, &Library::placeChanged)
     Q_OBJECT_BINDABLE_PROPERTY(Library, std::optional<Location>, m_pendingReveal, &Library::pendingRevealChanged)
     Q_OBJECT_BINDABLE_PROPERTY(Library, std::optional<QString>, m_lastError, &Library::lastErrorChanged)

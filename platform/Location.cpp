@@ -41,14 +41,14 @@ Location Location::expandingTilde(QStringView path) {
     if (path == u"~")
         return home();
     if (path.startsWith(u"~/"))
-        return Location(QString(QDir::homePath() + path.mid(1)));
+        return Location(QString(QDir::homePath() + path.mid(1).toString()));
     return Location(path);
 }
 
 Location Location::canonical() const {
     namespace fs = std::filesystem;
     std::error_code error;
-    const fs::path given(std::string(view()));
+    const fs::path given{std::string(view())};
     fs::path resolved = fs::weakly_canonical(given, error);
     // A loop of links or a folder that may not be entered: the text alone can still be made standard.
     if (error)
