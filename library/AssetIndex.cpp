@@ -48,8 +48,8 @@ qsizetype countIn(const Table& table) {
 void AssetIndex::Folder::add(const File& file) {
     const auto offset = quint32(m_names.size());
     m_names += file.name;
-    m_records.push_back({offset, quint16(file.name.size()), file.kind, file.starred.has_value(), file.size,
-                         file.modified.seconds});
+    m_records.push_back(
+        {offset, quint16(file.name.size()), file.kind, file.starred.has_value(), file.size, file.modified.seconds});
     if (file.starred)
         m_stars.push_back({offset, file.starred->seconds});
 }
@@ -94,8 +94,9 @@ Asset AssetIndex::Folder::assetAt(size_t place) const {
 }
 
 std::optional<size_t> AssetIndex::Folder::find(std::string_view name) const {
-    const auto found = std::lower_bound(m_records.begin(), m_records.end(), name,
-                                        [this](const Record& r, std::string_view sought) { return nameOf(r) < sought; });
+    const auto found =
+        std::lower_bound(m_records.begin(), m_records.end(), name,
+                         [this](const Record& r, std::string_view sought) { return nameOf(r) < sought; });
     if (found == m_records.end() || nameOf(*found) != name)
         return std::nullopt;
     return size_t(found - m_records.begin());
@@ -137,10 +138,13 @@ std::shared_ptr<AssetIndex::Folder> AssetIndex::Folder::edited(const std::vector
     return made;
 }
 
-AssetIndex::AssetIndex() : AssetIndex([] {
-    static const auto empty = std::make_shared<const Table>();
-    return empty;
-}(), 0) {}
+AssetIndex::AssetIndex()
+    : AssetIndex(
+        [] {
+            static const auto empty = std::make_shared<const Table>();
+            return empty;
+        }(),
+        0) {}
 
 AssetIndex::AssetIndex(std::vector<std::shared_ptr<Folder>> folders) {
     std::ranges::stable_sort(folders, {}, [](const auto& folder) -> const std::string& { return folder->path(); });
@@ -179,11 +183,10 @@ QList<AssetIndex::FolderPointer> AssetIndex::foldersUnder(const Location& folder
     const auto own = position(*m_folders, folder.view());
     const auto [begin, end] = rangeBelow(*m_folders, folder.view());
     found.reserve(end - begin + 1);
-    if (own != m_folders->end() && (*own)->path() == folder.view())
+    // The root folder is the one that stands in its own range.
+    if (own != m_folders->end() && (*own)->path() == folder.view() && own != begin)
         found.append(*own);
-    for (auto below = begin; below != end; ++below)
-        if (below != own)
-            found.append(*below);
+    found.append(QList<FolderPointer>(begin, end));
     return found;
 }
 
@@ -200,8 +203,8 @@ AssetIndex AssetIndex::applying(const Changes& changes) const {
         std::vector<std::string_view> gone;
         std::vector<File> changed;
     };
-    std::map<std::string_view, Edit> edits;    // by folder path
-    std::vector<bool> removed;                 // folders that go with a tree, sized when the first one does
+    std::map<std::string_view, Edit> edits; // by folder path
+    std::vector<bool> removed;              // folders that go with a tree, sized when the first one does
     const Table& table = *m_folders;
 
     const auto removeRange = [&](auto begin, auto end) {

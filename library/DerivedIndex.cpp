@@ -91,7 +91,8 @@ Location ownLocation(std::string_view path) {
 void FolderStats::insert(const Asset& asset) {
     if (newest.size() == 3 && newest.last().modified >= asset.modified)
         return;
-    const auto later = std::ranges::find_if(newest, [&](const Asset& entry) { return entry.modified < asset.modified; });
+    const auto later =
+        std::ranges::find_if(newest, [&](const Asset& entry) { return entry.modified < asset.modified; });
     newest.insert(later, asset);
     if (newest.size() == 4)
         newest.removeLast();

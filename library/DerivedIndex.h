@@ -24,9 +24,9 @@ struct FolderStats {
 };
 
 struct DerivedIndex {
-    QHash<Location, Date> activity; // project path to the newest `modified` in it; hidden projects included
-    qsizetype newToday = 0;         // assets of visible projects modified in the 24 hours before `now`
-    Assets starred;                 // of visible projects, most recently starred first
+    QHash<Location, Date> activity;     // project path to the newest `modified` in it; hidden projects included
+    qsizetype newToday = 0;             // assets of visible projects modified in the 24 hours before `now`
+    Assets starred;                     // of visible projects, most recently starred first
     QHash<Location, FolderStats> stats; // every folder from an asset's own up to its project; hidden included
 
     // A pure function, for any thread.

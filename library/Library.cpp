@@ -3,13 +3,12 @@
 
 #include "Resolver.h"
 #include "Scanner.h"
-#include "state/StateStore.h"
-
 #include "core/ProjectLinks.h"
 #include "core/Stars.h"
 #include "platform/NaturalOrder.h"
 #include "platform/Preferences.h"
 #include "platform/Tasks.h"
+#include "state/StateStore.h"
 
 #include <QDir>
 #include <QThread>
@@ -20,9 +19,9 @@ namespace lumbra {
 
 namespace {
 
-constexpr int derivedDelay = 200;       // ms after the last change of content
-constexpr double watcherLatency = 0.4;  // s between two batches of a burst
-constexpr int walkers = 2;              // more gain nothing: the disk and the kernel's locks are the limit
+constexpr int derivedDelay = 200;      // ms after the last change of content
+constexpr double watcherLatency = 0.4; // s between two batches of a burst
+constexpr int walkers = 2;             // more gain nothing: the disk and the kernel's locks are the limit
 
 QList<Location> locationsOf(const QList<Project>& projects) {
     QList<Location> locations;
@@ -96,9 +95,10 @@ void Library::reloadProjects() {
     for (const QString& name : entries) {
         const Location url = m_root.child(name).canonical();
         if (!name.startsWith(u'.') && url.isFolder())
-            found.append({name, url, ProjectLinks::repo(url)});
+            found.append({name, url, ProjectLinks::repoOf(url)});
     }
-    m_projects = NaturalOrder::stableSorted(std::move(found), [](const Project& project) { return project.name; });
+    NaturalOrder::shared().sort(found, [](const Project& project) { return project.name; });
+    m_projects = found;
     restartWatcherIfNeeded();
 }
 
@@ -111,17 +111,15 @@ void Library::restartWatcherIfNeeded() {
         return;
     m_watchedPaths = paths;
     // The old watcher ends after the new one has started, so that nothing falls between them.
-    m_watcher = std::make_unique<Watcher>(paths, watcherLatency,
-                                          [this](const QList<FileEvent>& events) { handle(events); });
+    m_watcher =
+        std::make_unique<Watcher>(paths, watcherLatency, [this](const QList<FileEvent>& events) { handle(events); });
 }
 
 void Library::buildIndex() {
     m_indexing = true;
-    Tasks::run(Tasks::Pool::utility,
-               [roots = locationsOf(m_projects), stop = m_stop.get_token()] {
-                   return Scanner::index(roots, walkers, stop);
-               })
-        .then(this, [this](AssetIndex index) { publishIndex(std::move(index)); });
+    Tasks::run(Tasks::Pool::utility, [roots = locationsOf(m_projects), stop = m_stop.get_token()] {
+        return Scanner::index(roots, walkers, stop);
+    }).then(this, [this](AssetIndex index) { publishIndex(std::move(index)); });
 }
 
 void Library::publishIndex(AssetIndex index) {
@@ -145,11 +143,9 @@ void Library::handle(const QList<FileEvent>& events) {
     // A root that was unmounted or moved away takes no project with it; it may come back.
     if (touchesRoot && m_root.isFolder())
         reloadProjects();
-    Tasks::run(Tasks::Pool::userInitiated,
-               [events, roots = locationsOf(m_projects), root = m_root, index = index()] {
-                   return Resolver::resolve(events, roots, root, index);
-               })
-        .then(this, [this](const AssetIndex::Changes& changes) { apply(changes); });
+    Tasks::run(Tasks::Pool::userInitiated, [events, roots = locationsOf(m_projects), root = m_root, index = index()] {
+        return Resolver::resolve(events, roots, root, index);
+    }).then(this, [this](const AssetIndex::Changes& changes) { apply(changes); });
 }
 
 void Library::apply(const AssetIndex::Changes& changes) {

@@ -33,7 +33,8 @@ class Library : public QObject {
     Q_PROPERTY(lumbra::DerivedIndex derived READ derived NOTIFY derivedChanged)
     Q_PROPERTY(lumbra::Place place READ place WRITE setPlace NOTIFY placeChanged BINDABLE bindablePlace)
     Q_PROPERTY(QString lastError READ lastErrorText WRITE setLastErrorText NOTIFY lastErrorChanged)
-    Q_PROPERTY(bool paletteOpen READ paletteOpen WRITE setPaletteOpen NOTIFY paletteOpenChanged BINDABLE bindablePaletteOpen)
+    Q_PROPERTY(
+        bool paletteOpen READ paletteOpen WRITE setPaletteOpen NOTIFY paletteOpenChanged BINDABLE bindablePaletteOpen)
     Q_PROPERTY(bool onboarding READ onboarding WRITE setOnboarding NOTIFY onboardingChanged BINDABLE bindableOnboarding)
 
 public:

@@ -21,17 +21,17 @@ namespace {
 constexpr std::array<std::string_view, 3> ignoredExtensions{"icns", "ico", "cur"};
 
 constexpr std::array<std::string_view, 27> documentExtensions{
-    "pdf", "txt", "md",  "rtf",  "docx", "doc", "xlsx",   "xls", "csv",    "pptx",  "key",  "pages", "numbers", "srt",
-    "vtt", "html", "zip", "psd", "ai",   "sketch", "fig", "lottie", "blend", "usdz", "glb", "obj",   "fbx"};
+    "pdf", "txt",  "md",  "rtf", "docx", "doc",    "xlsx", "xls",    "csv",   "pptx", "key", "pages", "numbers", "srt",
+    "vtt", "html", "zip", "psd", "ai",   "sketch", "fig",  "lottie", "blend", "usdz", "glb", "obj",   "fbx"};
 
 template <typename List>
 bool holds(const List& list, std::string_view text) {
     return std::find(list.begin(), list.end(), text) != list.end();
 }
 
-// Names compare with their keys made once.
 Assets sortedByName(Assets assets) {
-    return NaturalOrder::stableSorted(std::move(assets), [](const Asset& asset) { return asset.url.name(); });
+    NaturalOrder::shared().sort(assets, [](const Asset& asset) { return asset.url.lastComponent(); });
+    return assets;
 }
 
 QString firstCharacter(const QString& text) {
@@ -93,18 +93,13 @@ std::optional<AssetKind> assetKindOfName(std::string_view fileName) {
     if (holds(ignoredExtensions, key))
         return std::nullopt;
     // Pictures come first: what the types call an image is one although it may stand among the documents too.
-    switch (FileTypes::typeOf(key).value_or(FileType::other)) {
-    case FileType::image:
+    const auto type = fileTypeOf(key);
+    if (type == FileType::image)
         return AssetKind::image;
-    case FileType::movie:
+    if (type == FileType::movie || key == "webm" || key == "mkv")
         return AssetKind::video;
-    case FileType::audio:
-        return key == "webm" || key == "mkv" ? AssetKind::video : AssetKind::audio;
-    case FileType::other:
-        break;
-    }
-    if (key == "webm" || key == "mkv")
-        return AssetKind::video;
+    if (type == FileType::audio)
+        return AssetKind::audio;
     if (holds(documentExtensions, key))
         return AssetKind::document;
     return std::nullopt;

@@ -54,8 +54,8 @@ LibraryState removing(LibraryState state, const QString& name) {
 std::optional<GroupSuggestion> suggestion(const LibraryState& state, const QStringList& visibleNames) {
     QMap<QString, QStringList> byPrefix; // in order of the prefixes, so that the first of the largest wins
     for (const QString& name : visibleNames) {
-        const bool grouped = std::ranges::any_of(
-            state.groups, [&](const ProjectGroup& group) { return group.projects.contains(name); });
+        const bool grouped =
+            std::ranges::any_of(state.groups, [&](const ProjectGroup& group) { return group.projects.contains(name); });
         if (grouped)
             continue;
         const QStringList words = pieces(name.toLower());

@@ -22,8 +22,9 @@ namespace lumbra::Scanner {
 namespace {
 
 constexpr std::array<std::string_view, 18> prunedNames{
-    "node_modules", ".git",    "build",       "dist",  "DerivedData", "venv",   ".venv",         "Pods",   "gradle-home",
-    ".gradle",      "caches", "__pycache__", ".next", ".turbo",      ".cache", "site-packages", ".build", "bower_components"};
+    "node_modules", ".git",   "build",       "dist",          "DerivedData", "venv",
+    ".venv",        "Pods",   "gradle-home", ".gradle",       "caches",      "__pycache__",
+    ".next",        ".turbo", ".cache",      "site-packages", ".build",      "bower_components"};
 
 // What getdents64 fills in; the C library hides it.
 struct DirectoryEntry {
@@ -31,7 +32,7 @@ struct DirectoryEntry {
     qint64 offset;
     unsigned short length;
     unsigned char type;
-    char name[];
+    char name[1]; // and on, up to a NUL
 };
 
 constexpr size_t bufferSize = 64 * 1024;
@@ -67,8 +68,9 @@ void readFolder(int fd, char* buffer, OnFolder onFolder, OnFile onFile) {
             return;
         for (long offset = 0; offset < filled;) {
             const auto* entry = reinterpret_cast<const DirectoryEntry*>(buffer + offset);
+            const char* const terminated = buffer + offset + offsetof(DirectoryEntry, name);
+            const std::string_view name(terminated);
             offset += entry->length;
-            const std::string_view name(entry->name);
             if (name.starts_with('.'))
                 continue;
             // Some file systems do not tell the type; then only statx can.
@@ -82,8 +84,8 @@ void readFolder(int fd, char* buffer, OnFolder onFolder, OnFile onFile) {
             if (!untold && (entry->type != DT_REG || !kind))
                 continue;
             struct statx facts;
-            if (::statx(fd, entry->name, AT_SYMLINK_NOFOLLOW | AT_STATX_DONT_SYNC,
-                        STATX_TYPE | STATX_SIZE | STATX_MTIME, &facts)
+            if (::statx(fd, terminated, AT_SYMLINK_NOFOLLOW | AT_STATX_DONT_SYNC, STATX_TYPE | STATX_SIZE | STATX_MTIME,
+                        &facts)
                 != 0)
                 continue;
             if (S_ISDIR(facts.stx_mode)) {
@@ -93,7 +95,7 @@ void readFolder(int fd, char* buffer, OnFolder onFolder, OnFile onFile) {
             }
             if (!S_ISREG(facts.stx_mode) || !kind || !isUtf8(name))
                 continue;
-            AssetIndex::File file{name, *kind, 0, Date::distantPast(), Stars::readAt(fd, entry->name)};
+            AssetIndex::File file{name, *kind, 0, Date::distantPast(), Stars::readAt(fd, terminated)};
             if (facts.stx_mask & STATX_SIZE)
                 file.size = qint64(facts.stx_size);
             if (facts.stx_mask & STATX_MTIME)
@@ -123,16 +125,16 @@ class FolderQueue {
 public:
     explicit FolderQueue(std::vector<std::string> roots) : m_waiting(std::move(roots)) {}
 
-    // Blocks until there is a folder; absent when all are read and nobody can find more.
-    std::optional<std::string> take() {
+    // Blocks until there is a folder; false when all are read and nobody can find more.
+    bool take(std::string& folder) {
         std::unique_lock lock(m_mutex);
         m_changed.wait(lock, [this] { return !m_waiting.empty() || m_busy == 0; });
         if (m_waiting.empty())
-            return std::nullopt;
-        std::string folder = std::move(m_waiting.back());
+            return false;
+        folder = std::move(m_waiting.back());
         m_waiting.pop_back();
         ++m_busy;
-        return folder;
+        return true;
     }
 
     void add(std::vector<std::string>& folders) {
@@ -159,21 +161,21 @@ using Folders = std::vector<std::shared_ptr<AssetIndex::Folder>>;
 void indexFolders(FolderQueue& queue, const std::stop_token& stop, Folders& found) {
     const auto buffer = std::make_unique<char[]>(bufferSize);
     std::vector<std::string> subfolders;
-    while (auto taken = queue.take()) {
-        std::optional<std::string> path = std::move(taken);
-        while (path && !stop.stop_requested()) {
+    std::string path;
+    while (queue.take(path)) {
+        for (bool goesDown = true; goesDown && !stop.stop_requested();) {
             subfolders.clear();
-            if (const OpenFolder folder(path->c_str(), O_NOFOLLOW); folder.isOpen()) {
-                auto assets = std::make_shared<AssetIndex::Folder>(*path);
+            if (const OpenFolder folder(path.c_str(), O_NOFOLLOW); folder.isOpen()) {
+                auto assets = std::make_shared<AssetIndex::Folder>(path);
                 readFolder(
                     folder.fd(), buffer.get(),
-                    [&](std::string_view name) { subfolders.push_back(childPath(*path, name)); },
+                    [&](std::string_view name) { subfolders.push_back(childPath(path, name)); },
                     [&](const AssetIndex::File& file) { assets->add(file); });
                 if (assets->size() > 0)
                     found.push_back(std::move(assets));
             }
-            path.reset();
-            if (!subfolders.empty()) {
+            goesDown = !subfolders.empty();
+            if (goesDown) {
                 path = std::move(subfolders.back());
                 subfolders.pop_back();
             }
@@ -191,7 +193,7 @@ bool isPrunedName(std::string_view name) {
 }
 
 bool isPackageName(std::string_view name) {
-    return FileTypes::isPackage(name);
+    return isPackage(name);
 }
 
 bool isInvisibleFolder(std::string_view name) {
@@ -242,8 +244,7 @@ Listing list(const Location& folder) {
     readFolder(
         open.fd(), buffer.get(), [&](std::string_view name) { listing.folders.append(folder.child(name)); },
         [&](const AssetIndex::File& file) { listing.assets.append(assetOf(folder, file)); });
-    listing.folders =
-        NaturalOrder::stableSorted(std::move(listing.folders), [](const Location& location) { return location.name(); });
+    NaturalOrder::shared().sort(listing.folders, [](const Location& location) { return location.lastComponent(); });
     return listing;
 }
 

@@ -9,10 +9,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QtConcurrentRun>
-
 #include <QFuture>
 #include <QThreadPool>
+#include <QtConcurrentRun>
 
 #include <utility>
 

@@ -19,7 +19,7 @@ namespace {
 
 QString trimmedSlashes(QString path) {
     while (path.startsWith(u'/'))
-        path.removeFirst();
+        path.remove(0, 1);
     while (path.endsWith(u'/'))
         path.chop(1);
     return path;
@@ -149,9 +149,8 @@ void Library::setGroupHue(const QUuid& id, int index) {
 }
 
 void Library::ungroup(const QUuid& id) {
-    changeState([&](LibraryState& state) {
-        state.groups.removeIf([&](const ProjectGroup& group) { return group.id == id; });
-    });
+    changeState(
+        [&](LibraryState& state) { state.groups.removeIf([&](const ProjectGroup& group) { return group.id == id; }); });
 }
 
 void Library::toggleCollapsed(const QUuid& id) {

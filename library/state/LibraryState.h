@@ -28,11 +28,11 @@ struct ProjectGroup {
 };
 
 struct LibraryState {
-    QStringList pins; // relative paths, in the order of pinning
-    QList<ProjectGroup> groups; // in sidebar order
-    QStringList hidden;         // names of projects
-    QMap<QString, int> colors;  // hue index by project or group name
-    QStringList dismissed;      // group suggestions, by prefix
+    QStringList pins;                         // relative paths, in the order of pinning
+    QList<ProjectGroup> groups;               // in sidebar order
+    QStringList hidden;                       // names of projects
+    QMap<QString, int> colors;                // hue index by project or group name
+    QStringList dismissed;                    // group suggestions, by prefix
     std::optional<QStringList> tidyDismissed; // tidy suggestions, by id
 
     // Absent unless every required key is there with the right type: a broken file fails as a whole.

@@ -7,7 +7,6 @@
 #pragma once
 
 #include "LibraryState.h"
-
 #include "platform/Location.h"
 
 #include <optional>

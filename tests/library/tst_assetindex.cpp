@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "library/AssetIndex.h"
+
+#include <QtTest>
+
+#include <map>
+#include <random>
+
+using namespace lumbra;
+
+class AssetIndexTest : public QObject {
+    Q_OBJECT
+
+private:
+    static Asset asset(const std::string& path, qint64 size = 1, std::optional<Date> starred = std::nullopt) {
+        return {Location(QByteArray::fromStdString(path)), AssetKind::image, size, Date{double(size)}, starred};
+    }
+
+    static AssetIndex indexOf(const std::vector<std::string>& paths) {
+        AssetIndex::Changes changes;
+        for (const auto& path : paths)
+            changes.assets.append(asset(path));
+        return AssetIndex().applying(changes);
+    }
+
+    static QByteArrayList paths(const Assets& assets) {
+        QByteArrayList list;
+        for (const Asset& entry : assets)
+            list.append(entry.url.path());
+        return list;
+    }
+
+    static QByteArrayList everything(const AssetIndex& index) {
+        QByteArrayList list;
+        for (const auto& folder : index.folders())
+            for (size_t i = 0; i < folder->size(); ++i)
+                list.append(folder->assetAt(i).url.path());
+        return list;
+    }
+
+    static Location at(const char* path) { return Location(QByteArray(path)); }
+
+private Q_SLOTS:
+    void emptyHoldsNothing() {
+        const AssetIndex index;
+        QVERIFY(index.isEmpty());
+        QVERIFY(!index.find(at("/a/b.png")));
+        QVERIFY(index.assetsUnder(at("/a")).isEmpty());
+        QVERIFY(index.applying({}) == index);
+    }
+
+    void aStoredAssetIsFoundWhole() {
+        const Asset starred = asset("/l/p/a.png", 42, Date{1700000000.125});
+        const AssetIndex index = AssetIndex().applying({{}, {starred, asset("/l/p/b.png")}});
+        QCOMPARE(index.count(), 2);
+        QVERIFY(index.find(at("/l/p/a.png")) == starred);
+        QVERIFY(!index.contains(at("/l/p/c.png")));
+        QVERIFY(!index.contains(at("/l/p")));
+    }
+
+    void anOlderEntryIsReplaced() {
+        const AssetIndex before = AssetIndex().applying({{}, {asset("/l/p/a.png", 1, Date{5})}});
+        const AssetIndex after = before.applying({{}, {asset("/l/p/a.png", 2)}});
+        QCOMPARE(after.count(), 1);
+        QCOMPARE(after.find(at("/l/p/a.png"))->size, 2);
+        QVERIFY(!after.find(at("/l/p/a.png"))->isStarred());
+        QVERIFY(before.find(at("/l/p/a.png"))->isStarred()); // the copy that was held did not change
+    }
+
+    void aFolderClaimsNoSiblingWithALongerName() {
+        const AssetIndex index = indexOf({"/l/p/a.png", "/l/p-2/b.png", "/l/p/sub/c.png", "/l/p0/d.png"});
+        QCOMPARE(paths(index.assetsUnder(at("/l/p"))), (QByteArrayList{"/l/p/a.png", "/l/p/sub/c.png"}));
+        QCOMPARE(index.foldersUnder(at("/l/p")).size(), 2);
+        QCOMPARE(index.assetsUnder(at("/")).size(), 4);
+    }
+
+    void aGonePathThatIsNoAssetTakesAllBelowIt() {
+        const AssetIndex index = indexOf({"/l/p/a.png", "/l/p/sub/c.png", "/l/p/sub/deep/d.png", "/l/p/subway/e.png"});
+        const AssetIndex after = index.applying({{at("/l/p/sub")}, {}});
+        QCOMPARE(everything(after), (QByteArrayList{"/l/p/a.png", "/l/p/subway/e.png"}));
+        QCOMPARE(after.count(), 2);
+        QCOMPARE(index.count(), 4);
+    }
+
+    void goneComesBeforeStored() {
+        const AssetIndex index = indexOf({"/l/p/sub/c.png", "/l/p/sub/x.png"});
+        const AssetIndex after = index.applying({{at("/l/p/sub")}, {asset("/l/p/sub/c.png", 9)}});
+        QCOMPARE(everything(after), (QByteArrayList{"/l/p/sub/c.png"}));
+        QCOMPARE(after.find(at("/l/p/sub/c.png"))->size, 9);
+        QCOMPARE(after.count(), 1);
+    }
+
+    void anEmptiedFolderLeavesTheTable() {
+        const AssetIndex after = indexOf({"/l/p/a.png", "/l/q/b.png"}).applying({{at("/l/p/a.png")}, {}});
+        QCOMPARE(after.folders().size(), 1u);
+    }
+
+    void unknownGonePathsChangeNothing() {
+        const AssetIndex index = indexOf({"/l/p/a.png"});
+        QCOMPARE(everything(index.applying({{at("/l/x"), at("/l/p/none.png")}, {}})), everything(index));
+    }
+
+    void ofTwoFoldersWithOnePathTheLaterStays() {
+        auto first = std::make_shared<AssetIndex::Folder>("/l/p");
+        first->add({"a.png", AssetKind::image, 1, {}, {}});
+        auto second = std::make_shared<AssetIndex::Folder>("/l/p");
+        second->add({"b.png", AssetKind::image, 1, {}, {}});
+        second->add({"b.png", AssetKind::video, 2, {}, Date{3}});
+        const AssetIndex index({first, second});
+        QCOMPARE(index.count(), 1);
+        QCOMPARE(index.find(at("/l/p/b.png"))->kind, AssetKind::video);
+        QVERIFY(index.find(at("/l/p/b.png"))->starred == Date{3});
+    }
+
+    // A thousand random batches against a plain map that follows the same rules.
+    void agreesWithAPlainMapOverRandomBatches() {
+        std::mt19937 random(20240501);
+        const auto number = [&](unsigned below) { return random() % below; };
+        const auto folder = [&] {
+            std::string path = "/l";
+            for (unsigned depth = 1 + number(3); depth > 0; --depth)
+                path += "/" + std::string(1, char('a' + number(3))) + (number(4) == 0 ? "-" : "");
+            return path;
+        };
+        std::map<std::string, Asset> truth;
+        AssetIndex index;
+        for (int round = 0; round < 1000; ++round) {
+            AssetIndex::Changes changes;
+            for (unsigned i = number(3); i > 0; --i) {
+                const std::string path = number(2) ? folder() : folder() + "/" + std::to_string(number(6)) + ".png";
+                changes.gone.append(at(path.c_str()));
+            }
+            for (unsigned i = number(5); i > 0; --i)
+                changes.assets.append(asset(folder() + "/" + std::to_string(number(6)) + ".png", qint64(number(1000)),
+                                            number(3) ? std::nullopt : std::optional(Date{double(round)})));
+            for (const Location& gone : changes.gone) {
+                const std::string path(gone.view());
+                if (truth.erase(path) == 0)
+                    std::erase_if(truth, [&](const auto& entry) { return entry.first.starts_with(path + "/"); });
+            }
+            for (const Asset& stored : changes.assets)
+                truth.insert_or_assign(std::string(stored.url.view()), stored);
+
+            // What a batch removes is told by the index it is applied to, not by what the batch itself removed before.
+            index = index.applying(changes);
+            QCOMPARE(index.count(), qsizetype(truth.size()));
+        }
+        for (const auto& [path, expected] : truth)
+            QVERIFY(index.find(Location(QByteArray::fromStdString(path))) == expected);
+    }
+
+    void takesFewBytesAFile() {
+        AssetIndex::Changes changes;
+        for (int i = 0; i < 20000; ++i)
+            changes.assets.append(asset("/home/user/Lumbra/project/renders/folder " + std::to_string(i / 20)
+                                        + "/Shot take final " + std::to_string(i) + ".mp4"));
+        const AssetIndex index = AssetIndex().applying(changes);
+        QVERIFY2(index.bytes() / 20000 <= 80, qPrintable(QString::number(index.bytes() / 20000)));
+    }
+};
+
+QTEST_GUILESS_MAIN(AssetIndexTest)
+#include "tst_assetindex.moc"
