@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "MenuEntry.h"
+
+namespace lumbra {
+
+QVariantList MenuEntry::toVariants(const QList<MenuEntry>& entries) {
+    QVariantList variants;
+    variants.reserve(entries.size());
+    for (const MenuEntry& entry : entries)
+        variants.append(QVariant::fromValue(entry));
+    return variants;
+}
+
+} // namespace lumbra

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "SidebarRules.h"
+
+#include "library/ProjectGroups.h"
+
+#include <QTextBoundaryFinder>
+
+namespace lumbra::SidebarRules {
+
+namespace {
+
+const QString projectPrefix = QStringLiteral("lumbra-project:");
+
+} // namespace
+
+QString newBadge(qsizetype count) {
+    if (count < 1)
+        return {};
+    return count < 100 ? QString::number(count) : QStringLiteral("99+");
+}
+
+bool isFresh(const std::optional<Date>& lastActivity, Date now) {
+    return lastActivity && now - *lastActivity < freshFor;
+}
+
+QSet<Location> openedBy(const Location& folder, const Location& root, const std::optional<Location>& project) {
+    QSet<Location> opened;
+    for (Location step = folder; step.path().size() > root.path().size(); step = step.parent())
+        opened.insert(step);
+    if (project)
+        opened.insert(*project);
+    return opened;
+}
+
+QString groupNameFor(const QString& target, const QString& dropped) {
+    const QStringList pieces = ProjectGroups::pieces(target);
+    if (pieces.isEmpty() || !dropped.toLower().startsWith(pieces.first().toLower()))
+        return QStringLiteral("New Group");
+    return capitalized(pieces.first());
+}
+
+QString capitalized(const QString& text) {
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    const qsizetype first = finder.toNextBoundary();
+    return first < 0 ? text : text.left(first).toUpper() + text.mid(first);
+}
+
+QString dragPayload(const QString& projectName) {
+    return projectPrefix + projectName;
+}
+
+std::optional<QString> projectNameIn(const QString& payload) {
+    if (!payload.startsWith(projectPrefix))
+        return std::nullopt;
+    return payload.mid(projectPrefix.size());
+}
+
+QString footerText(const Location& root, qsizetype visibleProjects) {
+    return QStringLiteral("%1 \u00b7 %2 projects").arg(root.abbreviated(), QString::number(visibleProjects));
+}
+
+} // namespace lumbra::SidebarRules

@@ -1,0 +1,41 @@
+// The small decisions of the sidebar: what a badge reads, what counts as new, which rows the present place opens, what
+// a project dropped on another one does, and what the footer says.
+//
+// Pure functions; safe on any thread.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "library/Model.h"
+
+#include <QSet>
+
+namespace lumbra::SidebarRules {
+
+// The number of new files as the badge of Recent has room for it; empty for none.
+QString newBadge(qsizetype count);
+
+// How long activity keeps a project's dot, in seconds.
+inline constexpr double freshFor = 86400;
+
+bool isFresh(const std::optional<Date>& lastActivity, Date now);
+
+// The rows to open so that the row of a folder can be reached: the folder itself, those above it up to the root, and
+// the project that contains it, which may lie elsewhere. `folder` and `root` are canonical.
+QSet<Location> openedBy(const Location& folder, const Location& root, const std::optional<Location>& project);
+
+// What dropping a project on another one comes to, when the other stands in no group: a group of both, with this name.
+// It is their first word where the dropped name begins with it too.
+QString groupNameFor(const QString& target, const QString& dropped);
+
+// The text with its first character in upper case and the rest as it stands.
+QString capitalized(const QString& text);
+
+// The drag payload of a project's row, and the name in a payload; absent for any other text.
+QString dragPayload(const QString& projectName);
+std::optional<QString> projectNameIn(const QString& payload);
+
+// The line at the foot of the pane when nothing is under way. The plural is fixed.
+QString footerText(const Location& root, qsizetype visibleProjects);
+
+} // namespace lumbra::SidebarRules
