@@ -20,7 +20,8 @@ TestHome::TestHome() {
     qputenv("XDG_CACHE_HOME", home + "/.cache");
     qputenv("XDG_RUNTIME_DIR", home + "/run");
     QDir().mkpath(m_dir.filePath(QStringLiteral("run")));
-    QFile::setPermissions(m_dir.filePath(QStringLiteral("run")), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QFile::setPermissions(m_dir.filePath(QStringLiteral("run")),
+                          QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     qunsetenv("LUMBRA_LIBRARY");
     qunsetenv("LUMBRA_HANGLOG");
 }

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Look.h"
+
+#include "Fonts.h"
+
+#include <QFont>
+#include <QGuiApplication>
+#include <QQmlEngine>
+#include <QQuickWindow>
+
+namespace lumbra::Look {
+
+void prepareApplication() {
+    QFont font(Fonts::text());
+    font.setPixelSize(13);
+    QGuiApplication::setFont(font);
+    // Small text of whole pixels is sharper by the font engine than by distance fields.
+    QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
+}
+
+void prepareEngine(QQmlEngine& engine) {
+    engine.addImportPath(QStringLiteral(":/qml"));
+}
+
+void setAppearance(QQmlEngine& engine, bool highContrast, bool reducedMotion) {
+    const int type = qmlTypeId("Lumbra.Look", 1, 0, "Theme");
+    if (auto* theme = engine.singletonInstance<QObject*>(type)) {
+        theme->setProperty("highContrast", highContrast);
+        theme->setProperty("reducedMotion", reducedMotion);
+    }
+}
+
+} // namespace lumbra::Look

@@ -1,0 +1,73 @@
+// A pill that switches a filter: its label, and a count where there is one. A dim chip can still be chosen.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Templates as T
+
+T.AbstractButton {
+    id: chip
+
+    property alias label: chip.text
+    property string count
+    property bool on: false
+    property bool dim: false
+    property string hint
+
+    readonly property color ink: on ? Theme.amberInk : hovered ? Theme.text : Theme.textSoft
+
+    implicitWidth: row.implicitWidth + leftPadding + rightPadding
+    implicitHeight: Theme.chipHeight
+    leftPadding: Theme.controlPadding
+    rightPadding: Theme.controlPadding
+    opacity: (dim && !on) || !enabled ? Theme.dim : 1
+    focusPolicy: Qt.TabFocus
+    hoverEnabled: true
+
+    Accessible.role: Accessible.RadioButton
+    Accessible.name: text
+    Accessible.description: count
+    Accessible.checkable: true
+    Accessible.checked: on
+    Accessible.onPressAction: click()
+    Accessible.onToggleAction: click()
+
+    Keys.onReturnPressed: click()
+    Keys.onEnterPressed: click()
+
+    Behavior on opacity { EaseNumber {} }
+
+    contentItem: Item {
+        Row {
+            id: row
+            anchors.centerIn: parent
+            spacing: Theme.grid + 2
+
+            Label {
+                style: Label.Fact
+                text: chip.text
+                color: chip.ink
+                font.weight: chip.on ? Theme.semibold : Theme.regular
+                Accessible.ignored: true
+            }
+            Label {
+                visible: text !== ""
+                style: Label.Fact
+                tabular: true
+                text: chip.count
+                color: chip.ink
+                opacity: chip.on ? 0.72 : 0.7
+                Accessible.ignored: true
+            }
+        }
+    }
+
+    background: Rectangle {
+        radius: height / 2
+        color: chip.on ? (chip.down ? Theme.amberPress : chip.hovered ? Theme.amberHover : Theme.amber)
+             : chip.down ? Theme.controlPress : chip.hovered ? Theme.controlHover : Theme.control
+        Behavior on color { EaseColor {} }
+    }
+
+    FocusRing { shown: chip.visualFocus; surfaceRadius: chip.height / 2 }
+    Hint { text: chip.hint; control: chip }
+}

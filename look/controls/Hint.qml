@@ -1,0 +1,35 @@
+// A tool tip for the control or item that holds it. It is made only while it shows, so that a row or a tile can have
+// one at no cost.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+
+Item {
+    id: hint
+
+    property string text
+    property Item control: parent
+    // A control tells of its pointer and its focus itself; a plain item is watched.
+    readonly property bool wanted: text !== "" && control.enabled
+        && ((control.hovered ?? pointer.hovered) || (control.visualFocus ?? false)) && !(control.down ?? false)
+
+    anchors.fill: parent
+    onWantedChanged: wanted ? delay.restart() : delay.stop()
+
+    HoverHandler {
+        id: pointer
+        enabled: hint.control.hovered === undefined
+    }
+    Timer {
+        id: delay
+        interval: Theme.hintDelay
+    }
+    Loader {
+        active: hint.wanted && !delay.running
+        sourceComponent: ToolTip {
+            parent: hint
+            text: hint.text
+            visible: true
+        }
+    }
+}

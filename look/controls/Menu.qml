@@ -1,0 +1,41 @@
+// A menu. Entries are `MenuItem`, `MenuSeparator` and further `Menu`s with a title.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Templates as T
+
+T.Menu {
+    id: menu
+
+    property string symbol // of its entry, where it is a submenu
+
+    readonly property int narrowest: 180
+    readonly property int widest: 420
+
+    implicitWidth: {
+        let width = narrowest
+        for (let i = 0; i < count; ++i)
+            width = Math.max(width, (itemAt(i)?.implicitWidth ?? 0) + leftPadding + rightPadding)
+        return Math.min(width, widest)
+    }
+    implicitHeight: contentHeight + topPadding + bottomPadding
+    margins: Theme.gap
+    padding: Theme.grid + 1
+    overlap: Theme.grid
+    cascade: true
+    delegate: MenuItem {}
+
+    enter: Transition { EaseNumber { property: "opacity"; from: 0; to: 1 } }
+    exit: Transition { EaseNumber { property: "opacity"; to: 0 } }
+
+    contentItem: ListView {
+        implicitHeight: contentHeight
+        model: menu.contentModel
+        interactive: contentHeight > height
+        clip: interactive
+        currentIndex: menu.currentIndex
+        ScrollBar.vertical: ScrollBar {}
+    }
+
+    background: Surface { radius: Theme.radiusMenu }
+}

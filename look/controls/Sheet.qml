@@ -1,0 +1,51 @@
+// A surface that asks for something before the window goes on. The window behind it is dimmed and takes no input; Tab
+// stays inside; Escape dismisses it unless `dismissable` is off.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Templates as T
+
+T.Popup {
+    id: sheet
+
+    property bool dismissable: true
+    property string text // its name for assistive technology
+
+    signal dismissed() // by Escape
+
+    parent: T.Overlay.overlay
+    x: Math.round((parent.width - width) / 2)
+    y: Math.round((parent.height - height) / 2)
+    implicitWidth: contentItem.implicitWidth + leftPadding + rightPadding
+    implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
+    margins: Theme.windowMargin
+    padding: Theme.sheetMargin
+    modal: true
+    dim: true
+    focus: true
+    closePolicy: T.Popup.NoAutoClose
+
+    enter: Transition { EaseNumber { property: "opacity"; from: 0; to: 1 } }
+    exit: Transition { EaseNumber { property: "opacity"; to: 0 } }
+
+    T.Overlay.modal: Rectangle {
+        color: Theme.scrim
+        Behavior on opacity { EaseNumber {} }
+    }
+
+    background: Surface {
+        radius: Theme.radiusSheet
+        Accessible.role: Accessible.Dialog
+        Accessible.name: sheet.text
+
+        // Escape comes through the keys of whatever has the focus, up to here.
+        Shortcut {
+            sequences: [StandardKey.Cancel]
+            enabled: sheet.opened && sheet.dismissable
+            onActivated: {
+                sheet.dismissed()
+                sheet.close()
+            }
+        }
+    }
+}
