@@ -1,0 +1,394 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Browser.h"
+
+#include <numeric>
+
+namespace lumbra {
+
+namespace {
+
+constexpr qsizetype firstEntries = 24;
+constexpr qsizetype moreEntries = 48;
+
+constexpr int feedGap = 26;
+
+const QString shelfSection = QStringLiteral("starred");
+
+QString pageName(Place::Case which) {
+    switch (which) {
+    case Place::Case::group:
+        return QStringLiteral("group");
+    case Place::Case::folder:
+        return QStringLiteral("folder");
+    case Place::Case::starred:
+        return QStringLiteral("starred");
+    case Place::Case::tidy:
+        return QStringLiteral("tidy");
+    case Place::Case::recent:
+        break;
+    }
+    return QStringLiteral("recent");
+}
+
+bool listsAssets(const Place& place) {
+    return place.is(Place::Case::folder) || place.is(Place::Case::starred);
+}
+
+qint64 summedSize(const Assets& assets) {
+    return std::accumulate(assets.begin(), assets.end(), qint64(0),
+                           [](qint64 sum, const Asset& asset) { return sum + asset.size; });
+}
+
+PageRows::Facts factsOf(Library* library) {
+    return {
+        .projectName =
+            [library](const Location& file) {
+                const auto project = library->projectContaining(file);
+                return project ? project->name : QString();
+            },
+        .displayPath =
+            [library](const Location& folder) {
+                return PageText::displayPath(folder, library->projectContaining(folder));
+            },
+        .stats = [library](const Location& folder) { return library->statsFor(folder); },
+    };
+}
+
+} // namespace
+
+Browser::Browser(Library* library, QObject* parent, Preferences& preferences)
+    : QObject(parent),
+      m_library(library),
+      m_settings(new BrowserSettings(preferences, this)),
+      m_loader(new PageLoader(library, this)),
+      m_rows(new PageRows(factsOf(library), this)),
+      m_drawnPlace(library->place()) {
+    bindTexts();
+    followLibrary();
+
+    m_rows->setZoom(m_settings->zoom());
+    connect(m_settings, &BrowserSettings::zoomChanged, this, [this] { m_rows->setZoom(m_settings->zoom()); });
+    connect(m_settings, &BrowserSettings::recursiveChanged, this, &Browser::scheduleLoad);
+    connect(m_settings, &BrowserSettings::kindRawChanged, this, &Browser::scheduleLoad);
+    connect(m_settings, &BrowserSettings::sortChanged, this, &Browser::scheduleLoad);
+    connect(m_settings, &BrowserSettings::recentDaysChanged, this, &Browser::scheduleLoad);
+    connect(this, &Browser::searchChanged, this, &Browser::scheduleLoad);
+
+    connect(m_loader, &PageLoader::loadedChanged, this, &Browser::loadedChanged);
+    connect(m_loader, &PageLoader::kindCountsChanged, this, &Browser::kindCountsChanged);
+    connect(m_loader, &PageLoader::arriving, this, &Browser::turnTo);
+    connect(m_loader, &PageLoader::listsWritten, this, [this] {
+        drawRows();
+        revealIfPending();
+    });
+    connect(this, &Browser::selectionChanged, this, [this] { m_rows->setSelection(m_selection); });
+}
+
+void Browser::followLibrary() {
+    connect(m_library, &Library::placeChanged, this, &Browser::placeChanged);
+    connect(m_library, &Library::revisionChanged, this, &Browser::scheduleLoad);
+    connect(m_library, &Library::derivedChanged, this, &Browser::derivedChanged);
+    connect(m_library, &Library::pendingRevealChanged, this, &Browser::pendingRevealChanged);
+    connect(m_library, &Library::playingChanged, this, &Browser::playingChanged);
+}
+
+void Browser::bindTexts() {
+    m_order.setBinding([this] { return computeOrder(); });
+    m_selected.setBinding([this] { return m_order.value().among(m_selection); });
+    m_page.setBinding([this] { return pageName(m_library->place().which()); });
+    m_title.setBinding([this] { return PageText::title(m_library->place(), groupHere(), projectHere()); });
+    m_subtitle.setBinding(
+        [this] { return PageText::subtitle(m_library->place(), m_library->derived().starred.size(), projectHere()); });
+    m_status.setBinding([this] {
+        const auto group = groupHere();
+        return PageText::status({
+            .place = m_library->place(),
+            .groupProjects = group ? group->projects.size() : 0,
+            .folders = folders().size(),
+            .items = m_order.value().size(),
+            .bytes = m_order.value().bytes(),
+            .selection = m_selection.value().size(),
+            .selectedBytes = summedSize(m_selected),
+        });
+    });
+    m_emptyState.setBinding([this] {
+        return PageText::emptyState({
+            .place = m_library->place(),
+            .loaded = loaded(),
+            .indexing = m_library->indexing(),
+            .recursive = m_settings->recursive(),
+            .hasFolders = !folders().isEmpty(),
+            .hasAssets = !m_loader->assets().isEmpty(),
+            .hasFeed = !sections().isEmpty() || !shelf().isEmpty(),
+            .kind = m_settings->kind(),
+            .search = m_search,
+            .recentDays = m_settings->recentDays(),
+        });
+    });
+    m_headers.setBinding([this] {
+        QVariantMap headers;
+        headers[shelfSection] = QVariant::fromValue(PageText::shelfHeader(m_library->derived().starred.size()));
+        for (const RecentSection& section : sections())
+            headers[rawValue(section.kind)] = QVariant::fromValue(PageText::sectionHeader(section.kind, section.total));
+        return headers;
+    });
+}
+
+void Browser::appear() {
+    if (m_appeared)
+        return;
+    m_appeared = true;
+    if (m_library->pendingReveal())
+        showEverything();
+    scheduleLoad();
+    // A turn later, when the window has given its own first focus away.
+    QMetaObject::invokeMethod(
+        this, [this] { m_gridFocused = true; }, Qt::QueuedConnection);
+}
+
+LoadKey Browser::loadKey() const {
+    return {
+        .place = m_library->place(),
+        .revision = m_library->revision(),
+        .recursive = m_settings->recursive(),
+        .kind = m_settings->kindRaw(),
+        .sort = m_settings->sort(),
+        .search = m_search,
+        .days = m_settings->recentDays(),
+    };
+}
+
+void Browser::scheduleLoad() {
+    if (!m_appeared || m_loadScheduled)
+        return;
+    // What changes in one turn is loaded once.
+    m_loadScheduled = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_loadScheduled = false;
+            const LoadKey key = loadKey();
+            if (key == m_lastKey)
+                return;
+            m_lastKey = key;
+            m_loader->load(key);
+        },
+        Qt::QueuedConnection);
+}
+
+void Browser::placeChanged() {
+    m_sectionLimits = QMap<AssetKind, qsizetype>();
+    m_selection = QSet<Location>();
+    m_anchor.reset();
+    m_loader->unload();
+    // A place that was left and come back to within one turn has the same key, and still is to be loaded.
+    m_lastKey.reset();
+    scheduleLoad();
+}
+
+void Browser::derivedChanged() {
+    m_rows->refreshFolders();
+    // The list of stars is computed a moment after the change that raised the revision, or the end of the first walk:
+    // a page that shows it would keep the list of before.
+    const bool showsStars = m_drawnPlace.is(Place::Case::starred) || m_drawnPlace.is(Place::Case::recent);
+    if (!showsStars || m_library->derived().starred == m_loader->starred())
+        return;
+    m_lastKey.reset();
+    scheduleLoad();
+}
+
+void Browser::pendingRevealChanged() {
+    if (!m_library->pendingReveal())
+        return;
+    showEverything();
+    // The page may show the file already, and nothing will load. A turn later, since the place may be about to change.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (loaded())
+                revealIfPending();
+        },
+        Qt::QueuedConnection);
+}
+
+void Browser::revealIfPending() {
+    if (!listsAssets(m_drawnPlace) || m_drawnPlace != m_library->place())
+        return;
+    const auto asset = revealed(m_library->pendingReveal(), m_loader->assets());
+    if (!asset)
+        return;
+    m_library->setPendingReveal(std::nullopt);
+    select(Selection::just(asset->url));
+    Q_EMIT scrollRequested(m_rows->rowOf(asset->url), true);
+}
+
+void Browser::playingChanged() {
+    if (const auto playing = m_library->playing())
+        select(Selection::just(playing->asset.url));
+    else
+        m_gridFocused = true;
+}
+
+void Browser::turnTo(const Place& place) {
+    if (m_drawnPlace == place)
+        return;
+    m_drawnPlace = place;
+    Q_EMIT pageTurned();
+}
+
+void Browser::drawRows() {
+    m_rows->setBlocks(blocks());
+}
+
+QList<PageBlock> Browser::blocks() const {
+    if (m_drawnPlace.is(Place::Case::folder))
+        return {{.section = {}, .folders = folders(), .assets = m_loader->assets()}};
+    if (m_drawnPlace.is(Place::Case::starred))
+        return {{.section = {}, .assets = m_loader->assets(), .captioned = true}};
+    if (!m_drawnPlace.is(Place::Case::recent))
+        return {};
+    QList<PageBlock> feed;
+    if (!shelf().isEmpty())
+        feed.append(
+            {.section = shelfSection, .assets = PageList(shelf()), .captioned = true, .onShelf = true, .gap = feedGap});
+    for (const RecentSection& section : sections()) {
+        const QList<RecentEntry> visible = visibleEntries(section);
+        feed.append({.section = rawValue(section.kind),
+                     .entries = visible,
+                     .captioned = true,
+                     .more = visible.size() < section.entries.size() ? PageText::showMore(section.kind) : QString(),
+                     .gap = feedGap});
+    }
+    if (!feed.isEmpty())
+        feed.last().gap = PageRows::margin;
+    return feed;
+}
+
+qsizetype Browser::sectionLimit(AssetKind kind) const {
+    return m_sectionLimits.value().value(kind, firstEntries);
+}
+
+QList<RecentEntry> Browser::visibleEntries(const RecentSection& section) const {
+    return section.entries.first(std::min(section.entries.size(), sectionLimit(section.kind)));
+}
+
+PageList Browser::computeOrder() const {
+    if (listsAssets(m_library->place()))
+        return m_loader->assets();
+    Assets order = shelf();
+    for (const RecentSection& section : sections())
+        for (const RecentEntry& entry : visibleEntries(section))
+            if (const auto* asset = std::get_if<Asset>(&entry))
+                order.append(*asset);
+    return PageList(order);
+}
+
+void Browser::showEverything() {
+    m_settings->setKindRaw(QStringLiteral("all"));
+    setSearch({});
+}
+
+void Browser::showMore(const QString& section) {
+    const auto kind = assetKindFromRaw(section);
+    if (!kind)
+        return;
+    auto limits = m_sectionLimits.value();
+    limits[*kind] = sectionLimit(*kind) + moreEntries;
+    m_sectionLimits = limits;
+    drawRows();
+}
+
+void Browser::click(const PageCell& cell, Qt::KeyboardModifiers modifiers) {
+    m_gridFocused = true;
+    const PageList list = listsAssets(m_library->place()) ? m_loader->assets()
+                          : cell.onShelf                  ? PageList(shelf())
+                                                          : m_order.value();
+    select(selectionValue().clicked(cell.url, list, modifiers));
+}
+
+void Browser::clickBackground() {
+    m_selection = QSet<Location>();
+    m_gridFocused = true;
+}
+
+void Browser::play(const Asset& asset) {
+    select(Selection::just(asset.url));
+    m_library->setPlaying(PlayRequest{asset, m_order.value().assets()});
+}
+
+bool Browser::press(int key, Qt::KeyboardModifiers modifiers, bool repeated) {
+    if (key == Qt::Key_A && modifiers == Qt::ControlModifier) {
+        selectAll();
+        return true;
+    }
+    if (modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))
+        return false;
+    switch (key) {
+    case Qt::Key_Space:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (m_selected.value().isEmpty())
+            return false;
+        play(m_selected.value().first());
+        return true;
+    case Qt::Key_Left:
+    case Qt::Key_Up:
+        step(-1);
+        return true;
+    case Qt::Key_Right:
+    case Qt::Key_Down:
+        step(1);
+        return true;
+    case Qt::Key_Escape:
+        if (repeated)
+            return false;
+        m_selection = QSet<Location>();
+        return true;
+    default:
+        return false;
+    }
+}
+
+void Browser::step(int step) {
+    const PageList order = m_order;
+    if (order.isEmpty())
+        return;
+    const Selection next = selectionValue().stepped(step, order);
+    select(next);
+    Q_EMIT scrollRequested(m_rows->rowOf(*next.anchor), false);
+}
+
+void Browser::selectAll() {
+    QSet<Location> all;
+    for (const Asset& asset : m_order.value().assets())
+        all.insert(asset.url);
+    m_selection = all;
+}
+
+void Browser::select(const Selection& selection) {
+    m_anchor = selection.anchor;
+    m_selection = selection.paths;
+}
+
+QList<qint64> Browser::kindCountList() const {
+    QList<qint64> counts;
+    for (const AssetKind kind : allAssetKinds)
+        counts.append(kindCounts()[kind]);
+    return counts;
+}
+
+std::optional<Project> Browser::projectHere() const {
+    const auto folder = m_library->place().folderUrl();
+    // Read for the bindings' sake: a project that appears or leaves changes what stands in the title.
+    [[maybe_unused]] const auto projects = m_library->projects();
+    return folder ? m_library->projectContaining(*folder) : std::nullopt;
+}
+
+std::optional<ProjectGroup> Browser::groupHere() const {
+    const auto id = m_library->place().groupId();
+    // Groups are part of the library's state, whose every change raises the revision.
+    [[maybe_unused]] const int revision = m_library->revision();
+    return id ? m_library->groupWithId(*id) : std::nullopt;
+}
+
+} // namespace lumbra

@@ -1,0 +1,192 @@
+// The main pane of the window: turns the library's place and a handful of filters into a page, keeps it in step, and
+// takes what the user does on it.
+//
+// A page loads whenever its LoadKey differs from the last one; a change of the library's revision is how it follows the
+// files. Until a load's results are there, the page shows what it showed.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "BrowserSettings.h"
+#include "PageLoader.h"
+#include "PageRows.h"
+#include "PageText.h"
+#include "Selection.h"
+#include "library/Library.h"
+
+#include <QBindable>
+#include <QMap>
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+namespace lumbra {
+
+class Browser : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The window makes its one browser.")
+
+    Q_PROPERTY(lumbra::BrowserSettings* settings READ settings CONSTANT)
+    Q_PROPERTY(lumbra::PageRows* rows READ rows CONSTANT)
+    Q_PROPERTY(QString search READ search WRITE setSearch NOTIFY searchChanged BINDABLE bindableSearch)
+    Q_PROPERTY(
+        bool gridFocused READ gridFocused WRITE setGridFocused NOTIFY gridFocusedChanged BINDABLE bindableGridFocused)
+    Q_PROPERTY(bool loaded READ loaded NOTIFY loadedChanged)
+    Q_PROPERTY(QList<qint64> kindCounts READ kindCountList NOTIFY kindCountsChanged)
+
+    // "group", "folder", "starred", "recent" or "tidy".
+    Q_PROPERTY(QString page READ page NOTIFY pageChanged BINDABLE bindablePage)
+    Q_PROPERTY(QString symbol READ symbol NOTIFY pageChanged)
+    Q_PROPERTY(QString title READ title NOTIFY titleChanged BINDABLE bindableTitle)
+    Q_PROPERTY(QString subtitle READ subtitle NOTIFY subtitleChanged BINDABLE bindableSubtitle)
+    Q_PROPERTY(QString status READ status NOTIFY statusChanged BINDABLE bindableStatus)
+    Q_PROPERTY(lumbra::EmptyState emptyState READ emptyState NOTIFY emptyStateChanged BINDABLE bindableEmptyState)
+    Q_PROPERTY(QVariantMap headers READ headers NOTIFY headersChanged BINDABLE bindableHeaders)
+
+public:
+    // The library and the preferences must outlive it.
+    explicit Browser(Library* library, QObject* parent = nullptr, Preferences& preferences = Preferences::shared());
+
+    Library* library() const { return m_library; }
+
+    BrowserSettings* settings() const { return m_settings; }
+    PageRows* rows() const { return m_rows; }
+    void setContentSearch(PageLoader::ContentSearch search) { m_loader->setContentSearch(std::move(search)); }
+
+    QString search() const { return m_search; }
+    void setSearch(const QString& search) { m_search = search; }
+    QBindable<QString> bindableSearch() { return &m_search; }
+
+    // What the page holds. A page reads only its own lists; those of other pages may be out of date.
+    QList<Location> folders() const { return m_loader->folders(); }
+    Assets assets() const { return m_loader->assets().assets(); }
+    Assets shelf() const { return m_loader->shelf(); }
+    QList<RecentSection> sections() const { return m_loader->sections(); }
+    KindCounts kindCounts() const { return m_loader->kindCounts(); }
+    bool loaded() const { return m_loader->loaded(); }
+
+    // How many entries of a section are revealed.
+    qsizetype sectionLimit(AssetKind kind) const;
+    QList<RecentEntry> visibleEntries(const RecentSection& section) const;
+
+    // All selectable tiles in page order. Stacks are none.
+    PageList order() const { return m_order; }
+    QBindable<PageList> bindableOrder() { return &m_order; }
+
+    QSet<Location> selection() const { return m_selection; }
+    std::optional<Location> anchor() const { return m_anchor; }
+
+    // The selected assets that the page still shows, in page order: what the inspector tells of.
+    Assets selected() const { return m_selected; }
+    QBindable<Assets> bindableSelected() { return &m_selected; }
+
+    bool gridFocused() const { return m_gridFocused; }
+    void setGridFocused(bool focused) { m_gridFocused = focused; }
+    QBindable<bool> bindableGridFocused() { return &m_gridFocused; }
+
+    QString page() const { return m_page; }
+    QBindable<QString> bindablePage() { return &m_page; }
+    QString symbol() const { return PageText::symbol(m_library->place()); }
+    QString title() const { return m_title; }
+    QBindable<QString> bindableTitle() { return &m_title; }
+    QString subtitle() const { return m_subtitle; }
+    QBindable<QString> bindableSubtitle() { return &m_subtitle; }
+    QString status() const { return m_status; }
+    QBindable<QString> bindableStatus() { return &m_status; }
+    EmptyState emptyState() const { return m_emptyState; }
+    QBindable<EmptyState> bindableEmptyState() { return &m_emptyState; }
+
+    // By section: "starred" for the shelf, otherwise the raw name of the kind.
+    QVariantMap headers() const { return m_headers; }
+    QBindable<QVariantMap> bindableHeaders() { return &m_headers; }
+
+    // The page came on screen: loads it, and from then on follows the library.
+    Q_INVOKABLE void appear();
+
+    // Takes away all that could hide a file.
+    Q_INVOKABLE void showEverything();
+    Q_INVOKABLE void showMore(const QString& section);
+    Q_INVOKABLE void showStarred() { m_library->setPlace(Place::starred()); }
+    Q_INVOKABLE void openFolder(const lumbra::Location& url) { m_library->setPlace(Place::folder(url)); }
+
+    // Pointer and keys. `press` answers whether the key was handled.
+    Q_INVOKABLE void click(const lumbra::PageCell& cell, Qt::KeyboardModifiers modifiers);
+    Q_INVOKABLE void clickBackground();
+    Q_INVOKABLE void play(const lumbra::Asset& asset);
+    Q_INVOKABLE bool press(int key, Qt::KeyboardModifiers modifiers, bool repeated);
+    Q_INVOKABLE void selectAll();
+
+    // What a menu over a tile of this path applies to.
+    QList<Location> targets(const Location& url) const { return selectionValue().targets(url, m_order); }
+
+Q_SIGNALS:
+    void searchChanged();
+    void kindCountsChanged();
+    void loadedChanged();
+    void selectionChanged();
+    void gridFocusedChanged();
+    void orderChanged();
+    void selectedChanged();
+    void pageChanged();
+    void titleChanged();
+    void subtitleChanged();
+    void statusChanged();
+    void emptyStateChanged();
+    void headersChanged();
+
+    // The rows are those of another place now: show them from the top.
+    void pageTurned();
+
+    // Scroll, animated, until the row is visible, or to the centre of the view.
+    void scrollRequested(int row, bool centred);
+
+private:
+    void followLibrary();
+    void bindTexts();
+    void placeChanged();
+    void pendingRevealChanged();
+    void playingChanged();
+    void derivedChanged();
+    void revealIfPending();
+    LoadKey loadKey() const;
+    void scheduleLoad();
+    void turnTo(const Place& place);
+    void drawRows();
+    QList<PageBlock> blocks() const;
+    PageList computeOrder() const;
+    Selection selectionValue() const { return {m_selection.value(), m_anchor}; }
+    void select(const Selection& selection);
+    void step(int step);
+    QList<qint64> kindCountList() const;
+    std::optional<Project> projectHere() const;
+    std::optional<ProjectGroup> groupHere() const;
+
+    Library* const m_library;
+    BrowserSettings* const m_settings;
+    PageLoader* const m_loader;
+    PageRows* const m_rows;
+
+    Q_OBJECT_BINDABLE_PROPERTY(Browser, QString, m_search, &Browser::searchChanged)
+
+    QProperty<QMap<AssetKind, qsizetype>> m_sectionLimits; // a kind that is absent shows the first entries only
+    Q_OBJECT_BINDABLE_PROPERTY(Browser, QSet<Location>, m_selection, &Browser::selectionChanged)
+    std::optional<Location> m_anchor;
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(Browser, bool, m_gridFocused, false, &Browser::gridFocusedChanged)
+
+    // Computed from the above and the library.
+    Q_OBJECT_BINDABLE_PROPERTY(Browser, PageList, m_order, &Browser::orderChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(Browser, Assets, m_selected, &Browser::selectedChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(Browser, QString, m_page, &Browser::pageChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(Browser, QString, m_title, &Browser::titleChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(Browser, QString, m_subtitle, &Browser::subtitleChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(Browser, QString, m_status, &Browser::statusChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(Browser, EmptyState, m_emptyState, &Browser::emptyStateChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(Browser, QVariantMap, m_headers, &Browser::headersChanged)
+
+    bool m_appeared = false;
+    bool m_loadScheduled = false;
+    std::optional<LoadKey> m_lastKey;
+    Place m_drawnPlace; // whose rows the page shows: the former place until the first list of the new one is there
+};
+
+} // namespace lumbra

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "PageList.h"
+
+#include "platform/Tasks.h"
+
+namespace lumbra {
+
+namespace {
+
+// From this length on, freeing a list takes long enough to be felt on the main thread.
+constexpr qsizetype longList = 10'000;
+
+quint32 hashOf(const Location& path) {
+    return quint32(qHash(path));
+}
+
+} // namespace
+
+PageList::PageList(Assets assets) {
+    if (assets.isEmpty())
+        return;
+    auto data = std::make_unique<Data>();
+    data->byHash.reserve(size_t(assets.size()));
+    for (qsizetype position = 0; position < assets.size(); ++position) {
+        const Asset& asset = assets.at(position);
+        data->bytes += asset.size;
+        data->byHash.push_back({hashOf(asset.url), quint32(position)});
+    }
+    std::sort(data->byHash.begin(), data->byHash.end());
+    data->assets = std::move(assets);
+    m_data = std::shared_ptr<const Data>(data.release(), [](const Data* dying) {
+        if (dying->assets.size() < longList)
+            delete dying;
+        else
+            Tasks::pool(Tasks::Pool::utility).start([dying] { delete dying; });
+    });
+}
+
+PageList PageList::replacing(const PageList& previous, Assets assets) {
+    return previous.assets() == assets ? previous : PageList(std::move(assets));
+}
+
+const Assets& PageList::assets() const& {
+    static const Assets none;
+    return m_data ? m_data->assets : none;
+}
+
+std::optional<qsizetype> PageList::positionOf(const Location& path) const {
+    if (!m_data)
+        return {};
+    const quint32 hash = hashOf(path);
+    for (auto slot = std::lower_bound(m_data->byHash.begin(), m_data->byHash.end(), Slot{hash, 0});
+         slot != m_data->byHash.end() && slot->hash == hash; ++slot)
+        if (m_data->assets.at(slot->position).url == path)
+            return slot->position;
+    return {};
+}
+
+Assets PageList::among(const QSet<Location>& paths) const {
+    Assets found;
+    if (paths.size() > size() / 8) {
+        // A file may stand twice in a feed, on the shelf and in its section; it counts once.
+        QSet<Location> sought = paths;
+        for (const Asset& asset : assets())
+            if (sought.remove(asset.url))
+                found.append(asset);
+        return found;
+    }
+    std::vector<qsizetype> positions;
+    for (const Location& path : paths)
+        if (const auto position = positionOf(path))
+            positions.push_back(*position);
+    std::sort(positions.begin(), positions.end());
+    for (const qsizetype position : positions)
+        found.append(at(position));
+    return found;
+}
+
+} // namespace lumbra

@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "PageLoader.h"
+
+#include "library/Scanner.h"
+#include "platform/Tasks.h"
+
+namespace lumbra {
+
+namespace {
+
+constexpr auto pool = Tasks::Pool::userInitiated;
+
+constexpr double day = 86400;
+
+} // namespace
+
+PageLoader::PageLoader(Library* library, QObject* parent) : QObject(parent), m_library(library) {}
+
+void PageLoader::load(const LoadKey& key) {
+    const PageFilter filter(assetKindFromRaw(key.kind), key.search);
+    if (!filter.hasQuery() || !m_contentSearch)
+        return loadPlace(key, filter);
+    const auto find = [search = m_contentSearch, key, filter] {
+        std::optional<QString> prefix;
+        if (const auto folder = key.place.folderUrl())
+            prefix = folder->toString() + u'/';
+        QSet<Location> hits;
+        for (const QString& path : search(filter.query(), prefix, hitLimit))
+            hits.insert(Location(QStringView(path)));
+        return PageFilter(assetKindFromRaw(key.kind), key.search, std::move(hits));
+    };
+    Tasks::run(pool, find).then(this, [this, key](const PageFilter& withHits) { loadPlace(key, withHits); });
+}
+
+void PageLoader::loadPlace(const LoadKey& key, const PageFilter& filter) {
+    switch (key.place.which()) {
+    case Place::Case::group:
+    case Place::Case::tidy:
+        Q_EMIT arriving(key.place);
+        Q_EMIT listsWritten();
+        return finish();
+    case Place::Case::starred:
+        return loadStarred(key, filter);
+    case Place::Case::folder:
+        return loadFolder(*key.place.folderUrl(), key, filter);
+    case Place::Case::recent:
+        return loadRecent(key, filter);
+    }
+}
+
+void PageLoader::loadStarred(const LoadKey& key, const PageFilter& filter) {
+    m_starred = m_library->derived().starred;
+    Tasks::run(pool, [starred = m_starred, filter, shown = assets()] {
+        return PageLoad::starred(starred, filter, shown);
+    }).then(this, [this, key](const ListPage& page) {
+        Q_EMIT arriving(key.place);
+        m_kindCounts = page.kindCounts;
+        m_assets = page.assets;
+        m_folders = page.folders;
+        Q_EMIT listsWritten();
+        finish();
+    });
+}
+
+void PageLoader::loadFolder(const Location& url, const LoadKey& key, const PageFilter& filter) {
+    const auto compute = [url, recursive = key.recursive, sort = key.sort, filter, index = m_library->index(),
+                          shown = assets()] {
+        // A folder's direct contents come from disk, so that the page also shows what the index does not hold.
+        return recursive ? PageLoad::recursive(index, url, filter, sort, shown)
+                         : PageLoad::folder(Scanner::list(url), filter, sort, shown);
+    };
+    Tasks::run(pool, compute).then(this, [this, key](const ListPage& page) {
+        Q_EMIT arriving(key.place);
+        m_kindCounts = page.kindCounts;
+        m_folders = page.folders;
+        m_assets = page.assets;
+        Q_EMIT listsWritten();
+        finish();
+    });
+}
+
+void PageLoader::loadRecent(const LoadKey& key, const PageFilter& filter) {
+    m_starred = m_library->derived().starred;
+    const Date cutoff = Date::now() - key.days * day;
+    QList<Location> hidden;
+    for (const Project& project : m_library->hiddenProjects())
+        hidden.append(project.url);
+
+    // The shelf needs no look at the library and is there at once.
+    Tasks::run(pool, [starred = m_starred, filter] { return PageLoad::shelf(starred, filter); })
+        .then(this,
+              [this, key](const Assets& shelf) {
+                  Q_EMIT arriving(key.place);
+                  m_shelf = shelf;
+                  Q_EMIT listsWritten();
+              })
+        .then(this, [this, filter, cutoff, hidden, index = m_library->index()] {
+            Tasks::run(pool, [index, hidden, cutoff, filter, shown = sections()] {
+                return PageLoad::recent(index, hidden, cutoff, filter, shown);
+            }).then(this, [this](const RecentPage& page) {
+                m_kindCounts = page.kindCounts;
+                m_sections = page.sections;
+                Q_EMIT listsWritten();
+                finish();
+            });
+        });
+}
+
+void PageLoader::finish() {
+    m_loaded = true;
+    Q_EMIT finished();
+}
+
+} // namespace lumbra
