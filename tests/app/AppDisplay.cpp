@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "AppDisplay.h"
+
+#include <QProcessEnvironment>
+#include <QTest>
+
+#include <unistd.h>
+
+namespace lumbra {
+
+namespace {
+
+constexpr int patience = 20'000; // ms for a helper to start or to answer
+
+void end(QProcess& process) {
+    process.terminate();
+    if (!process.waitForFinished(patience / 4)) {
+        process.kill();
+        process.waitForFinished(patience / 4);
+    }
+}
+
+} // namespace
+
+AppDisplay::AppDisplay() {
+    // The server picks a free number itself and tells it on a descriptor: no two tests race for one.
+    m_server.setProgram(QStringLiteral("Xvfb"));
+    m_server.setArguments({QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
+                           QStringLiteral("0"), QStringLiteral("%1x%2x24").arg(size.width()).arg(size.height()),
+                           QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-noreset")});
+    m_server.start();
+    while (!m_server.canReadLine())
+        if (!m_server.waitForReadyRead(patience))
+            qFatal("Xvfb does not start: %s", m_server.readAllStandardError().constData());
+    m_name = u':' + QString::fromLatin1(m_server.readLine().trimmed());
+
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("DISPLAY"), m_name);
+    m_windowManager.setProcessEnvironment(environment);
+    m_windowManager.setStandardOutputFile(QProcess::nullDevice());
+    m_windowManager.setStandardErrorFile(QProcess::nullDevice());
+    m_windowManager.start(QStringLiteral("openbox"), {});
+    if (!m_windowManager.waitForStarted(patience))
+        qFatal("openbox does not start");
+    // It manages windows from when it has named itself on the root window.
+    const bool ready = QTest::qWaitFor(
+        [this] {
+            return run(QStringLiteral("xprop"), {QStringLiteral("-root"), QStringLiteral("_NET_SUPPORTING_WM_CHECK")})
+                .contains("window id");
+        },
+        patience);
+    if (!ready)
+        qFatal("openbox does not answer");
+}
+
+AppDisplay::~AppDisplay() {
+    end(m_windowManager);
+    end(m_server);
+}
+
+QByteArray AppDisplay::run(const QString& program, const QStringList& arguments) const {
+    QProcess process;
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("DISPLAY"), m_name);
+    process.setProcessEnvironment(environment);
+    process.start(program, arguments);
+    if (!process.waitForFinished(patience))
+        qFatal("%s does not answer", qUtf8Printable(program));
+    return process.readAllStandardOutput();
+}
+
+quint64 AppDisplay::windowOf(qint64 process) const {
+    const auto found = run(QStringLiteral("xdotool"), {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                                                       QStringLiteral("--pid"), QString::number(process)});
+    quint64 largest = 0;
+    int area = 0;
+    for (const QByteArray& line : found.split('\n')) {
+        if (line.isEmpty())
+            continue;
+        const auto shell = run(QStringLiteral("xdotool"), {QStringLiteral("getwindowgeometry"),
+                                                           QStringLiteral("--shell"), QString::fromLatin1(line)});
+        int width = 0;
+        int height = 0;
+        for (const QByteArray& field : shell.split('\n')) {
+            if (field.startsWith("WIDTH="))
+                width = field.sliced(6).toInt();
+            else if (field.startsWith("HEIGHT="))
+                height = field.sliced(7).toInt();
+        }
+        if (width * height > area) {
+            area = width * height;
+            largest = line.toULongLong();
+        }
+    }
+    return largest;
+}
+
+void AppDisplay::focus(quint64 window) const {
+    events({QStringLiteral("windowactivate"), QStringLiteral("--sync"), QString::number(window)});
+}
+
+void AppDisplay::move(quint64 window, QPoint to) const {
+    events({QStringLiteral("mousemove"), QStringLiteral("--window"), QString::number(window), QString::number(to.x()),
+            QString::number(to.y())});
+}
+
+void AppDisplay::click(quint64 window, QPoint at, int button, int times) const {
+    move(window, at);
+    events({QStringLiteral("click"), QStringLiteral("--repeat"), QString::number(times), QStringLiteral("--delay"),
+            QStringLiteral("60"), QString::number(button)});
+}
+
+void AppDisplay::drag(quint64 window, QPoint from, QPoint to) const {
+    move(window, from);
+    events({QStringLiteral("mousedown"), QStringLiteral("1")});
+    constexpr int steps = 8;
+    for (int step = 1; step <= steps; ++step)
+        move(window, from + (to - from) * step / steps);
+    events({QStringLiteral("mouseup"), QStringLiteral("1")});
+}
+
+void AppDisplay::press(const QString& key) const {
+    events({QStringLiteral("key"), QStringLiteral("--clearmodifiers"), key});
+}
+
+void AppDisplay::type(const QString& text) const {
+    events({QStringLiteral("type"), QStringLiteral("--clearmodifiers"), text});
+}
+
+QImage AppDisplay::screenshot(std::optional<quint64> window) const {
+    const QString which = window ? QString::number(*window) : QStringLiteral("root");
+    const QByteArray png = run(QStringLiteral("import"), {QStringLiteral("-window"), which, QStringLiteral("png:-")});
+    return QImage::fromData(png, "png");
+}
+
+} // namespace lumbra
