@@ -10,24 +10,8 @@ namespace lumbra {
 
 namespace {
 
-using Table = std::vector<AssetIndex::FolderPointer>;
-
-// The first folder at or after a path.
-auto position(const Table& table, std::string_view path) {
-    return std::lower_bound(table.begin(), table.end(), path, [](const auto& folder, std::string_view sought) {
-        return std::string_view(folder->path()) < sought;
-    });
-}
-
-// Where the folders strictly below a path begin and end.
-auto rangeBelow(const Table& table, std::string_view path) {
-    std::string bound(path);
-    if (bound.ends_with('/'))
-        bound.pop_back();
-    const auto begin = position(table, bound + '/');
-    const auto end = position(table, bound + '0');
-    return std::pair(begin, end);
-}
+// A chunk is split when it has grown to twice this many folders.
+constexpr size_t chunkSize = 256;
 
 std::string_view parentOf(std::string_view path) {
     const size_t slash = path.rfind('/');
@@ -38,8 +22,17 @@ std::string_view nameOf(std::string_view path) {
     return path.substr(path.rfind('/') + 1);
 }
 
-qsizetype countIn(const Table& table) {
-    return std::accumulate(table.begin(), table.end(), qsizetype(0),
+// What everything below a path sorts between: the first bound belongs to it, the second does not.
+std::pair<std::string, std::string> boundsBelow(std::string_view path) {
+    std::string bound(path);
+    if (bound.ends_with('/'))
+        bound.pop_back();
+    return {bound + '/', bound + '0'};
+}
+
+template <typename Folders>
+qsizetype filesIn(const Folders& folders) {
+    return std::accumulate(folders.begin(), folders.end(), qsizetype(0),
                            [](qsizetype sum, const auto& folder) { return sum + qsizetype(folder->size()); });
 }
 
@@ -138,136 +131,212 @@ std::shared_ptr<AssetIndex::Folder> AssetIndex::Folder::edited(const std::vector
     return made;
 }
 
-AssetIndex::AssetIndex()
-    : AssetIndex(
-        [] {
-            static const auto empty = std::make_shared<const Table>();
-            return empty;
-        }(),
-        0) {}
+// A batch by the folders that it touches.
+struct AssetIndex::Edits {
+    struct Edit {
+        std::vector<std::string_view> gone;
+        std::vector<File> changed;
+    };
+
+    std::map<std::string_view, Edit> byFolder;
+    std::unordered_set<std::string_view> goneTrees;
+    std::vector<bool> touchedChunks;
+
+    bool isGone(std::string_view folder) const {
+        if (goneTrees.empty())
+            return false;
+        for (; folder.size() > 1; folder = parentOf(folder))
+            if (goneTrees.contains(folder))
+                return true;
+        return goneTrees.contains(folder);
+    }
+};
+
+AssetIndex::AssetIndex() {
+    static const auto empty = std::make_shared<const Table>();
+    m_table = empty;
+}
 
 AssetIndex::AssetIndex(std::vector<std::shared_ptr<Folder>> folders) {
     std::ranges::stable_sort(folders, {}, [](const auto& folder) -> const std::string& { return folder->path(); });
-    auto table = std::make_shared<Table>();
-    table->reserve(folders.size());
+    Chunk sorted;
+    sorted.reserve(folders.size());
     for (auto& folder : folders) {
         folder->finish();
-        if (!table->empty() && table->back()->path() == folder->path())
-            table->pop_back();
+        if (!sorted.empty() && sorted.back()->path() == folder->path())
+            sorted.pop_back();
         if (folder->size() > 0)
-            table->push_back(std::move(folder));
+            sorted.push_back(std::move(folder));
     }
-    table->shrink_to_fit();
-    m_count = countIn(*table);
-    m_folders = std::move(table);
+    m_folderCount = sorted.size();
+    m_count = filesIn(sorted);
+    auto table = std::make_shared<Table>();
+    append(*table, std::move(sorted));
+    m_table = std::move(table);
+}
+
+void AssetIndex::append(Table& table, Chunk folders) {
+    if (folders.empty())
+        return;
+    if (folders.size() < 2 * chunkSize) {
+        table.push_back(std::make_shared<const Chunk>(std::move(folders)));
+        return;
+    }
+    for (size_t begin = 0; begin < folders.size(); begin += chunkSize) {
+        const auto from = folders.begin() + qsizetype(begin);
+        const auto to = folders.begin() + qsizetype(std::min(begin + chunkSize, folders.size()));
+        table.push_back(std::make_shared<const Chunk>(from, to));
+    }
+}
+
+// The chunk in which a folder of this path stands or would stand.
+size_t AssetIndex::chunkFor(std::string_view path) const {
+    const auto after =
+        std::upper_bound(m_table->begin(), m_table->end(), path, [](std::string_view sought, const auto& chunk) {
+            return sought < std::string_view(chunk->front()->path());
+        });
+    return after == m_table->begin() ? 0 : size_t(after - m_table->begin()) - 1;
+}
+
+// The first folder at or after a path.
+AssetIndex::Folders::Iterator AssetIndex::position(std::string_view path) const {
+    if (m_table->empty())
+        return folders().end();
+    const size_t chunk = chunkFor(path);
+    const Chunk& candidates = *(*m_table)[chunk];
+    const auto found =
+        std::lower_bound(candidates.begin(), candidates.end(), path, [](const auto& folder, std::string_view sought) {
+            return std::string_view(folder->path()) < sought;
+        });
+    if (found == candidates.end())
+        return {*m_table, chunk + 1, 0};
+    return {*m_table, chunk, size_t(found - candidates.begin())};
+}
+
+const AssetIndex::Folder* AssetIndex::folder(std::string_view path) const {
+    const auto found = position(path);
+    return found != folders().end() && (*found)->path() == path ? found->get() : nullptr;
 }
 
 std::optional<Asset> AssetIndex::find(const Location& path) const {
-    const auto folder = position(*m_folders, parentOf(path.view()));
-    if (folder == m_folders->end() || (*folder)->path() != parentOf(path.view()))
-        return std::nullopt;
-    const auto place = (*folder)->find(nameOf(path.view()));
-    if (!place)
-        return std::nullopt;
-    return (*folder)->assetAt(*place);
+    const Folder* const holder = folder(parentOf(path.view()));
+    const auto place = holder ? holder->find(nameOf(path.view())) : std::nullopt;
+    return place ? std::optional(holder->assetAt(*place)) : std::nullopt;
 }
 
 bool AssetIndex::contains(const Location& path) const {
-    const auto folder = position(*m_folders, parentOf(path.view()));
-    return folder != m_folders->end() && (*folder)->path() == parentOf(path.view())
-           && (*folder)->find(nameOf(path.view())).has_value();
+    const Folder* const holder = folder(parentOf(path.view()));
+    return holder && holder->find(nameOf(path.view())).has_value();
 }
 
-QList<AssetIndex::FolderPointer> AssetIndex::foldersUnder(const Location& folder) const {
+QList<AssetIndex::FolderPointer> AssetIndex::foldersUnder(const Location& location) const {
     QList<FolderPointer> found;
-    const auto own = position(*m_folders, folder.view());
-    const auto [begin, end] = rangeBelow(*m_folders, folder.view());
-    found.reserve(end - begin + 1);
-    // The root folder is the one that stands in its own range.
-    if (own != m_folders->end() && (*own)->path() == folder.view() && own != begin)
+    const auto [first, last] = boundsBelow(location.view());
+    const auto own = position(location.view());
+    const auto begin = position(first);
+    const auto end = position(last);
+    // Between P and "P/" stand the siblings whose names continue P's.
+    if (own != begin && own != folders().end() && (*own)->path() == location.view())
         found.append(*own);
-    found.append(QList<FolderPointer>(begin, end));
+    for (auto below = begin; below != end; ++below)
+        found.append(*below);
     return found;
 }
 
-Assets AssetIndex::assetsUnder(const Location& folder) const {
+Assets AssetIndex::assetsUnder(const Location& location) const {
     Assets assets;
-    for (const auto& holder : foldersUnder(folder))
+    for (const auto& holder : foldersUnder(location))
         for (size_t i = 0; i < holder->size(); ++i)
             assets.append(holder->assetAt(i));
     return assets;
 }
 
-AssetIndex AssetIndex::applying(const Changes& changes) const {
-    struct Edit {
-        std::vector<std::string_view> gone;
-        std::vector<File> changed;
-    };
-    std::map<std::string_view, Edit> edits; // by folder path
-    std::vector<bool> removed;              // folders that go with a tree, sized when the first one does
-    const Table& table = *m_folders;
-
-    const auto removeRange = [&](auto begin, auto end) {
-        if (begin == end)
-            return;
-        removed.resize(table.size());
-        std::fill(removed.begin() + (begin - table.begin()), removed.begin() + (end - table.begin()), true);
-    };
+AssetIndex::Edits AssetIndex::editsFor(const Changes& changes) const {
+    Edits edits;
+    edits.touchedChunks.resize(m_table->size());
     for (const Location& path : changes.gone) {
         if (contains(path)) {
-            edits[parentOf(path.view())].gone.push_back(nameOf(path.view()));
+            edits.byFolder[parentOf(path.view())].gone.push_back(nameOf(path.view()));
             continue;
         }
         // Not a file that we knew, so it was a folder, or nothing.
-        const auto own = position(table, path.view());
-        if (own != table.end() && (*own)->path() == path.view())
-            removeRange(own, own + 1);
-        const auto [begin, end] = rangeBelow(table, path.view());
-        removeRange(begin, end);
+        if (m_table->empty())
+            continue;
+        const auto [first, last] = boundsBelow(path.view());
+        edits.goneTrees.insert(path.view());
+        edits.touchedChunks[chunkFor(path.view())] = true;
+        if (position(first) != position(last))
+            for (size_t chunk = chunkFor(first); chunk <= chunkFor(last); ++chunk)
+                edits.touchedChunks[chunk] = true;
     }
     for (const Asset& asset : changes.assets)
-        edits[parentOf(asset.url.view())].changed.push_back(
+        edits.byFolder[parentOf(asset.url.view())].changed.push_back(
             {nameOf(asset.url.view()), asset.kind, asset.size, asset.modified, asset.starred});
-    if (edits.empty() && removed.empty())
+    if (!m_table->empty())
+        for (const auto& entry : edits.byFolder)
+            edits.touchedChunks[chunkFor(entry.first)] = true;
+    return edits;
+}
+
+AssetIndex AssetIndex::applying(const Changes& changes) const {
+    Edits edits = editsFor(changes);
+    if (edits.byFolder.empty() && edits.goneTrees.empty())
         return *this;
 
-    auto made = std::make_shared<Table>();
-    made->reserve(table.size() + edits.size());
-    auto copied = table.begin();
-    const auto copyUpTo = [&](auto end) {
-        if (removed.empty()) {
-            made->insert(made->end(), copied, end);
-            copied = end;
-            return;
+    AssetIndex made;
+    auto table = std::make_shared<Table>();
+    table->reserve(m_table->size() + 1);
+    made.m_folderCount = m_folderCount;
+    made.m_count = m_count;
+    auto edit = edits.byFolder.begin();
+
+    // An index without folders counts as one empty chunk.
+    static const Chunk nothing;
+    for (size_t i = 0; i < std::max<size_t>(m_table->size(), 1); ++i) {
+        if (!m_table->empty() && !edits.touchedChunks[i]) {
+            table->push_back((*m_table)[i]);
+            continue;
         }
-        for (; copied != end; ++copied)
-            if (!removed[size_t(copied - table.begin())])
-                made->push_back(*copied);
-    };
-    qsizetype difference = 0;
-    for (auto& [path, edit] : edits) {
-        const auto place = position(table, path);
-        copyUpTo(place);
-        const bool known = place != table.end() && (*place)->path() == path;
-        const bool stays = known && (removed.empty() || !removed[size_t(place - table.begin())]);
-        auto folder = stays ? (*place)->edited(edit.gone, std::move(edit.changed))
-                            : Folder(std::string(path)).edited(edit.gone, std::move(edit.changed));
-        difference += qsizetype(folder->size()) - (stays ? qsizetype((*place)->size()) : 0);
-        if (known)
-            ++copied;
-        if (folder->size() > 0)
-            made->push_back(std::move(folder));
+        const Chunk& before = m_table->empty() ? nothing : *(*m_table)[i];
+        const bool isLast = i + 1 >= m_table->size();
+        Chunk after;
+        after.reserve(before.size() + 1);
+        const auto rebuild = [&](const Folder& folder) {
+            auto edited = folder.edited(edit->second.gone, std::move(edit->second.changed));
+            if (edited->size() > 0)
+                after.push_back(std::move(edited));
+            ++edit;
+        };
+        for (const FolderPointer& folder : before) {
+            while (edit != edits.byFolder.end() && edit->first < folder->path())
+                rebuild(Folder(std::string(edit->first)));
+            const bool isEdited = edit != edits.byFolder.end() && edit->first == folder->path();
+            if (edits.isGone(folder->path())) {
+                if (isEdited)
+                    rebuild(Folder(folder->path()));
+            } else if (isEdited) {
+                rebuild(*folder);
+            } else {
+                after.push_back(folder);
+            }
+        }
+        while (edit != edits.byFolder.end() && (isLast || edit->first < (*m_table)[i + 1]->front()->path()))
+            rebuild(Folder(std::string(edit->first)));
+        made.m_folderCount += after.size() - before.size();
+        made.m_count += filesIn(after) - filesIn(before);
+        append(*table, std::move(after));
     }
-    copyUpTo(table.end());
-    for (size_t i = 0; i < removed.size(); ++i)
-        if (removed[i])
-            difference -= qsizetype(table[i]->size());
-    return {std::move(made), m_count + difference};
+    made.m_table = std::move(table);
+    return made;
 }
 
 size_t AssetIndex::bytes() const {
-    return std::accumulate(m_folders->begin(), m_folders->end(), m_folders->capacity() * sizeof(FolderPointer),
-                           [](size_t sum, const auto& folder) { return sum + folder->bytes(); });
+    size_t sum = m_table->capacity() * sizeof(Table::value_type);
+    for (const auto& chunk : *m_table)
+        sum += sizeof(Chunk) + 2 * sizeof(void*) + chunk->capacity() * sizeof(FolderPointer);
+    for (const auto& holder : folders())
+        sum += holder->bytes();
+    return sum;
 }
 
 } // namespace lumbra

@@ -13,10 +13,9 @@ namespace lumbra {
 
 namespace {
 
-// An asset by its place in the index: `newest` of every folder is settled on these, and only what stays becomes an
-// Asset, which has a path of its own to allocate.
+// An asset by its place: in its folder while that is gone through, then in the list of those that stayed. Only these
+// become Assets, which have a path of their own to allocate; the folders above share them.
 struct Candidate {
-    const AssetIndex::Folder* folder = nullptr;
     size_t place = 0;
     Date modified;
 };
@@ -112,6 +111,8 @@ DerivedIndex DerivedIndex::compute(const AssetIndex& index, const QList<Project>
 
     std::unordered_map<std::string_view, Sums> stats; // keys are pieces of the index's own paths
     stats.reserve(index.folders().size() * 2);
+    std::vector<Asset> newest; // every folder's own
+    newest.reserve(index.folders().size() * 3);
     std::string_view project; // the last folder's, since folders come project by project
     bool projectHidden = false;
     Date activity;
@@ -146,7 +147,11 @@ DerivedIndex DerivedIndex::compute(const AssetIndex& index, const QList<Project>
             }
             ++direct.count;
             if (file.kind == AssetKind::image || file.kind == AssetKind::video)
-                direct.insert({folder.get(), i, file.modified});
+                direct.insert({i, file.modified});
+        }
+        for (size_t i = 0; i < direct.newestCount; ++i) {
+            newest.push_back(folder->assetAt(direct.newest[i].place));
+            direct.newest[i].place = newest.size() - 1;
         }
         // Ancestors are updated once for the folder and not once for each file.
         for (std::string_view path = folder->path();; path = path.substr(0, path.rfind('/'))) {
@@ -159,22 +164,13 @@ DerivedIndex DerivedIndex::compute(const AssetIndex& index, const QList<Project>
 
     std::ranges::stable_sort(result.starred, std::greater<>(), [](const Asset& asset) { return *asset.starred; });
 
-    // A file that stands for several folders shares its path between them.
-    std::unordered_map<const AssetIndex::Folder*, std::vector<std::pair<size_t, Asset>>> made;
-    const auto assetOf = [&](const Candidate& candidate) {
-        auto& ofFolder = made[candidate.folder];
-        for (const auto& [place, asset] : ofFolder)
-            if (place == candidate.place)
-                return asset;
-        return ofFolder.emplace_back(candidate.place, candidate.folder->assetAt(candidate.place)).second;
-    };
     result.stats.reserve(qsizetype(stats.size()));
     for (const auto& [path, sums] : stats) {
         FolderStats& folder = result.stats[ownLocation(path)];
         folder.count = sums.count;
         folder.newest.reserve(qsizetype(sums.newestCount));
         for (size_t i = 0; i < sums.newestCount; ++i)
-            folder.newest.append(assetOf(sums.newest[i]));
+            folder.newest.append(newest[sums.newest[i].place]);
     }
     Log::line("DERIVED %.0f ms for %d files (background)", double(timer.nsecsElapsed()) / 1e6, int(index.count()));
     return result;
