@@ -1,0 +1,27 @@
+// What the desktop does for us with the user's files: opens them, shows where they are, opens a terminal there, and
+// holds copied text.
+//
+// Nothing here waits for the other program. Main thread only, with a QGuiApplication.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "Location.h"
+
+#include <QList>
+
+namespace lumbra::Desktop {
+
+// Opens each file or folder with the program that the desktop has for it.
+void open(const QList<Location>& locations);
+
+// Shows the files selected in the desktop's file manager; opens their folders where it can't.
+void reveal(const QList<Location>& locations);
+
+// Opens the user's terminal in the folder: $TERMINAL, else x-terminal-emulator, else xdg-terminal-exec. False when none
+// of them could be started.
+bool openTerminal(const Location& folder);
+
+void copyText(const QString& text);
+
+} // namespace lumbra::Desktop
