@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Look.h"
 
+#include "Comfort.h"
 #include "Fonts.h"
 
 #include <QFont>
@@ -22,12 +23,10 @@ void prepareEngine(QQmlEngine& engine) {
     engine.addImportPath(QStringLiteral(":/qml"));
 }
 
-void setAppearance(QQmlEngine& engine, bool highContrast, bool reducedMotion) {
-    const int type = qmlTypeId("Lumbra.Look", 1, 0, "Theme");
-    if (auto* theme = engine.singletonInstance<QObject*>(type)) {
-        theme->setProperty("highContrast", highContrast);
-        theme->setProperty("reducedMotion", reducedMotion);
-    }
+void setAppearance(bool highContrast, bool reducedMotion) {
+    Comfort& comfort = Comfort::shared();
+    comfort.setProperty("highContrast", highContrast);
+    comfort.setProperty("reducedMotion", reducedMotion);
 }
 
 } // namespace lumbra::Look

@@ -6,11 +6,13 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QRawFont>
+#include <QSet>
 #include <QStandardPaths>
 #include <QSvgRenderer>
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <string_view>
 
 namespace lumbra::Symbols {
@@ -97,6 +99,18 @@ const Glyph* glyphNamed(QStringView name) {
     return found != glyphs.end() && found->name == key ? &*found : nullptr;
 }
 
+// The names of what we drew ourselves.
+const QSet<QString>& drawings() {
+    static const QSet<QString> all = [] {
+        QSet<QString> found;
+        const QStringList files = QDir(QStringLiteral(":/look/symbols")).entryList(QDir::Files);
+        for (const QString& file : files)
+            found.insert(file.chopped(qsizetype(strlen(".svg"))));
+        return found;
+    }();
+    return all;
+}
+
 QString drawing(const QString& name) {
     return QLatin1String(":/look/symbols/") + name + QLatin1String(".svg");
 }
@@ -143,15 +157,13 @@ QStringList names() {
     QStringList all;
     for (const Glyph& glyph : glyphs)
         all.append(QStringView(glyph.name.data(), qsizetype(glyph.name.size())).toString());
-    const QStringList drawn = QDir(QStringLiteral(":/look/symbols")).entryList(QDir::Files);
-    for (const QString& file : drawn)
-        all.append(file.chopped(4));
+    all.append(drawings().values());
     all.sort();
     return all;
 }
 
 bool contains(const QString& name) {
-    return glyphNamed(name) || (!name.isEmpty() && QFile::exists(drawing(name)));
+    return glyphNamed(name) || drawings().contains(name);
 }
 
 bool fontFound() {

@@ -8,9 +8,8 @@ import Lumbra.Look
 QtObject {
     id: theme
 
-    // Follow the desktop; see Look::setAppearance.
-    property bool highContrast: false
-    property bool reducedMotion: false
+    readonly property bool highContrast: Comfort.highContrast
+    readonly property bool reducedMotion: Comfort.reducedMotion
 
     // Surfaces, from the back to the front.
     readonly property color stage: "#0B0B0D"

@@ -31,10 +31,9 @@ T.Button {
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.description: hint
-    Accessible.onPressAction: click()
-
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Accessible.onPressAction: clicked()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     contentItem: Item {
         readonly property real symbolRoom: control.symbol ? Theme.sizeSymbol + row.spacing : 0

@@ -23,11 +23,17 @@ T.CheckBox {
     Accessible.description: hint
     Accessible.checkable: true
     Accessible.checked: checked
-    Accessible.onToggleAction: control.click()
-    Accessible.onPressAction: control.click()
+    Accessible.onPressAction: tick()
+    Accessible.onToggleAction: tick()
+    Keys.onReturnPressed: tick()
+    Keys.onEnterPressed: tick()
 
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    // As a click does.
+    function tick() {
+        toggle()
+        toggled()
+        clicked()
+    }
 
     indicator: Rectangle {
         x: control.leftPadding

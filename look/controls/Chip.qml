@@ -28,11 +28,10 @@ T.AbstractButton {
     Accessible.description: count
     Accessible.checkable: true
     Accessible.checked: on
-    Accessible.onPressAction: click()
-    Accessible.onToggleAction: click()
-
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Accessible.onPressAction: clicked()
+    Accessible.onToggleAction: clicked()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     Behavior on opacity { EaseNumber {} }
 

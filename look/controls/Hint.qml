@@ -27,6 +27,7 @@ Item {
     Loader {
         active: hint.wanted && !delay.running
         sourceComponent: ToolTip {
+            objectName: "toolTip"
             parent: hint
             text: hint.text
             visible: true

@@ -23,10 +23,9 @@ T.Button {
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.description: hint
-    Accessible.onPressAction: click()
-
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Accessible.onPressAction: clicked()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     contentItem: Symbol {
         name: control.symbol

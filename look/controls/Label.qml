@@ -18,6 +18,7 @@ Text {
     elide: Text.ElideRight
     verticalAlignment: Text.AlignVCenter
     font.family: tabular ? Theme.familyDigits : Theme.family
+    font.kerning: !tabular
     font.pixelSize: Theme.sizes[style]
     font.weight: style >= Label.Section ? Theme.semibold : Theme.regular
     lineHeightMode: Text.FixedHeight

@@ -27,7 +27,6 @@ T.MenuItem {
     Accessible.description: shortcutText
     Accessible.checkable: checkable
     Accessible.checked: checked
-    Accessible.onPressAction: click()
 
     indicator: null
     arrow: null

@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "QmlWindow.h"
+
+#include <QColor>
+
+#include <cmath>
+
+using namespace lumbra;
+
+namespace {
+
+double luminance(const QColor& color) {
+    const auto linear = [](double value) {
+        return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+double contrast(const QColor& over, const QColor& ground) {
+    const double alpha = over.alphaF();
+    const auto mix = [alpha](double above, double below) { return above * alpha + below * (1 - alpha); };
+    const QColor seen =
+        QColor::fromRgbF(float(mix(over.redF(), ground.redF())), float(mix(over.greenF(), ground.greenF())),
+                         float(mix(over.blueF(), ground.blueF())));
+    const double a = luminance(seen) + 0.05;
+    const double b = luminance(ground) + 0.05;
+    return std::max(a, b) / std::min(a, b);
+}
+
+} // namespace
+
+class tst_theme : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() {
+        Look::prepareApplication();
+        m_window = std::make_unique<QmlWindow>("property QtObject theme: Theme");
+        m_theme = m_window->root()->property("theme").value<QObject*>();
+        QVERIFY(m_theme);
+    }
+    void cleanup() {
+        m_window.reset();
+        Look::setAppearance(false, false);
+    }
+
+    void theAccentIsAmber();
+    void textCanBeRead_data();
+    void textCanBeRead();
+    void highContrastStrengthensTextAndLines();
+    void reducedMotionMakesEveryMovementInstant();
+    void reducedMotionLeavesWaitsAlone();
+    void theSpringStartsAtRestAndEndsThere();
+    void theSpringSwingsOverByLittle();
+
+private:
+    QColor color(const char* name) { return m_theme->property(name).value<QColor>(); }
+    int number(const char* name) { return m_theme->property(name).toInt(); }
+    QList<double> curve();
+
+    std::unique_ptr<QmlWindow> m_window;
+    QObject* m_theme = nullptr;
+};
+
+QList<double> tst_theme::curve() {
+    QList<double> numbers;
+    for (const QVariant& value : m_theme->property("springCurve").toList())
+        numbers.append(value.toDouble());
+    return numbers;
+}
+
+void tst_theme::theAccentIsAmber() {
+    QCOMPARE(color("amber").toRgb(), QColor::fromRgbF(1.0f, 0.624f, 0.263f).toRgb());
+}
+
+void tst_theme::textCanBeRead_data() {
+    QTest::addColumn<QByteArray>("ink");
+    QTest::addColumn<QByteArray>("ground");
+    for (const char* ink : {"text", "textSoft", "amber", "danger"})
+        for (const char* ground : {"window", "pane", "raised"})
+            QTest::addRow("%s on %s", ink, ground) << QByteArray(ink) << QByteArray(ground);
+    QTest::newRow("text on amber") << QByteArray("amberInk") << QByteArray("amber");
+}
+
+void tst_theme::textCanBeRead() {
+    QFETCH(QByteArray, ink);
+    QFETCH(QByteArray, ground);
+    QVERIFY(contrast(color(ink), color(ground)) >= 4.5);
+}
+
+void tst_theme::highContrastStrengthensTextAndLines() {
+    Look::setAppearance(true, false);
+    QCOMPARE(qRound(color("text").alphaF() * 100), 100);
+    QCOMPARE(qRound(color("textSoft").alphaF() * 100), 92);
+    QCOMPARE(qRound(color("textFaint").alphaF() * 100), 75);
+    QCOMPARE(qRound(color("line").alphaF() * 100), 40);
+    Look::setAppearance(false, false);
+    QCOMPARE(qRound(color("line").alphaF() * 100), 8);
+}
+
+void tst_theme::reducedMotionMakesEveryMovementInstant() {
+    for (const char* name : {"quick", "room", "glow", "spring", "pulse", "scroll"})
+        QVERIFY2(number(name) > 0, name);
+    Look::setAppearance(false, true);
+    for (const char* name : {"quick", "room", "glow", "spring", "pulse", "scroll"})
+        QCOMPARE(number(name), 0);
+}
+
+void tst_theme::reducedMotionLeavesWaitsAlone() {
+    const int before = number("hintDelay");
+    Look::setAppearance(false, true);
+    QCOMPARE(number("hintDelay"), before);
+}
+
+void tst_theme::theSpringStartsAtRestAndEndsThere() {
+    const QList<double> points = curve();
+    QVERIFY(points.size() >= 6);
+    QCOMPARE(points.size() % 6, 0);
+    QCOMPARE(points.at(points.size() - 2), 1.0);
+    QCOMPARE(points.last(), 1.0);
+    QVERIFY(qAbs(points.at(1)) < 1e-9); // no speed at the start
+    const int settles = number("spring");
+    QVERIFY(settles > 350 && settles < 700);
+}
+
+void tst_theme::theSpringSwingsOverByLittle() {
+    // A damping of 0.8 overshoots by exp(-0.8 pi / 0.6), one and a half in a hundred.
+    double highest = 0;
+    const QList<double> points = curve();
+    for (qsizetype i = 1; i < points.size(); i += 2)
+        highest = std::max(highest, points.at(i));
+    QVERIFY(highest > 1.01 && highest < 1.02);
+}
+
+QTEST_MAIN(tst_theme)
+#include "tst_theme.moc"
