@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Tasks.h"
 
+#include <QCoreApplication>
 #include <QThread>
 
 #include <sys/resource.h>
@@ -13,8 +14,16 @@ namespace lumbra::Tasks {
 
 namespace {
 
+void waitForPools() {
+    for (const Pool which : {Pool::userInitiated, Pool::utility})
+        pool(which).waitForDone();
+}
+
 QThreadPool* makePool(int threads) {
-    // Never destroyed: a worker that outlives the application object must still find its pool.
+    // Work that is still under way ends while there is an application object to post to.
+    static const bool waits = (qAddPostRoutine(waitForPools), true);
+    Q_UNUSED(waits)
+    // Never destroyed: static objects may be gone when a worker ends.
     auto* made = new QThreadPool;
     made->setMaxThreadCount(threads);
     made->setExpiryTimeout(-1); // a thread keeps its priority, so it is kept
@@ -27,6 +36,11 @@ QThreadPool& pool(Pool which) {
     static QThreadPool* const userInitiated = makePool(std::max(2, QThread::idealThreadCount()));
     static QThreadPool* const utility = makePool(std::max(2, QThread::idealThreadCount()));
     return which == Pool::userInitiated ? *userInitiated : *utility;
+}
+
+void postToMain(std::function<void()> function) {
+    if (QCoreApplication* const application = QCoreApplication::instance())
+        QMetaObject::invokeMethod(application, std::move(function), Qt::QueuedConnection);
 }
 
 void adoptPriority(Pool which) {

@@ -3,8 +3,8 @@
 //     Tasks::run(Tasks::Pool::utility, [index] { return summary(index); })
 //         .then(this, [this](Summary summary) { m_summary = summary; });
 //
-// `.then(context, ...)` runs on the context's thread and is dropped when the context has died. Work that can be
-// cancelled takes a std::stop_token from the source that its owner keeps.
+// What follows with `.then(context, ...)` runs on the main thread and is dropped when the context, which lives there,
+// has died. Work that can be cancelled takes a std::stop_token from the source that its owner keeps.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
@@ -28,13 +28,43 @@ QThreadPool& pool(Pool which);
 // Lowers the calling thread to the pool's priority; called by `run` on the worker.
 void adoptPriority(Pool which);
 
+// Posts to the main thread; dropped once the application object has gone.
+void postToMain(std::function<void()> function);
+
+// The result of work under way.
+template <typename Value>
+class Task : public QFuture<Value> {
+public:
+    explicit Task(QFuture<Value> future) : QFuture<Value>(std::move(future)) {}
+
+    // Hides QFuture's own, which in Qt 6.4 goes to a context that has died in the meantime.
+    template <typename Function>
+    void then(QObject* context, Function function) {
+        const QPointer<QObject> receiver(context);
+        QFuture<Value>::then(QtFuture::Launch::Sync, [receiver, function](const QFuture<Value>& done) {
+            if constexpr (std::is_void_v<Value>) {
+                postToMain([receiver, function]() mutable {
+                    if (receiver)
+                        function();
+                });
+            } else {
+                postToMain([receiver, function, value = done.result()]() mutable {
+                    if (receiver)
+                        function(std::move(value));
+                });
+            }
+        });
+    }
+};
+
 // Runs the function on the pool. A pool never takes the calling thread.
 template <typename Function>
-auto run(Pool which, Function function) -> QFuture<decltype(function())> {
-    return QtConcurrent::run(&pool(which), [which, function = std::move(function)]() mutable {
-        adoptPriority(which);
-        return function();
-    });
+auto run(Pool which, Function function) -> Task<decltype(function())> {
+    return Task<decltype(function())>(
+        QtConcurrent::run(&pool(which), [which, function = std::move(function)]() mutable {
+            adoptPriority(which);
+            return function();
+        }));
 }
 
 // Lets the last reference to something large die on the utility pool instead of here.
