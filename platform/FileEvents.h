@@ -2,9 +2,14 @@
 //
 // One thread drains the kernel's queue into a set of changed paths and does nothing else that could hold it up; when it
 // falls behind, the kernel drops events and the tree must be compared with the disk. Batches go to `deliver`, called on
-// that thread: the first event of a quiet time at once, then one batch each `latency` seconds while events keep coming.
+// that thread, which therefore only passes them on: the first event of a quiet time at once, then one batch each
+// `latency` seconds while events keep coming. At rest the thread sleeps without a timer.
 //
-// An event says only where to look; ask the disk for the truth.
+// An event says only where to look; ask the disk for the truth. One batch holds a path once, and an event of a folder
+// with `created`, `renamed` or `mustScan`, or of one that is gone, stands for everything below it.
+//
+// What has no event: entries whose name is not UTF-8, what lies below a symbolic link, and folders so deep that their
+// path is longer than the system takes (4,095 bytes).
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
@@ -15,6 +20,7 @@
 
 #include <functional>
 #include <memory>
+#include <string_view>
 
 namespace lumbra {
 
@@ -41,23 +47,32 @@ public:
         // True for a folder that is watched and gone through, by its name. Files are reported whatever their name.
         std::function<bool(std::string_view name)> enters = [](std::string_view) { return true; };
 
+        // Called once, on the thread, when every watch stands for the first time: what happens from then on is
+        // reported. Whoever reads the trees without missing a change begins here.
+        std::function<void()> started = {};
+
         // Watches to take at most, for tests of the limit; 0 means as many as the kernel gives.
         size_t watchLimit = 0;
     };
 
     // What `lumbra status` tells of the watches.
     struct Status {
-        size_t watched = 0;   // folders with a watch
-        size_t polled = 0;    // folders that got none and are looked at every few seconds instead
-        size_t overflows = 0; // times that the kernel dropped events
+        size_t watched = 0;       // folders with a watch
+        size_t polled = 0;        // folders that got none and are looked at every few seconds instead
+        size_t overflows = 0;     // times that the kernel dropped events
         bool rootsPresent = true; // false while a root is unmounted or was moved away
+
+        friend bool operator==(const Status&, const Status&) = default;
     };
 
-    // Starts at once and goes through the trees on its own thread. Roots that do not exist are waited for.
+    // Starts at once and goes through the trees on its own thread. The roots are canonical paths. One that does not
+    // exist, or that goes, is waited for: nothing in it is reported as gone, and when it is back it is reported with
+    // `mustScan`.
     FileEvents(QList<Location> roots, Options options, std::function<void(QList<FileEvent>)> deliver);
 
     // Ends the thread; `deliver` is not called any more once this returns.
     ~FileEvents();
+    Q_DISABLE_COPY_MOVE(FileEvents)
 
     Status status() const;
 

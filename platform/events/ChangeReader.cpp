@@ -1,0 +1,201 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ChangeReader.h"
+
+#include <sys/inotify.h>
+
+#include <algorithm>
+
+namespace lumbra::events {
+
+namespace {
+
+// The kernel queues both halves of a move at once; who waited this long waits for nothing.
+constexpr std::chrono::milliseconds patience{100};
+
+quint32 flagsOf(quint32 mask) {
+    quint32 flags = 0;
+    if (mask & IN_CREATE)
+        flags |= FileEvent::created;
+    if (mask & (IN_MOVED_FROM | IN_MOVED_TO))
+        flags |= FileEvent::renamed;
+    return flags;
+}
+
+bool isUtf8(const std::string& name) {
+    return QByteArrayView(name.data(), qsizetype(name.size())).isValidUtf8();
+}
+
+} // namespace
+
+bool ChangeReader::readAll(Clock::time_point deadline) {
+    Inotify::Event event;
+    for (;;) {
+        const bool took = m_watches.inotify().take();
+        bool any = false;
+        while (m_watches.inotify().next(event)) {
+            any = true;
+            read(event);
+            m_watches.tree().bury();
+            if (Clock::now() > deadline)
+                return false;
+        }
+        if (!took && !any)
+            break;
+    }
+    m_watches.setSettled(true);
+    return true;
+}
+
+void ChangeReader::read(const Inotify::Event& event) {
+    if (event.mask & IN_Q_OVERFLOW)
+        return overflow();
+    Folder* folder = m_watches.tree().find(event.watch);
+    if (!folder)
+        return; // an echo of a watch that was taken away
+    if (event.name.empty())
+        return readOwn(*folder, event.mask);
+    if (!isUtf8(event.name))
+        return;
+    const auto parentPath = m_watches.tree().path(*folder);
+    if (!parentPath) {
+        // Inside a folder that is on its way. Where it arrives it is gone through, unless the tree is thought settled.
+        m_watches.setSettled(false);
+        return;
+    }
+    const std::string path = childPath(*parentPath, event.name);
+    if (event.mask & IN_ISDIR)
+        readFolder(*folder, event, path);
+    else
+        m_batch.add(path, flagsOf(event.mask));
+}
+
+void ChangeReader::readOwn(Folder& folder, quint32 mask) {
+    if (folder.standing == Folder::Standing::root) {
+        if (mask & (IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_IGNORED))
+            m_roots.lose(folder);
+        else if (mask & IN_ATTRIB)
+            m_batch.add(folder.name, 0);
+    } else if (mask & IN_IGNORED) {
+        // Deleted, which its parent reports; or unmounted, which takes nothing from the library.
+        m_watches.forget(folder);
+    }
+}
+
+void ChangeReader::readFolder(Folder& parent, const Inotify::Event& event, const std::string& path) {
+    if (event.mask & IN_CREATE) {
+        appear(parent, event.name);
+    } else if (event.mask & IN_MOVED_FROM) {
+        leave(parent, event);
+    } else if (event.mask & IN_MOVED_TO) {
+        arrive(parent, event);
+    } else if (event.mask & IN_DELETE) {
+        if (Folder* gone = m_watches.tree().child(parent, event.name))
+            m_watches.forget(*gone);
+    } else if (m_watches.tree().child(parent, event.name) || !appear(parent, event.name)) {
+        return m_batch.add(path, 0);
+    } else {
+        // It could not be read before.
+        return m_batch.addTree(path, FileEvent::created);
+    }
+    // The tree is reported after its watches are set, so whoever looks now misses nothing.
+    m_batch.addTree(path, flagsOf(event.mask));
+}
+
+bool ChangeReader::appear(Folder& parent, const std::string& name) {
+    if (!m_watches.enters(name))
+        return false;
+    // A folder that stands there already was gone through when it was found from above.
+    const auto entered = m_watches.enter(parent, name);
+    if (entered.isNew)
+        m_watches.walk(*entered.folder);
+    return entered.isNew;
+}
+
+void ChangeReader::leave(Folder& parent, const Inotify::Event& event) {
+    if (const auto displaced = takeDisplaced(parent, event.name))
+        m_moving[event.cookie] = *displaced;
+    else if (Folder* folder = m_watches.tree().child(parent, event.name))
+        m_moving[event.cookie] = {m_watches.tree().detach(*folder), Clock::now()};
+}
+
+void ChangeReader::arrive(Folder& parent, const Inotify::Event& event) {
+    auto& tree = m_watches.tree();
+    if (Folder* there = tree.child(parent, event.name)) {
+        m_displaced.push_back({&parent, event.name, {tree.detach(*there), Clock::now()}});
+        m_watches.setSettled(false);
+    }
+    const auto half = m_moving.extract(event.cookie);
+    Folder* folder = half ? tree.detached(half.mapped().folder) : nullptr;
+    if (folder && !m_watches.enters(event.name)) {
+        m_watches.forget(*folder);
+        return;
+    }
+    if (folder)
+        tree.attach(*folder, parent, event.name);
+    if (!folder)
+        appear(parent, event.name);
+    else if (!m_watches.isSettled())
+        if (const auto entered = m_watches.enter(parent, event.name); entered.folder)
+            m_watches.walk(*entered.folder);
+}
+
+std::optional<ChangeReader::Moving> ChangeReader::takeDisplaced(const Folder& parent, std::string_view name) {
+    const auto found = std::ranges::find_if(m_displaced, [&](const Displaced& displaced) {
+        return displaced.parent == &parent && displaced.name == name
+               && m_watches.tree().detached(displaced.move.folder);
+    });
+    if (found == m_displaced.end())
+        return std::nullopt;
+    const Moving move = found->move;
+    m_displaced.erase(found);
+    return move;
+}
+
+// A folder that was found in the trees again by other means is no longer detached, and stays.
+void ChangeReader::abandon(const Moving& move) {
+    if (Folder* folder = m_watches.tree().detached(move.folder))
+        m_watches.forget(*folder);
+}
+
+void ChangeReader::settleMoves() {
+    const auto limit = Clock::now() - patience;
+    std::erase_if(m_moving, [&](const auto& half) {
+        const bool isOver = half.second.since <= limit;
+        if (isOver)
+            abandon(half.second);
+        return isOver;
+    });
+    std::erase_if(m_displaced, [&](const Displaced& displaced) {
+        const bool isOver = displaced.move.since <= limit;
+        if (isOver)
+            abandon(displaced.move);
+        return isOver;
+    });
+}
+
+std::optional<ChangeReader::Clock::time_point> ChangeReader::nextSettling() const {
+    std::optional<Clock::time_point> next;
+    const auto consider = [&next](Clock::time_point since) {
+        if (!next || since + patience < *next)
+            next = since + patience;
+    };
+    for (const auto& [cookie, move] : m_moving)
+        consider(move.since);
+    for (const Displaced& displaced : m_displaced)
+        consider(displaced.move.since);
+    return next;
+}
+
+void ChangeReader::overflow() {
+    ++m_overflows;
+    // The second half of an open move may be among what was dropped.
+    for (const auto& [cookie, move] : m_moving)
+        abandon(move);
+    m_moving.clear();
+    for (const Displaced& displaced : m_displaced)
+        abandon(displaced.move);
+    m_displaced.clear();
+    m_roots.walkAgain();
+}
+
+} // namespace lumbra::events

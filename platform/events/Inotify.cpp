@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Inotify.h"
+
+#include <sys/inotify.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+namespace lumbra::events {
+
+namespace {
+
+// ATTRIB is how a star that another process sets arrives, MODIFY how a truncation does.
+constexpr quint32 watchedEvents = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_CLOSE_WRITE | IN_MODIFY
+                                  | IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF;
+constexpr quint32 watchOptions = IN_ONLYDIR | IN_DONT_FOLLOW | IN_EXCL_UNLINK;
+
+constexpr size_t chunk = 256 * 1024;
+
+// Beyond this the kernel may drop events: an overflow costs a look at the whole tree, endless memory costs the process.
+constexpr size_t mostInMemory = 64 * 1024 * 1024;
+
+} // namespace
+
+Inotify::Inotify() : m_fd(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {}
+
+Inotify::~Inotify() {
+    if (m_fd >= 0)
+        ::close(m_fd);
+}
+
+Inotify::Result Inotify::add(const std::string& folder, int& watch) {
+    if (m_fd < 0)
+        return Result::noSpace;
+    watch = ::inotify_add_watch(m_fd, folder.c_str(), watchedEvents | watchOptions);
+    if (watch >= 0)
+        return Result::watching;
+    return errno == ENOSPC || errno == ENOMEM ? Result::noSpace : Result::failed;
+}
+
+void Inotify::remove(int watch) {
+    // Fails when the folder is gone already, and the watch with it.
+    ::inotify_rm_watch(m_fd, watch);
+}
+
+bool Inotify::take() {
+    if (m_fd < 0)
+        return false;
+    if (m_read == m_bytes.size()) {
+        m_bytes.clear();
+        m_read = 0;
+    }
+    const size_t held = m_bytes.size();
+    if (held - m_read > mostInMemory)
+        return false;
+    m_bytes.resize(held + chunk);
+    const ssize_t count = ::read(m_fd, m_bytes.data() + held, chunk);
+    m_bytes.resize(held + size_t(std::max<ssize_t>(count, 0)));
+    return count > 0;
+}
+
+bool Inotify::next(Event& event) {
+    if (m_bytes.size() - m_read < sizeof(inotify_event))
+        return false;
+    inotify_event head;
+    std::memcpy(&head, m_bytes.data() + m_read, sizeof head);
+    event.watch = head.wd;
+    event.mask = head.mask;
+    event.cookie = head.cookie;
+    // The name is padded with NULs.
+    const char* name = m_bytes.data() + m_read + sizeof head;
+    event.name.assign(name, ::strnlen(name, head.len));
+    m_read += sizeof head + head.len;
+    return true;
+}
+
+} // namespace lumbra::events

@@ -1,0 +1,481 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/FileEvents.h"
+#include "support/EventMirror.h"
+#include "support/TestHome.h"
+
+#include <QElapsedTimer>
+#include <QSemaphore>
+#include <QTest>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+
+using namespace lumbra;
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string text(const Location& location) {
+    return std::string(location.view());
+}
+
+void makeFile(const std::string& path, const char* bytes = "x") {
+    const int file = ::open(path.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644);
+    QVERIFY2(file >= 0, path.c_str());
+    QCOMPARE(::write(file, bytes, strlen(bytes)), ssize_t(strlen(bytes)));
+    ::close(file);
+}
+
+FileEvents::Options withoutDotFolders() {
+    FileEvents::Options options;
+    options.latency = 0.05;
+    options.enters = [](std::string_view name) { return !name.starts_with('.'); };
+    return options;
+}
+
+// The folders that are to have a watch, the root included.
+size_t shownFolders(const Location& root) {
+    size_t count = 1;
+    for (const auto& entry : fs::recursive_directory_iterator(text(root)))
+        if (entry.is_directory() && entry.path().native().find("/.") == std::string::npos)
+            ++count;
+    return count;
+}
+
+// Lets this thread, and those that it starts, be nobody in particular for a while, also when root runs the tests.
+class AsNobody {
+public:
+    AsNobody() : m_user(::geteuid()) { become(m_user == 0 ? 65534 : m_user); }
+    ~AsNobody() { become(m_user); }
+    Q_DISABLE_COPY_MOVE(AsNobody)
+
+private:
+    // The C library's call would change all threads.
+    static void become(uid_t user) { QCOMPARE(::syscall(SYS_setresuid, -1, user, -1), 0L); }
+    const uid_t m_user;
+};
+
+// How often the thread of the events gave up the processor, which it does once for each time that it slept.
+qint64 wakeUps() {
+    for (const auto& task : fs::directory_iterator("/proc/self/task")) {
+        QFile name(QString::fromStdString(task.path() / "comm"));
+        QFile status(QString::fromStdString(task.path() / "status"));
+        if (!name.open(QIODevice::ReadOnly) || name.readAll().trimmed() != "file-events"
+            || !status.open(QIODevice::ReadOnly))
+            continue;
+        for (const QByteArray& line : status.readAll().split('\n'))
+            if (line.startsWith("voluntary_ctxt_switches:"))
+                return line.mid(line.indexOf(':') + 1).trimmed().toLongLong();
+    }
+    return -1;
+}
+
+} // namespace
+
+class tst_FileEvents : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void reportsAChange_data();
+    void reportsAChange();
+    void saysWhatWasCreatedAndRenamed();
+    void aFolderStandsForWhatIsBelowIt();
+    void keepsCreatedWhenTheFolderIsTouchedAfterwards();
+    void theFirstEventOfAQuietTimeComesAtOnce();
+    void aBurstComesInOneBatchAWindow();
+    void foldersThatAreNotEnteredGetNoWatch();
+    void namesThatAreNotUtf8AreNotReported();
+    void foldersFiveHundredDeepAreWatched();
+    void foldersTooDeepForAPathAreLeftOut();
+    void linksAreNotFollowed();
+    void aRootInsideAnotherIsWatchedOnce();
+    void aFolderThatBecomesReadableIsEntered();
+    void waitingForTheWatchesIsExact();
+    void restsWithoutWakingUp();
+    void endsInTheMiddleOfEverything();
+};
+
+void tst_FileEvents::reportsAChange_data() {
+    QTest::addColumn<QByteArray>("script");
+
+    QTest::newRow("a file lands") << QByteArray("echo new > here/new.mp4");
+    QTest::newRow("a file is rewritten") << QByteArray("echo longer than before > here/old.mp4");
+    QTest::newRow("a file is appended to") << QByteArray("echo more >> here/old.mp4");
+    QTest::newRow("a file is truncated") << QByteArray("truncate -s 2 here/old.mp4");
+    QTest::newRow("a file is replaced") << QByteArray("echo other bytes > t; mv t here/old.mp4");
+    QTest::newRow("a file is starred by another process")
+        << QByteArray("setfattr -n user.com.lumbra.starred -v 1 here/old.mp4");
+    QTest::newRow("a file loses its star to another process")
+        << QByteArray("setfattr -x user.com.lumbra.starred here/starred.mp4");
+    QTest::newRow("a file is deleted") << QByteArray("rm here/old.mp4");
+    QTest::newRow("a file is renamed") << QByteArray("mv here/old.mp4 here/other.mp4");
+    QTest::newRow("a file is moved out") << QByteArray("mv here/old.mp4 ../outside/");
+    QTest::newRow("a file is moved in") << QByteArray("mv ../outside/out.mp4 here/");
+    QTest::newRow("a file becomes a folder")
+        << QByteArray("rm here/old.mp4; mkdir here/old.mp4; echo x > here/old.mp4/x");
+    QTest::newRow("a folder becomes a file") << QByteArray("rm -r here; echo x > here");
+    QTest::newRow("a folder moves in with files") << QByteArray("mv ../outside/filled .");
+    QTest::newRow("a folder moves in and its files change")
+        << QByteArray("mv ../outside/filled . && echo late > filled/deep/er/late.mp4 && echo longer >> filled/a.mp4");
+    QTest::newRow("a folder is copied in") << QByteArray("cp -a ../outside/filled copy");
+    QTest::newRow("a folder moves within") << QByteArray("mv here deep/ && echo late > deep/here/late.mp4");
+    QTest::newRow("a folder moves down into its sibling")
+        << QByteArray("mkdir n && mv here n/ && mv n deep/ && echo late > deep/n/here/late.mp4");
+    QTest::newRow("a folder moves out") << QByteArray(
+        "mv here ../outside/ && echo unseen > ../outside/here/unseen.mp4");
+    QTest::newRow("a folder moves out and back")
+        << QByteArray("mv deep ../outside/ && echo away > ../outside/deep/er/away.mp4 && mv ../outside/deep back && "
+                      "echo late > back/er/late.mp4");
+    QTest::newRow("two folders swap their names") << QByteArray(
+        "mv here t && mv deep here && mv t deep && echo late > here/late.mp4 && echo late > deep/late2.mp4");
+    QTest::newRow("two folders swap within their siblings")
+        << QByteArray("mv here/in t && mv deep/er here/in && mv t deep/er && echo 1 > here/in/1.mp4 && echo 2 > "
+                      "deep/er/2.mp4");
+    QTest::newRow("a folder moves onto an empty one")
+        << QByteArray("mkdir empty && mv -T here empty && echo late > empty/late.mp4");
+    QTest::newRow("a folder is deleted") << QByteArray("rm -r deep");
+    QTest::newRow("a folder is deleted and made again")
+        << QByteArray("rm -r deep && mkdir -p deep/er && echo again > deep/er/again.mp4");
+    QTest::newRow("a hidden folder shows itself") << QByteArray("mv .hidden shown && echo late > shown/late.mp4");
+    QTest::newRow("a folder hides itself") << QByteArray("mv here .here && echo unseen > .here/unseen.mp4");
+    QTest::newRow("a folder is made, renamed and filled") << QByteArray("mkdir -p q/r; mv q s; echo x > s/r/x.mp4");
+}
+
+void tst_FileEvents::reportsAChange() {
+    QFETCH(QByteArray, script);
+    TestHome home;
+    const Location root = home.folder("root");
+    QVERIFY(runScript(home.path(),
+                      "mkdir -p outside/filled/deep/er root/here/in root/deep/er root/.hidden/in;"
+                      "echo a > outside/filled/a.mp4; echo b > outside/filled/deep/er/b.mp4;"
+                      "echo out > outside/out.mp4; echo old > root/here/old.mp4; echo s > root/here/starred.mp4;"
+                      "setfattr -n user.com.lumbra.starred -v 1 root/here/starred.mp4;"
+                      "echo e > root/deep/er/e.mp4; echo in > root/here/in/in.mp4; echo h > root/.hidden/in/h.mp4"));
+    EventMirror mirror({root}, withoutDotFolders());
+    const auto before = mirror.truth();
+    QVERIFY(runScript(root, script));
+    QVERIFY(mirror.truth() != before);
+    QVERIFY(mirror.becomesTrue());
+
+    // And every watch is where it belongs: what happens from now on is seen.
+    QVERIFY(mirror.events().waitUntilWatching(20));
+    QVERIFY(runScript(root, "find . -type d ! -path '*/.*' -exec sh -c 'echo after > \"$1/after.mp4\"' - {} \\;"));
+    QVERIFY(mirror.becomesTrue());
+    QTRY_COMPARE(mirror.events().status().watched, shownFolders(root));
+}
+
+void tst_FileEvents::saysWhatWasCreatedAndRenamed() {
+    TestHome home;
+    const Location root = home.folder("root");
+    home.file("outside/in/a.mp4");
+    home.file("root/old.mp4");
+    EventMirror mirror({root}, withoutDotFolders());
+
+    makeFile(text(root.child("new.mp4")));
+    QTRY_VERIFY(mirror.reported(root.child("new.mp4"), FileEvent::created));
+
+    fs::rename(text(root.child("old.mp4")), text(root.child("other.mp4")));
+    QTRY_VERIFY(mirror.reported(root.child("old.mp4"), FileEvent::renamed));
+    QTRY_VERIFY(mirror.reported(root.child("other.mp4"), FileEvent::renamed));
+
+    fs::rename(text(home.path().child("outside/in")), text(root.child("in")));
+    QTRY_VERIFY(mirror.reported(root.child("in"), FileEvent::renamed));
+    QVERIFY(!mirror.reported(root.child("in"), FileEvent::created));
+
+    fs::rename(text(root.child("in")), text(root.child("on")));
+    QTRY_VERIFY(mirror.reported(root.child("on"), FileEvent::renamed));
+
+    fs::create_directories(text(root.child("made/inside")));
+    QTRY_VERIFY(mirror.reported(root.child("made"), FileEvent::created));
+
+    ::setxattr(root.child("new.mp4").path().constData(), "user.com.lumbra.starred", "1", 1, 0);
+    mirror.forgetBatches();
+    fs::last_write_time(text(root.child("made")), fs::file_time_type::clock::now());
+    QTRY_VERIFY(mirror.reported(root.child("made")));
+    QVERIFY(!mirror.reported(root.child("made"), FileEvent::created));
+}
+
+void tst_FileEvents::aFolderStandsForWhatIsBelowIt() {
+    TestHome home;
+    const Location root = home.folder("root");
+    for (int i = 0; i < 1000; ++i)
+        makeFile(text(home.folder("root/many").child("file" + std::to_string(i) + ".mp4")));
+    EventMirror mirror({root});
+    QCOMPARE(mirror.view().size(), size_t(1000));
+
+    QVERIFY(runScript(root, "rm -r many"));
+    QVERIFY(mirror.becomesTrue());
+    QTRY_VERIFY(mirror.reported(root.child("many")));
+    QVERIFY(mirror.view().empty());
+    // What was deleted before the first batch left came by itself; the rest is covered by the folder.
+    const auto batches = mirror.batches();
+    const auto& last = batches.back();
+    QVERIFY(std::ranges::any_of(last, [&](const FileEvent& event) { return event.path == root.child("many"); }));
+    QCOMPARE(last.size(), 1);
+}
+
+void tst_FileEvents::keepsCreatedWhenTheFolderIsTouchedAfterwards() {
+    TestHome home;
+    const Location root = home.folder("root");
+    FileEvents::Options options;
+    options.latency = 0.5;
+    EventMirror mirror({root}, options);
+
+    makeFile(text(root.child("opens-the-window.mp4")));
+    QTRY_VERIFY(!mirror.batches().isEmpty());
+    const Location folder = root.child("folder");
+    fs::create_directory(text(folder));
+    TestHome::touch(folder, 1'000'000);
+    ::chmod(folder.path().constData(), 0700);
+    QTRY_COMPARE(mirror.batches().size(), 2);
+    const auto batch = mirror.batches().back();
+    QCOMPARE(std::ranges::count(batch, folder, &FileEvent::path), 1);
+    QVERIFY(mirror.reported(folder, FileEvent::created));
+}
+
+void tst_FileEvents::theFirstEventOfAQuietTimeComesAtOnce() {
+    TestHome home;
+    const Location root = home.folder("root");
+    FileEvents::Options options;
+    options.latency = 3600;
+    EventMirror mirror({root}, options);
+    makeFile(text(root.child("first.mp4")));
+    QTRY_COMPARE(mirror.batches().size(), 1);
+    QVERIFY(mirror.reported(root.child("first.mp4")));
+}
+
+void tst_FileEvents::aBurstComesInOneBatchAWindow() {
+    TestHome home;
+    const Location root = home.folder("root");
+    FileEvents::Options options;
+    options.latency = 0.4;
+    EventMirror mirror({root}, options);
+
+    QElapsedTimer clock;
+    clock.start();
+    int made = 0;
+    while (clock.elapsed() < 1000)
+        makeFile(text(root.child("file" + std::to_string(made++ % 100) + ".mp4")));
+    QVERIFY(mirror.becomesTrue());
+    QTRY_VERIFY(mirror.batches().size() >= 3);
+    // At 0, 0.4 and 0.8 seconds, and what came last.
+    QVERIFY2(mirror.batches().size() <= 2 + clock.elapsed() / 400,
+             qPrintable(QString::number(mirror.batches().size())));
+    for (const auto& batch : mirror.batches()) {
+        auto sorted = batch;
+        std::ranges::sort(sorted, {}, &FileEvent::path);
+        QVERIFY(std::ranges::adjacent_find(sorted, {}, &FileEvent::path) == sorted.end());
+    }
+}
+
+void tst_FileEvents::foldersThatAreNotEnteredGetNoWatch() {
+    TestHome home;
+    const Location root = home.folder("root");
+    home.folder("root/.git/objects");
+    home.folder("root/shown");
+    EventMirror mirror({root}, withoutDotFolders());
+    QCOMPARE(mirror.events().status().watched, size_t(2));
+
+    makeFile(text(root.child(".git/objects/x.mp4")));
+    fs::create_directories(text(root.child(".cache/deep")));
+    makeFile(text(root.child(".cache/deep/y.mp4")));
+    makeFile(text(root.child("shown/z.mp4")));
+    QTRY_VERIFY(mirror.reported(root.child("shown/z.mp4")));
+    QVERIFY(mirror.events().waitUntilWatching(20));
+    QCOMPARE(mirror.events().status().watched, size_t(2));
+    QVERIFY(!mirror.reported(root.child(".git/objects/x.mp4")));
+    QVERIFY(!mirror.reported(root.child(".cache/deep/y.mp4")));
+}
+
+void tst_FileEvents::namesThatAreNotUtf8AreNotReported() {
+    TestHome home;
+    const Location root = home.folder("root");
+    fs::create_directory(text(root) + "/old\xff");
+    EventMirror mirror({root}, withoutDotFolders());
+    QCOMPARE(mirror.events().status().watched, size_t(1));
+
+    makeFile(text(root) + "/bad\xff.mp4");
+    fs::create_directory(text(root) + "/folder\xff");
+    makeFile(text(root) + "/folder\xff/inside.mp4");
+    fs::rename(text(root) + "/old\xff", text(root) + "/renamed\xfe");
+    makeFile(text(root.child("good.mp4")));
+    QTRY_VERIFY(mirror.reported(root.child("good.mp4")));
+    QVERIFY(mirror.events().waitUntilWatching(20));
+    QCOMPARE(mirror.events().status().watched, size_t(1));
+    for (const auto& batch : mirror.batches())
+        for (const FileEvent& event : batch)
+            QCOMPARE(event.path, root.child("good.mp4"));
+
+    // A name that becomes readable brings its folder with it.
+    makeFile(text(root) + "/renamed\xfe/x.mp4");
+    fs::rename(text(root) + "/renamed\xfe", text(root.child("shown")));
+    QVERIFY(mirror.becomesTrue());
+    QVERIFY(mirror.view().contains(text(root.child("shown/x.mp4"))));
+    // Which the temporary home itself could not.
+    QVERIFY(runScript(home.path(), "rm -r root"));
+}
+
+void tst_FileEvents::foldersFiveHundredDeepAreWatched() {
+    TestHome home;
+    const Location root = home.folder("root");
+    EventMirror mirror({root}, withoutDotFolders());
+    std::string deep = text(root);
+    for (int i = 0; i < 500; ++i)
+        deep += "/d" + std::to_string(i);
+    fs::create_directories(deep);
+    QVERIFY(mirror.events().waitUntilWatching(20));
+    QCOMPARE(mirror.events().status().watched, size_t(501));
+    makeFile(deep + "/deep.mp4");
+    QVERIFY(mirror.becomesTrue());
+    QCOMPARE(mirror.view().size(), size_t(1));
+
+    fs::rename(text(root.child("d0")), text(root.child("e0")));
+    QVERIFY(mirror.becomesTrue());
+    fs::remove_all(text(root.child("e0")));
+    QVERIFY(mirror.becomesTrue());
+    QVERIFY(mirror.events().waitUntilWatching(20));
+    QCOMPARE(mirror.events().status().watched, size_t(1));
+}
+
+void tst_FileEvents::foldersTooDeepForAPathAreLeftOut() {
+    TestHome home;
+    const Location root = home.folder("root");
+    // 30 folders of 200 letters are a path of more than 6,000 bytes, which only openat reaches.
+    const std::string name(200, 'd');
+    int parent = ::open(root.path().constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    for (int i = 0; i < 30; ++i) {
+        QCOMPARE(::mkdirat(parent, name.c_str(), 0755), 0);
+        const int child = ::openat(parent, name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        ::close(parent);
+        parent = child;
+    }
+    {
+        FileEvents events({root}, withoutDotFolders(), [](const QList<FileEvent>&) {});
+        QVERIFY(events.waitUntilWatching(20));
+        QVERIFY(events.status().watched >= 19);
+        QVERIFY(events.status().watched <= 21);
+        ::mkdirat(parent, "last", 0755);
+        QVERIFY(events.waitUntilWatching(20));
+    }
+    ::close(parent);
+    QVERIFY(runScript(home.path(), "rm -r root"));
+}
+
+void tst_FileEvents::linksAreNotFollowed() {
+    TestHome home;
+    const Location root = home.folder("root");
+    home.file("outside/a.mp4");
+    fs::create_directory_symlink(text(home.path().child("outside")), text(root.child("old-link")));
+    EventMirror mirror({root}, withoutDotFolders());
+    fs::create_directory_symlink(text(home.path().child("outside")), text(root.child("link")));
+    QTRY_VERIFY(mirror.reported(root.child("link")));
+    QVERIFY(mirror.events().waitUntilWatching(20));
+    QCOMPARE(mirror.events().status().watched, size_t(1));
+}
+
+void tst_FileEvents::aRootInsideAnotherIsWatchedOnce() {
+    TestHome home;
+    const Location outer = home.folder("outer");
+    const Location inner = home.folder("outer/a/inner");
+    home.folder("outer/a/inner/deep");
+    const QList<QList<Location>> orders{{outer, inner}, {inner, outer}, {inner, inner, outer}};
+    for (const auto& roots : orders) {
+        EventMirror mirror(roots, withoutDotFolders());
+        QCOMPARE(mirror.events().status().watched, size_t(4));
+        makeFile(text(inner.child("deep/x.mp4")));
+        makeFile(text(outer.child("a/y.mp4")));
+        QVERIFY(mirror.becomesTrue());
+        fs::rename(text(inner.child("deep")), text(inner.child("other")));
+        QVERIFY(mirror.becomesTrue());
+        fs::rename(text(inner.child("other")), text(inner.child("deep")));
+        QVERIFY(mirror.becomesTrue());
+        fs::remove(text(inner.child("deep/x.mp4")));
+        fs::remove(text(outer.child("a/y.mp4")));
+        QVERIFY(mirror.becomesTrue());
+    }
+}
+
+void tst_FileEvents::aFolderThatBecomesReadableIsEntered() {
+    TestHome home;
+    const Location root = home.folder("root");
+    home.file("root/closed/a.mp4");
+    ::chmod(home.path().path().constData(), 0755);
+    ::chmod(root.child("closed").path().constData(), 0);
+    std::unique_ptr<EventMirror> mirror;
+    {
+        const AsNobody nobody;
+        mirror = std::make_unique<EventMirror>(QList{root}, withoutDotFolders());
+    }
+    QVERIFY(mirror->view().empty());
+    QCOMPARE(mirror->events().status().watched, size_t(1));
+    ::chmod(root.child("closed").path().constData(), 0755);
+    QVERIFY(mirror->becomesTrue());
+    QCOMPARE(mirror->view().size(), size_t(1));
+    QCOMPARE(mirror->events().status().watched, size_t(2));
+}
+
+void tst_FileEvents::waitingForTheWatchesIsExact() {
+    TestHome home;
+    const Location root = home.folder("root");
+    FileEvents events({root}, withoutDotFolders(), [](const QList<FileEvent>&) {});
+    for (int i = 0; i < 100; ++i) {
+        fs::create_directories(text(root.child("n" + std::to_string(i) + "/a/b")));
+        QVERIFY(events.waitUntilWatching(20));
+        QCOMPARE(events.status().watched, size_t(1 + 3 * (i + 1)));
+    }
+    fs::remove_all(text(root.child("n0")));
+    QVERIFY(events.waitUntilWatching(20));
+    QCOMPARE(events.status().watched, size_t(1 + 3 * 99));
+}
+
+void tst_FileEvents::restsWithoutWakingUp() {
+    TestHome home;
+    const Location root = home.folder("root");
+    EventMirror mirror({root}, withoutDotFolders());
+    fs::create_directories(text(root.child("a/b/c")));
+    fs::rename(text(root.child("a")), text(home.path().child("away")));
+    QVERIFY(mirror.becomesTrue());
+
+    // After the last window and the last open move the thread sleeps for good.
+    qint64 before = 0;
+    const auto staysAsleep = [&before] {
+        before = wakeUps();
+        QTest::qWait(1500);
+        return wakeUps() == before;
+    };
+    QTRY_VERIFY(staysAsleep());
+    QVERIFY(before > 0);
+
+    makeFile(text(root.child("wakes.mp4")));
+    QTRY_VERIFY(mirror.reported(root.child("wakes.mp4")));
+    QVERIFY(wakeUps() > before);
+}
+
+void tst_FileEvents::endsInTheMiddleOfEverything() {
+    TestHome home;
+    const Location root = home.folder("root");
+    for (int i = 0; i < 300; ++i)
+        home.folder("root/n" + std::to_string(i) + "/a/b");
+    for (int i = 0; i < 50; ++i) {
+        std::atomic<bool> ended = false;
+        std::atomic<bool> calledLate = false;
+        {
+            FileEvents events({root}, withoutDotFolders(), [&](const QList<FileEvent>&) { calledLate = bool(ended); });
+            if (i % 2)
+                QThread::usleep(unsigned(i) * 100);
+            makeFile(text(root.child("file" + std::to_string(i) + ".mp4")));
+        }
+        ended = true;
+        makeFile(text(root.child("late" + std::to_string(i) + ".mp4")));
+        QVERIFY(!calledLate);
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_FileEvents)
+#include "tst_fileevents.moc"
