@@ -1,0 +1,66 @@
+// The client of the reader processes: foreign bytes are decoded by `lumbra-reader`, never in this process.
+//
+// Every call returns at once and may be made on any thread. Answers are futures, resolved on the pool's own thread; use
+// `.then(context, ...)` to come back to a thread with a context. Cancelling the future that was returned (not one made
+// from it by `then`) takes the request back: a queued one is dropped, a running one's answer is thrown away.
+//
+// Whatever goes wrong with a file, a reader's crash included, reads as nothing.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "Location.h"
+
+#include <QFuture>
+#include <QImage>
+#include <QSize>
+
+#include <memory>
+
+namespace lumbra {
+
+namespace reader {
+class Pool;
+}
+
+class Reader {
+public:
+    // Who is served first; among equals the last that asked.
+    enum class Urgency { visible, soon, later };
+
+    struct Options {
+        int children = 2;          // processes at work at a time
+        bool idlePriority = false; // for work that nobody looks at
+        double limit = 8;          // seconds that one file may take
+        QByteArray program = {};   // where the reader is; empty for `installedProgram`
+    };
+
+    Reader();
+    explicit Reader(const Options& options);
+
+    // Ends the processes. Futures that are not resolved yet are cancelled.
+    ~Reader();
+
+    // The one for what people look at. It lives until the process ends.
+    static Reader& shared();
+
+    // A small picture of the file: upright, in sRGB, premultiplied, inside `box` (pixels, 1 to 4,096 a side) with the
+    // file's own proportions; not enlarged, unless it is a drawing or a page. A null image when there is none.
+    QFuture<QImage> thumbnail(const Location& file, QSize box, Urgency urgency = Urgency::visible);
+
+    // Starts the processes before they are needed: the first answer comes a tenth of a second sooner.
+    void warmUp();
+
+    // How many processes were started so far, replacements included.
+    size_t startedCount() const;
+
+    // $LUMBRA_READER, else beside this executable, else in the libexec folder of the installation; absolute, empty
+    // where there is none.
+    static QByteArray installedProgram();
+
+private:
+    quint32 m_limit; // milliseconds
+    std::unique_ptr<reader::Pool> m_pool;
+};
+
+} // namespace lumbra

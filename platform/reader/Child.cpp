@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Child.h"
+
+#include <fcntl.h>
+#include <linux/ioprio.h>
+#include <linux/sched.h>
+#include <sched.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/mman.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace lumbra::reader {
+
+namespace {
+
+// Processes that were killed and not yet reaped. A process that hangs in the kernel dies late, and nobody should wait
+// for it. Children belong to one thread each.
+thread_local std::vector<pid_t> ended;
+
+class Descriptor {
+public:
+    explicit Descriptor(int number) : m_number(number) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() {
+        if (m_number >= 0)
+            ::close(m_number);
+    }
+
+    int get() const { return m_number; }
+    int release() { return std::exchange(m_number, -1); }
+
+    // Moves the descriptor away from the numbers that the child is given, so that filling one does not close another.
+    bool lift() {
+        const int higher = ::fcntl(m_number, F_DUPFD_CLOEXEC, 16);
+        ::close(std::exchange(m_number, higher));
+        return higher >= 0;
+    }
+
+private:
+    int m_number;
+};
+
+// The parent's environment but for what leads to a display or a bus, and what the decoders must know when they start.
+class Environment {
+public:
+    Environment() {
+        static constexpr std::array<std::string_view, 7> dropped{
+            "DISPLAY=",          "WAYLAND_DISPLAY=",      "DBUS_SESSION_BUS_ADDRESS=", "QT_QPA_PLATFORM=",
+            "OMP_THREAD_LIMIT=", "QT_QPA_PLATFORMTHEME=", "VIPS_CONCURRENCY="};
+        for (char** entry = environ; *entry; ++entry) {
+            const auto names = [entry](std::string_view name) { return std::string_view(*entry).starts_with(name); };
+            if (std::none_of(dropped.begin(), dropped.end(), names))
+                m_entries.push_back(*entry);
+        }
+        for (QByteArray& added : m_added)
+            m_entries.push_back(added.data());
+        m_entries.push_back(nullptr);
+    }
+
+    char** entries() { return m_entries.data(); }
+
+private:
+    // The pool has as many readers as may work at a time, so each keeps to one thread.
+    std::array<QByteArray, 3> m_added{QByteArrayLiteral("QT_QPA_PLATFORM=offscreen"),
+                                      QByteArrayLiteral("OMP_THREAD_LIMIT=1"), QByteArrayLiteral("VIPS_CONCURRENCY=1")};
+    std::vector<char*> m_entries;
+};
+
+pid_t spawn(const Child::Options& options, int socket, int arena) {
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    for (const int standard : {STDIN_FILENO, STDOUT_FILENO})
+        posix_spawn_file_actions_addopen(&actions, standard, "/dev/null", O_RDWR, 0);
+    // Decoders complain of every second file on standard error.
+    if (!qEnvironmentVariableIsSet("LUMBRA_HANGLOG"))
+        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_adddup2(&actions, socket, socketDescriptor);
+    posix_spawn_file_actions_adddup2(&actions, arena, arenaDescriptor);
+    posix_spawn_file_actions_addclosefrom_np(&actions, arenaDescriptor + 1);
+
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    sigset_t none, all;
+    sigemptyset(&none);
+    sigfillset(&all);
+    posix_spawnattr_setsigmask(&attributes, &none);
+    posix_spawnattr_setsigdefault(&attributes, &all);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+
+    QByteArray program = options.program;
+    char* arguments[] = {program.data(), nullptr};
+    Environment environment;
+    pid_t process = -1;
+    const int error =
+        posix_spawn(&process, program.constData(), &actions, &attributes, arguments, environment.entries());
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&actions);
+    if (error != 0)
+        return -1;
+    // posix_spawn knows the old policies only. The process has no second thread yet; later ones inherit this.
+    if (options.idlePriority) {
+        const sched_param lowest{};
+        ::sched_setscheduler(process, SCHED_IDLE, &lowest);
+        ::syscall(SYS_ioprio_set, IOPRIO_WHO_PROCESS, process, IOPRIO_PRIO_VALUE(IOPRIO_CLASS_IDLE, 0));
+    }
+    return process;
+}
+
+} // namespace
+
+std::unique_ptr<Child> Child::start(const Options& options) {
+    int pair[2];
+    if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, pair) != 0)
+        return nullptr;
+    Descriptor ours(pair[0]), theirs(pair[1]);
+    Descriptor arena(::memfd_create("lumbra-reader", MFD_CLOEXEC | MFD_ALLOW_SEALING));
+    if (!theirs.lift() || !arena.lift() || ::ftruncate(arena.get(), arenaSize) != 0
+        || ::fcntl(arena.get(), F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL) != 0)
+        return nullptr;
+    void* memory = ::mmap(nullptr, size_t(arenaSize), PROT_READ, MAP_SHARED, arena.get(), 0);
+    if (memory == MAP_FAILED)
+        return nullptr;
+    const pid_t process = spawn(options, theirs.get(), arena.get());
+    if (process < 0) {
+        ::munmap(memory, size_t(arenaSize));
+        return nullptr;
+    }
+    return std::unique_ptr<Child>(new Child(process, ours.release(), arena.release(), static_cast<uchar*>(memory)));
+}
+
+Child::Child(pid_t process, int socket, int arena, uchar* memory)
+    : m_process(process), m_socket(socket), m_arena(arena), m_memory(memory) {}
+
+Child::~Child() {
+    ::kill(m_process, SIGKILL);
+    ended.push_back(m_process);
+    ::munmap(m_memory, size_t(arenaSize));
+    ::close(m_arena);
+    ::close(m_socket);
+}
+
+bool Child::send(const Request& request) {
+    const QByteArray message = encoded(request);
+    return message.size() <= messageLimit
+           && ::send(m_socket, message.constData(), size_t(message.size()), MSG_DONTWAIT | MSG_NOSIGNAL)
+                  == message.size();
+}
+
+Child::Received Child::receive(Answer* answer) {
+    // One byte more than a message may have, so that a longer one shows itself.
+    QByteArray message(messageLimit + 1, Qt::Uninitialized);
+    const ssize_t size = ::recv(m_socket, message.data(), size_t(message.size()), MSG_DONTWAIT);
+    if (size < 0)
+        return errno == EAGAIN || errno == EINTR ? Received::nothing : Received::gone;
+    if (size == 0)
+        return Received::gone;
+    message.truncate(size);
+    const std::optional<Answer> decoded = decodedAnswer(message);
+    if (!decoded)
+        return Received::nonsense;
+    *answer = *decoded;
+    return Received::answer;
+}
+
+QByteArray Child::bulk(qsizetype size) const {
+    constexpr qsizetype kept = 4 * 1024 * 1024;
+    QByteArray copy(reinterpret_cast<const char*>(m_memory), size);
+    // Pages once touched stay; after a large answer they go back.
+    if (size > kept)
+        ::fallocate(m_arena, FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE, 0, arenaSize);
+    return copy;
+}
+
+bool Child::reapEnded() {
+    std::erase_if(ended, [](pid_t process) { return ::waitpid(process, nullptr, WNOHANG) != 0; });
+    return ended.empty();
+}
+
+} // namespace lumbra::reader

@@ -1,0 +1,85 @@
+// Keeps a few reader processes at work on one queue of requests, and replaces those that crash, stall or babble.
+//
+// One thread starts, feeds, hears and ends the readers. A reader is started when there is work that no idle one can
+// take. The file at which a reader comes to grief reads as nothing and is not tried again; the rest of the queue goes
+// to its successor. When readers do not even start, the queue is answered with nothing, and the next try waits a while.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "Child.h"
+#include "Queue.h"
+
+#include <atomic>
+#include <chrono>
+#include <mutex>
+#include <thread>
+
+namespace lumbra::reader {
+
+class Pool {
+public:
+    struct Options {
+        Child::Options child;
+        size_t children = 2;
+    };
+
+    explicit Pool(Options options);
+
+    // Ends the readers and the thread; what still waits is dropped without being delivered.
+    ~Pool();
+
+    Pool(const Pool&) = delete;
+    Pool& operator=(const Pool&) = delete;
+
+    // Any thread. Level 0 is the most urgent. The request's number is given by the pool.
+    void ask(size_t level, Job job);
+
+    // Starts all readers now, so that the first request need not wait for one.
+    void warmUp();
+
+    // How many readers were started so far; any thread.
+    size_t startedCount() const { return m_startedCount; }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    // A place for one reader.
+    struct Seat {
+        std::unique_ptr<Child> child;
+        bool greeted = false;
+        std::optional<Job> job;
+        size_t answers = 0;
+        Clock::time_point deadline; // while starting or at work
+    };
+
+    void run();
+    void startWanted();
+    void start(Seat& seat);
+    void feed(Seat& seat);
+    void hear(Seat& seat);
+    void watch(Seat& seat);
+    void answered(Seat& seat, const Answer& answer);
+    void failed(Seat& seat);
+    void giveUpQueue();
+    int pause();
+    void wake();
+
+    const Options m_options;
+    std::mutex m_mutex; // guards the queue, m_stop and m_warm
+    Queue m_queue;
+    bool m_stop = false;
+    bool m_warm = false;
+    std::atomic<size_t> m_startedCount = 0;
+
+    // The thread's own.
+    std::vector<Seat> m_seats;
+    quint32 m_lastNumber = 0;
+    int m_failedStarts = 0;
+    Clock::time_point m_noStartBefore;
+
+    int m_wakeUp; // an eventfd
+    std::thread m_thread;
+};
+
+} // namespace lumbra::reader

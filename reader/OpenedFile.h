@@ -1,0 +1,52 @@
+// A regular file opened for reading, and what its first bytes are. Pipes, folders and devices are not opened, so that
+// none can hold the reader up.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QFile>
+
+#include <memory>
+#include <string>
+
+namespace lumbra::reader {
+
+class OpenedFile {
+public:
+    // Nothing when the path is no regular file, can't be read or is empty.
+    static std::unique_ptr<OpenedFile> open(const QByteArray& path);
+
+    ~OpenedFile();
+
+    OpenedFile(const OpenedFile&) = delete;
+    OpenedFile& operator=(const OpenedFile&) = delete;
+
+    int descriptor() const { return m_descriptor; }
+
+    // Bytes, when it was opened; it may grow and shrink since.
+    qint64 size() const { return m_size; }
+
+    // The first bytes, at most 4,096.
+    const QByteArray& head() const { return m_head; }
+
+    // Lower-cased, without the dot.
+    const QByteArray& extension() const { return m_extension; }
+
+    // The file as a device at its start. It takes the device before along.
+    QFile& device();
+
+    // At most `limit` bytes from the start.
+    QByteArray bytes(qint64 limit);
+
+private:
+    OpenedFile(int descriptor, qint64 size, QByteArray extension);
+
+    int m_descriptor;
+    qint64 m_size;
+    QByteArray m_head;
+    QByteArray m_extension;
+    std::unique_ptr<QFile> m_device;
+};
+
+} // namespace lumbra::reader

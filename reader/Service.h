@@ -1,0 +1,36 @@
+// The reader's one loop: takes a request, makes the answer, sends it, until the application hangs up.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/reader/Protocol.h"
+
+#include <span>
+
+namespace lumbra::reader {
+
+class Service {
+public:
+    // Both descriptors stay the caller's.
+    Service(int socket, int arena);
+    ~Service();
+
+    Service(const Service&) = delete;
+    Service& operator=(const Service&) = delete;
+
+    // False when the arena can't be reached.
+    bool isReady() const { return m_arena.data() != nullptr; }
+
+    // Greets, then answers one request after the other. Returns the process's exit code: 0 when the application hung
+    // up, 1 after nonsense.
+    int run();
+
+private:
+    Answer answer(const Request& request);
+    bool send(const Answer& answer);
+
+    int m_socket;
+    std::span<uchar> m_arena;
+};
+
+} // namespace lumbra::reader

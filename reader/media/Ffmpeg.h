@@ -1,0 +1,31 @@
+// FFmpeg's headers, which are C and not free of warnings, and owners for what they make.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wconversion"
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavformat/avformat.h>
+#include <libavutil/display.h>
+#include <libavutil/pixdesc.h>
+#include <libswscale/swscale.h>
+}
+#pragma GCC diagnostic pop
+
+#include <memory>
+
+namespace lumbra::reader {
+
+struct FreeFfmpeg {
+    void operator()(AVFrame* frame) const { av_frame_free(&frame); }
+    void operator()(AVPacket* packet) const { av_packet_free(&packet); }
+    void operator()(AVCodecContext* context) const { avcodec_free_context(&context); }
+    void operator()(SwsContext* context) const { sws_freeContext(context); }
+};
+
+template <typename Type>
+using Owned = std::unique_ptr<Type, FreeFfmpeg>;
+
+} // namespace lumbra::reader

@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "MediaFile.h"
+
+#include "Ffmpeg.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+namespace lumbra::reader {
+
+namespace {
+
+// Containers of files. Those that are lists of other files, or come over a network, are not among them.
+constexpr char containers[] = "mov,matroska,webm,avi,ogg,flv,asf,mpegts,mpeg,mpegvideo,m4v,dv,mxf";
+
+constexpr int bufferSize = 64 * 1024;
+
+int refuse(AVFormatContext*, AVIOContext**, const char*, int, AVDictionary**) {
+    return AVERROR(EPERM);
+}
+
+int isOver(void* self) {
+    return static_cast<const MediaFile*>(self)->isTimeOver() ? 1 : 0;
+}
+
+// The container's own header tells everything. Otherwise FFmpeg decodes some pictures to find out.
+bool isDescribed(const AVFormatContext& context) {
+    if (context.nb_streams == 0 || context.duration <= 0)
+        return false;
+    const auto streams = context.streams;
+    return std::all_of(streams, streams + context.nb_streams, [](const AVStream* stream) {
+        const AVCodecParameters& codec = *stream->codecpar;
+        return codec.codec_type != AVMEDIA_TYPE_VIDEO || (codec.codec_id != AV_CODEC_ID_NONE && codec.width > 0);
+    });
+}
+
+} // namespace
+
+std::unique_ptr<MediaFile> MediaFile::open(const OpenedFile& file, std::chrono::milliseconds limit) {
+    std::unique_ptr<MediaFile> media(new MediaFile(file, limit));
+    return media->begin() ? std::move(media) : nullptr;
+}
+
+MediaFile::MediaFile(const OpenedFile& file, std::chrono::milliseconds limit)
+    : m_descriptor(file.descriptor()), m_deadline(std::chrono::steady_clock::now() + limit) {}
+
+MediaFile::~MediaFile() {
+    avformat_close_input(&m_context);
+    if (m_bytes)
+        av_freep(&m_bytes->buffer);
+    avio_context_free(&m_bytes);
+}
+
+bool MediaFile::begin() {
+    av_log_set_level(AV_LOG_QUIET);
+    m_context = avformat_alloc_context();
+    m_bytes = avio_alloc_context(static_cast<unsigned char*>(av_malloc(bufferSize)), bufferSize, 0, this,
+                                 &MediaFile::readBytes, nullptr, &MediaFile::seekBytes);
+    if (!m_context || !m_bytes)
+        return false;
+    m_context->pb = m_bytes;
+    m_context->flags |= AVFMT_FLAG_CUSTOM_IO;
+    m_context->io_open = refuse;
+    m_context->interrupt_callback = {isOver, this};
+    m_context->format_whitelist = av_strdup(containers);
+    m_context->max_analyze_duration = AV_TIME_BASE;
+    if (avformat_open_input(&m_context, nullptr, nullptr, nullptr) != 0) // frees the context when it fails
+        return false;
+    return isDescribed(*m_context) || avformat_find_stream_info(m_context, nullptr) >= 0;
+}
+
+AVStream* MediaFile::pictures() const {
+    const int best = av_find_best_stream(m_context, AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
+    if (best < 0)
+        return nullptr;
+    AVStream* const stream = m_context->streams[best];
+    return (stream->disposition & AV_DISPOSITION_ATTACHED_PIC) ? nullptr : stream;
+}
+
+double MediaFile::duration() const {
+    return m_context->duration > 0 ? double(m_context->duration) / AV_TIME_BASE : 0;
+}
+
+double MediaFile::start() const {
+    return m_context->start_time == AV_NOPTS_VALUE ? 0 : double(m_context->start_time) / AV_TIME_BASE;
+}
+
+bool MediaFile::read(const AVStream* stream, AVPacket* packet) {
+    while (!isTimeOver()) {
+        av_packet_unref(packet);
+        if (av_read_frame(m_context, packet) < 0)
+            return false;
+        if (packet->stream_index == stream->index)
+            return true;
+    }
+    return false;
+}
+
+bool MediaFile::seek(const AVStream* stream, double seconds) {
+    const auto time = int64_t((seconds + start()) / av_q2d(stream->time_base));
+    return av_seek_frame(m_context, stream->index, time, AVSEEK_FLAG_BACKWARD) >= 0;
+}
+
+double MediaFile::keyFrameFrom(AVStream* stream, double seconds) const {
+    const auto time = int64_t((seconds + start()) / av_q2d(stream->time_base));
+    const AVIndexEntry* const entry = avformat_index_get_entry_from_timestamp(stream, time, 0);
+    return entry ? double(entry->timestamp) * av_q2d(stream->time_base) - start() : -1;
+}
+
+int MediaFile::readBytes(void* self, uint8_t* buffer, int size) {
+    auto& media = *static_cast<MediaFile*>(self);
+    const ssize_t read = ::pread(media.m_descriptor, buffer, size_t(size), media.m_position);
+    if (read <= 0)
+        return read == 0 ? AVERROR_EOF : AVERROR(errno);
+    media.m_position += read;
+    return int(read);
+}
+
+int64_t MediaFile::seekBytes(void* self, int64_t offset, int whence) {
+    auto& media = *static_cast<MediaFile*>(self);
+    struct stat status;
+    if (::fstat(media.m_descriptor, &status) != 0)
+        return AVERROR(errno);
+    switch (whence & ~AVSEEK_FORCE) {
+    case AVSEEK_SIZE:
+        return status.st_size;
+    case SEEK_SET:
+        break;
+    case SEEK_CUR:
+        offset += media.m_position;
+        break;
+    case SEEK_END:
+        offset += status.st_size;
+        break;
+    default:
+        return AVERROR(EINVAL);
+    }
+    if (offset < 0)
+        return AVERROR(EINVAL);
+    return media.m_position = offset;
+}
+
+} // namespace lumbra::reader

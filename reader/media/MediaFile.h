@@ -1,0 +1,63 @@
+// A container of moving pictures and sound, opened by FFmpeg on a descriptor that is open already: it reaches no other
+// file, whatever it refers to, and gives up when its time is over.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "reader/OpenedFile.h"
+
+#include <chrono>
+#include <memory>
+
+struct AVFormatContext;
+struct AVIOContext;
+struct AVPacket;
+struct AVStream;
+
+namespace lumbra::reader {
+
+class MediaFile {
+public:
+    // Nothing if no known container begins here. `file` must live as long as the result.
+    static std::unique_ptr<MediaFile> open(const OpenedFile& file, std::chrono::milliseconds limit);
+
+    ~MediaFile();
+
+    MediaFile(const MediaFile&) = delete;
+    MediaFile& operator=(const MediaFile&) = delete;
+
+    // The best stream of moving pictures; null if there is none. A cover is not one.
+    AVStream* pictures() const;
+
+    // Seconds; 0 if the file does not tell.
+    double duration() const;
+
+    // What time 0 of the file is called inside, in seconds.
+    double start() const;
+
+    // The next packet of the stream; false at the end, after an error and when the time is over.
+    bool read(const AVStream* stream, AVPacket* packet);
+
+    // To the last key frame of the stream at or before the time, in seconds.
+    bool seek(const AVStream* stream, double seconds);
+
+    // The first key frame of the stream at or after the time, as far as the container's index tells; else below 0.
+    double keyFrameFrom(AVStream* stream, double seconds) const;
+
+    bool isTimeOver() const { return std::chrono::steady_clock::now() >= m_deadline; }
+
+private:
+    MediaFile(const OpenedFile& file, std::chrono::milliseconds limit);
+
+    bool begin();
+    static int readBytes(void* self, uint8_t* buffer, int size);
+    static int64_t seekBytes(void* self, int64_t offset, int whence);
+
+    int m_descriptor;
+    int64_t m_position = 0;
+    std::chrono::steady_clock::time_point m_deadline;
+    AVIOContext* m_bytes = nullptr;
+    AVFormatContext* m_context = nullptr;
+};
+
+} // namespace lumbra::reader

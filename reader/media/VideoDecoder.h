@@ -1,0 +1,47 @@
+// Decodes a file's moving pictures one after the other, and makes upright pictures of them in screen colours.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "Ffmpeg.h"
+#include "MediaFile.h"
+
+#include <QImage>
+#include <QSize>
+
+namespace lumbra::reader {
+
+class VideoDecoder {
+public:
+    // Nothing when the file has no moving pictures that can be decoded. `media` must live as long as the result.
+    static std::unique_ptr<VideoDecoder> open(MediaFile& media);
+
+    // To the last key frame at or before the time, in seconds from the file's start.
+    bool seek(double seconds);
+
+    // The first key frame at or after the time, in seconds, if the index tells; else below 0.
+    double keyFrameFrom(double seconds) const { return m_media.keyFrameFrom(m_stream, seconds); }
+
+    // Decodes the first picture at or after the time, in seconds. False at the end, or when the time is over.
+    bool advance(double seconds);
+
+    // Of the picture that was decoded last: its time, in seconds from the file's start; and itself, at most as large as
+    // the box.
+    double time() const;
+    QImage picture(QSize box);
+
+private:
+    VideoDecoder(MediaFile& media, AVStream* stream, Owned<AVCodecContext> codec);
+
+    bool decodeNext();
+
+    MediaFile& m_media;
+    AVStream* m_stream;
+    Owned<AVCodecContext> m_codec;
+    Owned<AVPacket> m_packet;
+    Owned<AVFrame> m_frame;
+    int m_turns; // quarter turns clockwise to be upright
+    bool m_atEnd = false;
+};
+
+} // namespace lumbra::reader

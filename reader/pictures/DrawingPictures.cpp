@@ -1,0 +1,74 @@
+// Drawings: SVG by Qt. What a drawing takes from elsewhere is left out, so that a file can't make others be read.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Makers.h"
+
+#include <QPainter>
+#include <QSvgRenderer>
+#include <QXmlStreamReader>
+#include <QXmlStreamWriter>
+
+namespace lumbra::reader {
+
+namespace {
+
+constexpr qint64 textLimit = 32 * 1024 * 1024; // bytes
+
+// "#name" is in the document, "data:" is in the attribute itself.
+bool staysInside(QStringView reference) {
+    const QStringView trimmed = reference.trimmed();
+    return trimmed.startsWith(u'#') || trimmed.startsWith(u"data:");
+}
+
+bool isReference(QStringView attribute) {
+    return attribute == u"href" || attribute.endsWith(u":href");
+}
+
+// The document without references to other files, style sheets of its own folder and declarations; empty when it is
+// not well-formed.
+QByteArray withoutReferences(const QByteArray& text) {
+    QXmlStreamReader reader(text);
+    reader.setNamespaceProcessing(false); // prefixes stay as they are
+    QByteArray kept;
+    QXmlStreamWriter writer(&kept);
+    while (!reader.atEnd()) {
+        switch (reader.readNext()) {
+        case QXmlStreamReader::StartElement: {
+            writer.writeStartElement(reader.qualifiedName().toString());
+            const QXmlStreamAttributes attributes = reader.attributes();
+            for (const QXmlStreamAttribute& attribute : attributes) {
+                if (!isReference(attribute.qualifiedName()) || staysInside(attribute.value()))
+                    writer.writeAttribute(attribute.qualifiedName().toString(), attribute.value().toString());
+            }
+            break;
+        }
+        case QXmlStreamReader::EndElement:
+            writer.writeEndElement();
+            break;
+        case QXmlStreamReader::Characters:
+            writer.writeCharacters(reader.text().toString());
+            break;
+        default:
+            break;
+        }
+    }
+    return reader.hasError() ? QByteArray() : kept;
+}
+
+} // namespace
+
+QImage drawingPicture(OpenedFile& file, QSize box, Milliseconds) {
+    if (file.size() > textLimit)
+        return {};
+    const QByteArray text = withoutReferences(file.bytes(textLimit));
+    QSvgRenderer renderer;
+    if (text.isEmpty() || !renderer.load(text) || renderer.defaultSize().isEmpty())
+        return {};
+    QImage image(fitted(QSizeF(renderer.defaultSize()), box), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    renderer.render(&painter, QRectF(image.rect()));
+    return image;
+}
+
+} // namespace lumbra::reader

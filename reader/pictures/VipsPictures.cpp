@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "VipsPictures.h"
+
+#include <unistd.h>
+#include <vips/vips.h>
+
+#include <memory>
+
+namespace lumbra::reader {
+
+namespace {
+
+struct Unref {
+    void operator()(void* object) const { g_object_unref(object); }
+};
+using Image = std::unique_ptr<VipsImage, Unref>;
+using Source = std::unique_ptr<VipsSource, Unref>;
+
+// Started with the first picture that needs it: that takes 20 ms and as many megabytes.
+bool start() {
+    static const bool started = [] {
+        if (vips_init("lumbra-reader") != 0)
+            return false;
+        vips_block_untrusted_set(TRUE); // loaders that were not made for hostile files
+        vips_cache_set_max(0);          // no file is read twice
+        return true;
+    }();
+    return started;
+}
+
+Source sourceOf(const OpenedFile& file) {
+    ::lseek(file.descriptor(), 0, SEEK_SET);
+    return Source(vips_source_new_from_descriptor(file.descriptor()));
+}
+
+bool isBelievable(const OpenedFile& file) {
+    const Source source = sourceOf(file);
+    if (!source)
+        return false;
+    const Image header(vips_image_new_from_source(source.get(), "", "access", VIPS_ACCESS_SEQUENTIAL, nullptr));
+    return header && std::max(header->Xsize, header->Ysize) <= largestSide;
+}
+
+Image thumbnailOf(const OpenedFile& file, QSize box) {
+    const Source source = sourceOf(file);
+    VipsImage* made = nullptr;
+    if (!source
+        || vips_thumbnail_source(source.get(), &made, box.width(), "height", box.height(), "size", VIPS_SIZE_DOWN,
+                                 "export_profile", "srgb", nullptr)
+               != 0)
+        return nullptr;
+    return Image(made);
+}
+
+// Eight bits a channel, three or four of them.
+Image inScreenColours(const Image& image) {
+    VipsImage* made = nullptr;
+    if (vips_colourspace(image.get(), &made, VIPS_INTERPRETATION_sRGB, nullptr) != 0)
+        return nullptr;
+    const Image coloured(made);
+    if (vips_cast_uchar(coloured.get(), &made, nullptr) != 0)
+        return nullptr;
+    return Image(made);
+}
+
+QImage unpacked(const Image& image) {
+    const int bands = image->Bands;
+    if (bands != 3 && bands != 4)
+        return {};
+    size_t size = 0;
+    const std::unique_ptr<void, decltype(&g_free)> pixels(vips_image_write_to_memory(image.get(), &size), &g_free);
+    if (!pixels)
+        return {};
+    const QImage view(static_cast<const uchar*>(pixels.get()), image->Xsize, image->Ysize,
+                      qsizetype(image->Xsize) * bands, bands == 4 ? QImage::Format_RGBA8888 : QImage::Format_RGB888);
+    return view.convertToFormat(bands == 4 ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+}
+
+} // namespace
+
+QImage vipsPicture(OpenedFile& file, QSize box, Milliseconds) {
+    if (!start() || !isBelievable(file))
+        return {};
+    const Image thumbnail = thumbnailOf(file, box);
+    const Image coloured = thumbnail ? inScreenColours(thumbnail) : nullptr;
+    vips_error_clear();
+    return coloured ? unpacked(coloured) : QImage();
+}
+
+} // namespace lumbra::reader

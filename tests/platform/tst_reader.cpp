@@ -1,0 +1,297 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/Reader.h"
+#include "support/TestHome.h"
+
+#include <QImage>
+#include <QtTest>
+
+#include <signal.h>
+#include <sys/stat.h>
+
+#include <fstream>
+
+using namespace lumbra;
+
+namespace {
+
+constexpr QSize box(64, 64);
+
+QByteArray hostileProgram() {
+    return QCoreApplication::applicationDirPath().toUtf8() + "/lumbra-reader-hostile";
+}
+
+// One process, so that the same one that came to grief, or its successor, must serve the next request.
+Reader::Options hostile(double limit = 8) {
+    return {.children = 1, .limit = limit, .program = hostileProgram()};
+}
+
+// What the future yields, waited for without a loop of its own.
+QImage resultOf(QFuture<QImage> future) {
+    future.waitForFinished();
+    return future.isResultReadyAt(0) ? future.result() : QImage();
+}
+
+QList<pid_t> childProcesses() {
+    QList<pid_t> children;
+    for (const QString& name : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
+        bool isNumber = false;
+        const int process = name.toInt(&isNumber);
+        QFile status(QStringLiteral("/proc/%1/stat").arg(name));
+        if (!isNumber || !status.open(QIODevice::ReadOnly))
+            continue;
+        const QByteArray text = status.readAll();
+        const QList<QByteArray> fields = text.mid(text.lastIndexOf(')') + 2).split(' ');
+        if (fields.value(0) != "Z" && fields.value(1).toInt() == QCoreApplication::applicationPid())
+            children.append(process);
+    }
+    return children;
+}
+
+} // namespace
+
+class tst_Reader : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() {
+        QVERIFY2(!qEnvironmentVariableIsEmpty("LUMBRA_READER"), "set LUMBRA_READER to the reader's path");
+        QVERIFY(QFile::exists(QString::fromUtf8(hostileProgram())));
+    }
+
+    void aPictureComesBackInsideItsBox() {
+        Reader reader;
+        const Location file = picture("wide.png", {400, 200}, Qt::red);
+        const QImage image = resultOf(reader.thumbnail(file, box));
+        QCOMPARE(image.size(), QSize(64, 32));
+        QCOMPARE(image.pixelColor(10, 10), QColor(Qt::red));
+        QCOMPARE(image.format(), QImage::Format_RGB32);
+    }
+
+    void transparencyComesBack() {
+        Reader reader;
+        const QImage image = resultOf(reader.thumbnail(picture("clear.png", {8, 8}, QColor(0, 255, 0, 128)), box));
+        QCOMPARE(image.format(), QImage::Format_ARGB32_Premultiplied);
+        QCOMPARE(image.pixelColor(0, 0).alpha(), 128);
+    }
+
+    void theAnswerReachesItsContext() {
+        Reader reader;
+        QImage image;
+        reader.thumbnail(picture("told.png", {8, 8}, Qt::blue), box).then(this, [&image](const QImage& told) {
+            QCOMPARE(QThread::currentThread(), qApp->thread());
+            image = told;
+        });
+        QTRY_VERIFY(!image.isNull());
+    }
+
+    // Each row is a request at which the reader does its worst; it reads as nothing, and the next one is well.
+    void aReaderThatMisbehavesCostsOneAnswer_data() {
+        QTest::addColumn<QByteArray>("deed");
+        QTest::addColumn<bool>("isReplaced");
+        QTest::newRow("exits") << QByteArray("exit") << true;
+        QTest::newRow("crashes") << QByteArray("crash") << true;
+        QTest::newRow("stalls") << QByteArray("stall") << true;
+        QTest::newRow("computes for ever") << QByteArray("spin") << true;
+        QTest::newRow("babbles") << QByteArray("babble") << true;
+        QTest::newRow("sends an empty message") << QByteArray("silence") << true;
+        QTest::newRow("sends more than a message may be") << QByteArray("shout") << true;
+        QTest::newRow("answers what was not asked") << QByteArray("other") << true;
+        QTest::newRow("greets instead of answering") << QByteArray("greet") << true;
+        QTest::newRow("claims more bytes than there are") << QByteArray("endless") << true;
+        QTest::newRow("claims a picture larger than its bytes") << QByteArray("huge") << true;
+        QTest::newRow("writes a file") << QByteArray("write") << false;
+        QTest::newRow("connects") << QByteArray("connect") << false;
+        QTest::newRow("runs a program") << QByteArray("run") << false;
+        QTest::newRow("shrinks the shared memory") << QByteArray("shrink") << false;
+        QTest::newRow("grows the shared memory") << QByteArray("grow") << false;
+    }
+
+    void aReaderThatMisbehavesCostsOneAnswer() {
+        QFETCH(QByteArray, deed);
+        QFETCH(bool, isReplaced);
+        Reader reader(hostile(0.5));
+        const Location bad = m_home.file("bad", deed);
+        QCOMPARE(resultOf(reader.thumbnail(fine(), box)).size(), QSize(1, 1));
+        QVERIFY(resultOf(reader.thumbnail(bad, box)).isNull());
+        QCOMPARE(resultOf(reader.thumbnail(fine(), box)).size(), QSize(1, 1));
+        QCOMPARE(reader.startedCount(), size_t(isReplaced ? 2 : 1));
+        QVERIFY(!QFile::exists(bad.toString() + QStringLiteral(".made")));
+    }
+
+    // It answers rightly and goes on answering: the next request may be hit as well, but not the one after.
+    void aFloodIsCutOff() {
+        Reader reader(hostile());
+        resultOf(reader.thumbnail(m_home.file("bad", "flood"), box));
+        resultOf(reader.thumbnail(fine(), box));
+        QCOMPARE(resultOf(reader.thumbnail(fine(), box)).size(), QSize(1, 1));
+        QCOMPARE(reader.startedCount(), size_t(2));
+    }
+
+    void aCrashIsNotTriedAgainAndTheQueueGoesOn() {
+        Reader reader(hostile());
+        const Location bad = m_home.file("bad", "crash");
+        QList<QFuture<QImage>> futures;
+        for (int i = 0; i < 20; ++i)
+            futures.append(reader.thumbnail(i == 10 ? bad : fine(), box));
+        for (int i = 0; i < futures.size(); ++i)
+            QCOMPARE(resultOf(futures[i]).isNull(), i == 10);
+        QCOMPARE(reader.startedCount(), size_t(2));
+    }
+
+    void aCancelledRequestInTheQueueIsDropped() {
+        Reader reader(hostile(2));
+        QFuture<QImage> running = reader.thumbnail(m_home.file("stalling", "stall"), box, Reader::Urgency::visible);
+        QFuture<QImage> queued = reader.thumbnail(m_home.file("bad", "crash"), box, Reader::Urgency::later);
+        queued.cancel();
+        resultOf(running);
+        QCOMPARE(resultOf(reader.thumbnail(fine(), box, Reader::Urgency::later)).size(), QSize(1, 1));
+        QCOMPARE(reader.startedCount(), size_t(2)); // the stalled one and its successor, but none for the crash
+        QVERIFY(queued.isFinished());
+        QVERIFY(!queued.isResultReadyAt(0));
+    }
+
+    // Its reader would be busy for a minute.
+    void aCancelledRequestAtWorkMakesRoom() {
+        Reader reader(hostile(60));
+        QFuture<QImage> stalled = reader.thumbnail(m_home.file("stalling", "stall"), box);
+        QTRY_COMPARE(reader.startedCount(), size_t(1));
+        QFuture<QImage> next = reader.thumbnail(fine(), box, Reader::Urgency::later);
+        stalled.cancel();
+        QTRY_VERIFY_WITH_TIMEOUT(next.isFinished(), 10'000);
+        QCOMPARE(next.result().size(), QSize(1, 1));
+    }
+
+    void theVisibleAndAmongThemTheLastComeFirst() {
+        Reader reader(hostile());
+        QList<int> order;
+        QFuture<QImage> holding = reader.thumbnail(m_home.file("stalling", "stall"), box);
+        const auto ask = [&](int number, Reader::Urgency urgency) {
+            return reader.thumbnail(fine(), box, urgency).then([&order, number](const QImage&) {
+                order.append(number);
+            });
+        };
+        const QList<QFuture<void>> asked{ask(1, Reader::Urgency::later), ask(2, Reader::Urgency::visible),
+                                         ask(3, Reader::Urgency::soon), ask(4, Reader::Urgency::visible)};
+        holding.cancel();
+        for (QFuture<void> future : asked)
+            future.waitForFinished();
+        QCOMPARE(order, (QList<int>{4, 2, 3, 1}));
+    }
+
+    void processesStartOnlyWhenTheyAreNeeded() {
+        Reader reader;
+        QCOMPARE(reader.startedCount(), size_t(0));
+        reader.warmUp();
+        QTRY_COMPARE(reader.startedCount(), size_t(2));
+    }
+
+    void processesEndWithTheReader() {
+        const auto before = childProcesses().size();
+        {
+            Reader reader;
+            reader.warmUp();
+            QTRY_COMPARE(childProcesses().size(), before + 2);
+        }
+        QTRY_COMPARE(childProcesses().size(), before);
+    }
+
+    void aProcessThatIsKilledIsReplaced() {
+        Reader reader(hostile());
+        const auto before = childProcesses();
+        QCOMPARE(resultOf(reader.thumbnail(fine(), box)).size(), QSize(1, 1));
+        for (const pid_t process : childProcesses()) {
+            if (!before.contains(process))
+                ::kill(process, SIGKILL);
+        }
+        QTRY_COMPARE(resultOf(reader.thumbnail(fine(), box)).size(), QSize(1, 1));
+        QCOMPARE(reader.startedCount(), size_t(2));
+    }
+
+    void requestsOfAReaderThatEndsAreCancelled() {
+        QFuture<QImage> running, queued;
+        {
+            Reader reader(hostile());
+            running = reader.thumbnail(m_home.file("stalling", "stall"), box);
+            queued = reader.thumbnail(fine(), box, Reader::Urgency::later);
+        }
+        QVERIFY(running.isCanceled() && running.isFinished());
+        QVERIFY(queued.isCanceled() && queued.isFinished());
+    }
+
+    void aMissingProgramReadsAsNothing() {
+        Reader reader({.program = "/nowhere/lumbra-reader"});
+        QVERIFY(resultOf(reader.thumbnail(fine(), box)).isNull());
+        QVERIFY(resultOf(reader.thumbnail(fine(), box)).isNull());
+        QCOMPARE(reader.startedCount(), size_t(1)); // and is not started over and over
+    }
+
+    void aProgramThatIsNoReaderReadsAsNothing() {
+        Reader reader({.program = "/bin/true"});
+        QVERIFY(resultOf(reader.thumbnail(fine(), box)).isNull());
+        QVERIFY(reader.startedCount() <= 6);
+    }
+
+    void idleReadersYieldToEverybody() {
+        Reader reader({.children = 1, .idlePriority = true, .program = hostileProgram()});
+        const auto before = childProcesses();
+        QCOMPARE(resultOf(reader.thumbnail(fine(), box)).size(), QSize(1, 1));
+        QList<pid_t> started = childProcesses();
+        started.removeIf([&before](pid_t process) { return before.contains(process); });
+        QCOMPARE(started.size(), 1);
+        QCOMPARE(::sched_getscheduler(started.first()), SCHED_IDLE);
+    }
+
+    void whatIsNoRegularFileReadsAsNothing_data() {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("missing") << QStringLiteral("missing.png");
+        QTest::newRow("a folder") << QStringLiteral("folder.png");
+        QTest::newRow("a pipe nobody writes to") << QStringLiteral("pipe.png");
+        QTest::newRow("empty") << QStringLiteral("empty.png");
+        QTest::newRow("unreadable path") << QString(5000, QLatin1Char('a'));
+    }
+
+    void whatIsNoRegularFileReadsAsNothing() {
+        QFETCH(QString, name);
+        m_home.folder("folder.png");
+        m_home.file("empty.png", "");
+        const Location pipe = m_home.path().child("pipe.png");
+        ::mkfifo(pipe.path().constData(), 0600);
+        Reader reader;
+        QVERIFY(resultOf(reader.thumbnail(m_home.path().child(QStringView(name)), box)).isNull());
+        QCOMPARE(resultOf(reader.thumbnail(picture("after.png", {8, 8}, Qt::red), box)).size(), QSize(8, 8));
+        QCOMPARE(reader.startedCount(), size_t(1));
+    }
+
+    // A thousand requests, most taken back, as in a long scroll.
+    void aLongScrollLeavesOnlyWhatIsStillWanted() {
+        Reader reader(hostile());
+        QList<QFuture<QImage>> futures;
+        for (int i = 0; i < 1000; ++i) {
+            futures.append(reader.thumbnail(fine(), box));
+            if (i >= 20)
+                futures[i - 20].cancel();
+        }
+        for (qsizetype i = futures.size() - 20; i < futures.size(); ++i)
+            QCOMPARE(resultOf(futures[i]).size(), QSize(1, 1));
+        for (QFuture<QImage>& future : futures)
+            QTRY_VERIFY(future.isFinished());
+    }
+
+private:
+    Location picture(const char* name, QSize size, const QColor& colour) {
+        QImage image(size, colour.alpha() < 255 ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+        image.fill(colour);
+        const Location file = m_home.path().child(name);
+        if (!image.save(file.toString()))
+            qFatal("cannot save %s", name);
+        return file;
+    }
+
+    const Location& fine() const { return m_fine; }
+
+    TestHome m_home;
+    const Location m_fine = m_home.file("fine", "fine");
+};
+
+QTEST_GUILESS_MAIN(tst_Reader)
+#include "tst_reader.moc"
