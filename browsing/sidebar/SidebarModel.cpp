@@ -61,50 +61,17 @@ QVariant SidebarModel::data(const QModelIndex& index, int role) const {
         return {};
     const SidebarRow& row = m_rows[index.row()];
     switch (role) {
-    case typeRole:
-        return int(row.type);
-    case depthRole:
-        return row.depth;
     case Qt::DisplayRole:
-    case titleRole:
         return row.title;
-    case symbolRole:
-        return row.symbol;
-    case badgeNameRole:
-        return row.badgeName;
-    case hueRole:
-        return row.hue;
-    case chevronRole:
-        return int(row.chevron);
-    case selectedRole:
-        return row.selected;
-    case pinnedRole:
-        return row.pinned;
-    case freshRole:
-        return row.fresh;
-    case countRole:
-        return row.count;
-    case countAccentedRole:
-        return row.countAccented;
-    case countHelpRole:
-        return row.countHelp;
-    case helpRole:
-        return row.help;
-    case buttonRole:
-        return row.button;
+    case rowRole:
+        return QVariant::fromValue(row);
     default:
         return {};
     }
 }
 
 QHash<int, QByteArray> SidebarModel::roleNames() const {
-    return {
-        {typeRole, "type"},           {depthRole, "depth"},         {titleRole, "title"},
-        {symbolRole, "symbol"},       {badgeNameRole, "badgeName"}, {hueRole, "hue"},
-        {chevronRole, "chevron"},     {selectedRole, "selected"},   {pinnedRole, "pinned"},
-        {freshRole, "fresh"},         {countRole, "count"},         {countAccentedRole, "countAccented"},
-        {countHelpRole, "countHelp"}, {helpRole, "help"},           {buttonRole, "button"},
-    };
+    return {{rowRole, "row"}};
 }
 
 } // namespace lumbra

@@ -17,21 +17,7 @@ class SidebarModel : public QAbstractListModel {
 
 public:
     enum Role {
-        typeRole = Qt::UserRole + 1,
-        depthRole,
-        titleRole,
-        symbolRole,
-        badgeNameRole,
-        hueRole,
-        chevronRole,
-        selectedRole,
-        pinnedRole,
-        freshRole,
-        countRole,
-        countAccentedRole,
-        countHelpRole,
-        helpRole,
-        buttonRole,
+        rowRole = Qt::UserRole + 1, // the SidebarRow itself
     };
 
     explicit SidebarModel(QObject* parent = nullptr) : QAbstractListModel(parent) {}

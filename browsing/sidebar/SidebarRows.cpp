@@ -3,6 +3,8 @@
 
 #include "SidebarRules.h"
 
+#include <QMetaEnum>
+
 namespace lumbra {
 
 bool SidebarRow::isChoosable() const {
@@ -20,6 +22,10 @@ bool SidebarRow::isChoosable() const {
         break;
     }
     return false;
+}
+
+QString SidebarRow::typeName() const {
+    return QString::fromLatin1(QMetaEnum::fromType<Type>().valueToKey(int(type)));
 }
 
 namespace SidebarRows {

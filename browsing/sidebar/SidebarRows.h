@@ -15,6 +15,24 @@ namespace lumbra {
 
 struct SidebarRow {
     Q_GADGET
+    Q_PROPERTY(QString type READ typeName)
+    Q_PROPERTY(int depth MEMBER depth)
+    Q_PROPERTY(QString title MEMBER title)
+    Q_PROPERTY(QString symbol MEMBER symbol)
+    Q_PROPERTY(QString badgeName MEMBER badgeName)
+    Q_PROPERTY(int hue MEMBER hue)
+    Q_PROPERTY(bool expandable READ isExpandable)
+    Q_PROPERTY(bool expanded READ isExpanded)
+    Q_PROPERTY(bool selected MEMBER selected)
+    Q_PROPERTY(bool pinned MEMBER pinned)
+    Q_PROPERTY(bool fresh MEMBER fresh)
+    Q_PROPERTY(QString count MEMBER count)
+    Q_PROPERTY(bool countAccented MEMBER countAccented)
+    Q_PROPERTY(QString countHelp MEMBER countHelp)
+    Q_PROPERTY(QString help MEMBER help)
+    Q_PROPERTY(QString button MEMBER button)
+    Q_PROPERTY(bool draggable READ isDraggable)
+    Q_PROPERTY(bool hasMenu READ hasMenu)
 
 public:
     enum class Type {
@@ -35,7 +53,6 @@ public:
         closed,
         open,
     };
-    Q_ENUM(Chevron)
 
     QString id = {}; // the same for the same row, whatever else of it changes
     Type type = Type::library;
@@ -58,6 +75,12 @@ public:
 
     // True for rows that stand for a place; titles and the like do not.
     bool isChoosable() const;
+
+    bool isDraggable() const { return type == Type::project; }
+    bool hasMenu() const { return isChoosable() && type != Type::library; }
+    bool isExpandable() const { return chevron != Chevron::none; }
+    bool isExpanded() const { return chevron == Chevron::open; }
+    QString typeName() const; // "project" and so on, for views
 
     friend bool operator==(const SidebarRow&, const SidebarRow&) = default;
 };
@@ -92,3 +115,5 @@ QList<SidebarRow> list(const Facts& facts);
 
 } // namespace SidebarRows
 } // namespace lumbra
+
+Q_DECLARE_METATYPE(lumbra::SidebarRow)

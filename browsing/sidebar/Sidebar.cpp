@@ -1,0 +1,350 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Sidebar.h"
+
+#include "SidebarRules.h"
+#include "platform/Preferences.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace lumbra {
+
+using Type = SidebarRow::Type;
+using Chevron = SidebarRow::Chevron;
+
+namespace {
+
+const Preference<bool> byActivityPreference{QLatin1String("projectsByActivity"), true};
+
+std::optional<Location> folderOf(const SidebarRow& row) {
+    return row.type == Type::project || row.type == Type::folder ? row.place.folderUrl() : std::nullopt;
+}
+
+} // namespace
+
+Sidebar::Sidebar(Library* library, QObject* parent)
+    : QObject(parent), m_library(library), m_byActivity(Preferences::shared().value(byActivityPreference)) {
+    m_refresh.setSingleShot(true);
+    m_refresh.setInterval(0);
+    connect(&m_refresh, &QTimer::timeout, this, &Sidebar::refresh);
+    m_aging.setSingleShot(true);
+    connect(&m_aging, &QTimer::timeout, this, &Sidebar::refresh);
+
+    connect(library, &Library::projectsChanged, this, &Sidebar::refreshLater);
+    connect(library, &Library::stateChanged, this, &Sidebar::refreshLater);
+    connect(library, &Library::derivedChanged, this, &Sidebar::refreshLater);
+    connect(library, &Library::indexingChanged, this, &Sidebar::refreshLater);
+    connect(library, &Library::placeChanged, this, &Sidebar::followPlace);
+    connect(&m_listings, &FolderListings::changed, this, &Sidebar::refreshLater);
+    followPlace();
+    refresh();
+}
+
+void Sidebar::setFilter(const QString& filter) {
+    if (m_filter == filter)
+        return;
+    m_filter = filter;
+    refresh();
+    Q_EMIT filterChanged();
+}
+
+void Sidebar::setByActivity(bool byActivity) {
+    if (m_byActivity == byActivity)
+        return;
+    m_byActivity = byActivity;
+    Preferences::shared().setValue(byActivityPreference, byActivity);
+    refresh();
+    Q_EMIT byActivityChanged();
+}
+
+void Sidebar::appeared(int row) {
+    const SidebarRow* shown = rowAt(row);
+    if (shown && shown->type == Type::folder)
+        m_listings.request(*shown->place.folderUrl());
+}
+
+void Sidebar::choose(int row) {
+    if (const SidebarRow* chosen = rowAt(row); chosen && chosen->isChoosable())
+        m_library->setPlace(chosen->place);
+}
+
+void Sidebar::toggle(int row) {
+    if (const SidebarRow* toggled = rowAt(row); toggled && toggled->chevron != Chevron::none)
+        setOpen(*toggled, toggled->chevron == Chevron::closed);
+}
+
+int Sidebar::collapse(int row) {
+    const SidebarRow* closing = rowAt(row);
+    if (!closing)
+        return row;
+    if (closing->chevron == Chevron::open) {
+        setOpen(*closing, false);
+        return row;
+    }
+    for (int above = row - 1; above >= 0 && closing->depth > 0; --above) {
+        if (rowAt(above)->depth < closing->depth)
+            return above;
+    }
+    return row;
+}
+
+int Sidebar::expand(int row) {
+    const SidebarRow* opening = rowAt(row);
+    if (!opening)
+        return row;
+    if (opening->chevron == Chevron::closed) {
+        setOpen(*opening, true);
+        return row;
+    }
+    const SidebarRow* below = rowAt(row + 1);
+    return below && below->depth > opening->depth ? row + 1 : row;
+}
+
+int Sidebar::step(int row, int by) const {
+    for (int next = row + by; rowAt(next); next += by) {
+        if (rowAt(next)->isChoosable())
+            return next;
+    }
+    return row;
+}
+
+int Sidebar::selectedRow() const {
+    const QList<SidebarRow>& rows = m_rows.rows();
+    const auto selected =
+        std::find_if(rows.crbegin(), rows.crend(), [](const SidebarRow& row) { return row.selected; });
+    return int(rows.crend() - selected) - 1;
+}
+
+int Sidebar::firstResult() const {
+    const QList<SidebarRow>& rows = m_rows.rows();
+    const auto first = std::ranges::find_if(
+        rows, [](const SidebarRow& row) { return row.type == Type::group || row.type == Type::project; });
+    return first == rows.end() ? -1 : int(first - rows.begin());
+}
+
+QVariantList Sidebar::menu(int row) const {
+    const SidebarRow* shown = rowAt(row);
+    if (!shown)
+        return {};
+    switch (shown->type) {
+    case Type::project:
+        if (const auto project = projectOf(*shown))
+            return MenuEntry::toVariants(menus().project(*project));
+        break;
+    case Type::group:
+        if (const auto group = m_library->groupWithId(*shown->place.groupId()))
+            return MenuEntry::toVariants(menus().group(*group));
+        break;
+    case Type::folder:
+        return MenuEntry::toVariants(menus().folder(*shown->place.folderUrl()));
+    case Type::pinned:
+        return MenuEntry::toVariants(menus().pinned(*shown->place.folderUrl()));
+    default:
+        break;
+    }
+    return {};
+}
+
+QVariantList Sidebar::newMenu() const {
+    return MenuEntry::toVariants(menus().newItems());
+}
+
+QVariantList Sidebar::optionsMenu() {
+    return MenuEntry::toVariants(menus().options(m_byActivity, [this](bool byActivity) { setByActivity(byActivity); }));
+}
+
+QString Sidebar::dragPayload(int row) const {
+    const SidebarRow* dragged = rowAt(row);
+    return dragged && dragged->type == Type::project ? SidebarRules::dragPayload(dragged->project) : QString();
+}
+
+bool Sidebar::accepts(int row, const QString& payload) const {
+    const SidebarRow* target = rowAt(row);
+    const auto dragged = draggedProject(payload);
+    if (!target || !dragged)
+        return false;
+    if (target->type == Type::project)
+        return target->project != dragged->name;
+    return target->type == Type::group || target->type == Type::projectsHeader;
+}
+
+void Sidebar::drop(int row, const QString& payload) {
+    if (!accepts(row, payload))
+        return;
+    const SidebarRow target = *rowAt(row);
+    const QString dropped = draggedProject(payload)->name;
+    if (target.type == Type::group)
+        m_library->add(dropped, *target.place.groupId());
+    else if (target.type == Type::projectsHeader)
+        m_library->removeFromGroup(dropped);
+    else
+        dropOnProject(dropped, target);
+}
+
+void Sidebar::unpin(int row) {
+    if (const SidebarRow* pin = rowAt(row); pin && pin->type == Type::pinned)
+        m_library->togglePin(*pin->place.folderUrl());
+}
+
+void Sidebar::acceptSuggestion() {
+    if (const auto suggestion = m_library->groupSuggestion())
+        m_library->newGroup(SidebarRules::capitalized(suggestion->prefix), suggestion->projects);
+}
+
+void Sidebar::dismissSuggestion() {
+    if (const auto suggestion = m_library->groupSuggestion())
+        m_library->dismiss(*suggestion);
+}
+
+void Sidebar::openPalette() {
+    m_library->setPaletteOpen(true);
+}
+
+const SidebarRow* Sidebar::rowAt(int row) const {
+    const QList<SidebarRow>& rows = m_rows.rows();
+    return row >= 0 && row < rows.size() ? &rows[row] : nullptr;
+}
+
+std::optional<Project> Sidebar::projectOf(const SidebarRow& row) const {
+    const QList<Project> projects = m_library->projects();
+    const auto found = std::ranges::find(projects, row.project, &Project::name);
+    return found == projects.end() ? std::nullopt : std::optional(*found);
+}
+
+// The payload may come from any program.
+std::optional<Project> Sidebar::draggedProject(const QString& payload) const {
+    const auto name = SidebarRules::projectNameIn(payload);
+    if (!name)
+        return std::nullopt;
+    const QList<Project> projects = m_library->projects();
+    const auto found = std::ranges::find(projects, *name, &Project::name);
+    return found == projects.end() ? std::nullopt : std::optional(*found);
+}
+
+SidebarMenus Sidebar::menus() const {
+    return {m_library, [this](const NamePrompt& prompt) {
+                if (m_ask)
+                    m_ask(prompt);
+            }};
+}
+
+void Sidebar::setOpen(const SidebarRow& row, bool open) {
+    if (const auto group = row.place.groupId()) {
+        const auto stored = m_library->groupWithId(*group);
+        if (stored && stored->collapsed == open)
+            m_library->toggleCollapsed(*group);
+    } else if (const auto folder = folderOf(row)) {
+        if (open)
+            m_open.insert(*folder);
+        else
+            m_open.remove(*folder);
+    }
+    refresh();
+}
+
+void Sidebar::dropOnProject(const QString& dropped, const SidebarRow& target) {
+    if (const auto group = m_library->groupContaining(target.project))
+        m_library->add(dropped, group->id);
+    else
+        m_library->newGroup(SidebarRules::groupNameFor(target.project, dropped), {target.project, dropped});
+}
+
+void Sidebar::followPlace() {
+    if (const auto folder = m_library->place().folderUrl()) {
+        const auto project = m_library->projectContaining(*folder);
+        m_open.unite(SidebarRules::openedBy(folder->canonical(), m_library->root(),
+                                            project ? std::optional(project->url) : std::nullopt));
+    }
+    refreshLater();
+}
+
+void Sidebar::refreshLater() {
+    m_refresh.start();
+}
+
+void Sidebar::refresh() {
+    m_refresh.stop();
+    const SidebarRows::Facts present = facts();
+    m_rows.setRows(SidebarRows::list(present));
+    refreshFooter();
+    listNewlyOpen();
+    wakeWhenSomethingAges(present.now);
+}
+
+SidebarRows::Facts Sidebar::facts() const {
+    const LibraryState state = m_library->state();
+    const DerivedIndex derived = m_library->derived();
+    const QList<Project> visible = m_library->visibleProjects();
+
+    SidebarRows::Facts facts;
+    facts.place = m_library->place();
+    facts.newToday = derived.newToday;
+    facts.starred = derived.starred.size();
+    const QList<Location> pins = m_library->pinnedURLs();
+    for (const Location& pin : pins) {
+        const auto project = m_library->projectContaining(pin);
+        facts.pins.append({pin, project ? std::optional(project->name) : std::nullopt});
+        if (project)
+            facts.hues.insert(project->name, m_library->hueFor(project->name));
+    }
+    facts.suggestion = m_library->groupSuggestion();
+    facts.entries =
+        SidebarEntries::list({visible, state.groups, derived.activity, m_filter,
+                              m_byActivity ? SidebarEntries::Order::activity : SidebarEntries::Order::name});
+    facts.filter = m_filter;
+    facts.activity = derived.activity;
+    for (const Project& project : visible)
+        facts.hues.insert(project.name, m_library->hueFor(project.name));
+    for (const ProjectGroup& group : state.groups)
+        facts.groupHues.insert(group.id, m_library->groupHue(group));
+    facts.open = m_open;
+    facts.subfolders = m_listings.subfolders();
+    facts.now = Date::now();
+    return facts;
+}
+
+void Sidebar::refreshFooter() {
+    SidebarFooter footer;
+    if (m_library->indexing())
+        footer = {true, {}, QStringLiteral("Indexing…")};
+    else
+        footer = {false, QStringLiteral("folder"),
+                  SidebarRules::footerText(m_library->root(), m_library->visibleProjects().size())};
+    if (m_footer == footer)
+        return;
+    m_footer = footer;
+    Q_EMIT footerChanged();
+}
+
+// A row that opens, or comes back open, is listed anew; one that stays as it is keeps its answer.
+void Sidebar::listNewlyOpen() {
+    QSet<Location> shown;
+    for (const SidebarRow& row : m_rows.rows()) {
+        const auto folder = folderOf(row);
+        if (!folder || !m_open.contains(*folder))
+            continue;
+        shown.insert(*folder);
+        if (!m_listed.contains(*folder))
+            m_listings.request(*folder);
+    }
+    m_listed = shown;
+}
+
+void Sidebar::wakeWhenSomethingAges(Date now) {
+    double soonest = std::numeric_limits<double>::infinity();
+    const QList<Project> visible = m_library->visibleProjects();
+    for (const Project& project : visible) {
+        const auto last = m_library->lastActivity(project);
+        if (SidebarRules::isFresh(last, now))
+            soonest = std::min(soonest, *last + SidebarRules::freshFor - now);
+    }
+    m_aging.stop();
+    if (std::isfinite(soonest)) {
+        // A file dated far ahead must not overflow the timer, which counts milliseconds in an int.
+        const double seconds = std::min(soonest, SidebarRules::freshFor);
+        m_aging.start(int(std::ceil(seconds * 1000)));
+    }
+}
+
+} // namespace lumbra
