@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Browser.h"
 
+#include "../tiles/TileMenus.h"
+
 #include <numeric>
 
 namespace lumbra {
@@ -62,26 +64,12 @@ Browser::Browser(Library* library, QObject* parent, Preferences& preferences)
       m_settings(new BrowserSettings(preferences, this)),
       m_loader(new PageLoader(library, this)),
       m_rows(new PageRows(factsOf(library), this)),
+      m_cards(new GroupCards(library, this)),
       m_drawnPlace(library->place()) {
-    bindTexts();
     followLibrary();
-
-    m_rows->setZoom(m_settings->zoom());
-    connect(m_settings, &BrowserSettings::zoomChanged, this, [this] { m_rows->setZoom(m_settings->zoom()); });
-    connect(m_settings, &BrowserSettings::recursiveChanged, this, &Browser::scheduleLoad);
-    connect(m_settings, &BrowserSettings::kindRawChanged, this, &Browser::scheduleLoad);
-    connect(m_settings, &BrowserSettings::sortChanged, this, &Browser::scheduleLoad);
-    connect(m_settings, &BrowserSettings::recentDaysChanged, this, &Browser::scheduleLoad);
-    connect(this, &Browser::searchChanged, this, &Browser::scheduleLoad);
-
-    connect(m_loader, &PageLoader::loadedChanged, this, &Browser::loadedChanged);
-    connect(m_loader, &PageLoader::kindCountsChanged, this, &Browser::kindCountsChanged);
-    connect(m_loader, &PageLoader::arriving, this, &Browser::turnTo);
-    connect(m_loader, &PageLoader::listsWritten, this, [this] {
-        drawRows();
-        revealIfPending();
-    });
-    connect(this, &Browser::selectionChanged, this, [this] { m_rows->setSelection(m_selection); });
+    followSettings();
+    followLoader();
+    reorder();
 }
 
 void Browser::followLibrary() {
@@ -90,47 +78,37 @@ void Browser::followLibrary() {
     connect(m_library, &Library::derivedChanged, this, &Browser::derivedChanged);
     connect(m_library, &Library::pendingRevealChanged, this, &Browser::pendingRevealChanged);
     connect(m_library, &Library::playingChanged, this, &Browser::playingChanged);
+    connect(m_library, &Library::stateChanged, this, &Browser::describe);
+    connect(m_library, &Library::projectsChanged, this, &Browser::describe);
+    connect(m_library, &Library::indexingChanged, this, &Browser::describe);
 }
 
-void Browser::bindTexts() {
-    m_order.setBinding([this] { return computeOrder(); });
-    m_selected.setBinding([this] { return m_order.value().among(m_selection); });
-    m_page.setBinding([this] { return pageName(m_library->place().which()); });
-    m_title.setBinding([this] { return PageText::title(m_library->place(), groupHere(), projectHere()); });
-    m_subtitle.setBinding(
-        [this] { return PageText::subtitle(m_library->place(), m_library->derived().starred.size(), projectHere()); });
-    m_status.setBinding([this] {
-        const auto group = groupHere();
-        return PageText::status({
-            .place = m_library->place(),
-            .groupProjects = group ? group->projects.size() : 0,
-            .folders = folders().size(),
-            .items = m_order.value().size(),
-            .bytes = m_order.value().bytes(),
-            .selection = m_selection.value().size(),
-            .selectedBytes = summedSize(m_selected),
-        });
+void Browser::followSettings() {
+    m_rows->setZoom(m_settings->zoom());
+    connect(m_settings, &BrowserSettings::zoomChanged, this, [this] { m_rows->setZoom(m_settings->zoom()); });
+    connect(m_settings, &BrowserSettings::sortChanged, this, &Browser::scheduleLoad);
+    for (const auto changed :
+         {&BrowserSettings::recursiveChanged, &BrowserSettings::kindRawChanged, &BrowserSettings::recentDaysChanged}) {
+        connect(m_settings, changed, this, &Browser::scheduleLoad);
+        connect(m_settings, changed, this, &Browser::describe);
+    }
+    connect(this, &Browser::searchChanged, this, &Browser::scheduleLoad);
+    connect(this, &Browser::searchChanged, this, &Browser::describe);
+}
+
+void Browser::followLoader() {
+    connect(m_loader, &PageLoader::loadedChanged, this, &Browser::describe);
+    connect(m_loader, &PageLoader::loadedChanged, this, &Browser::loadedChanged);
+    connect(m_loader, &PageLoader::kindCountsChanged, this, &Browser::kindCountsChanged);
+    connect(m_loader, &PageLoader::arriving, this, &Browser::turnTo);
+    connect(m_loader, &PageLoader::listsWritten, this, [this] {
+        drawRows();
+        reorder();
+        revealIfPending();
     });
-    m_emptyState.setBinding([this] {
-        return PageText::emptyState({
-            .place = m_library->place(),
-            .loaded = loaded(),
-            .indexing = m_library->indexing(),
-            .recursive = m_settings->recursive(),
-            .hasFolders = !folders().isEmpty(),
-            .hasAssets = !m_loader->assets().isEmpty(),
-            .hasFeed = !sections().isEmpty() || !shelf().isEmpty(),
-            .kind = m_settings->kind(),
-            .search = m_search,
-            .recentDays = m_settings->recentDays(),
-        });
-    });
-    m_headers.setBinding([this] {
-        QVariantMap headers;
-        headers[shelfSection] = QVariant::fromValue(PageText::shelfHeader(m_library->derived().starred.size()));
-        for (const RecentSection& section : sections())
-            headers[rawValue(section.kind)] = QVariant::fromValue(PageText::sectionHeader(section.kind, section.total));
-        return headers;
+    connect(this, &Browser::selectionChanged, this, [this] {
+        m_rows->setSelection(m_selection);
+        reselect();
     });
 }
 
@@ -177,17 +155,19 @@ void Browser::scheduleLoad() {
 }
 
 void Browser::placeChanged() {
-    m_sectionLimits = QMap<AssetKind, qsizetype>();
+    m_sectionLimits.clear();
     m_selection = QSet<Location>();
     m_anchor.reset();
     m_loader->unload();
     // A place that was left and come back to within one turn has the same key, and still is to be loaded.
     m_lastKey.reset();
     scheduleLoad();
+    reorder();
 }
 
 void Browser::derivedChanged() {
     m_rows->refreshFolders();
+    describe();
     // The list of stars is computed a moment after the change that raised the revision, or the end of the first walk:
     // a page that shows it would keep the list of before.
     const bool showsStars = m_drawnPlace.is(Place::Case::starred) || m_drawnPlace.is(Place::Case::recent);
@@ -265,7 +245,7 @@ QList<PageBlock> Browser::blocks() const {
 }
 
 qsizetype Browser::sectionLimit(AssetKind kind) const {
-    return m_sectionLimits.value().value(kind, firstEntries);
+    return m_sectionLimits.value(kind, firstEntries);
 }
 
 QList<RecentEntry> Browser::visibleEntries(const RecentSection& section) const {
@@ -280,7 +260,52 @@ PageList Browser::computeOrder() const {
         for (const RecentEntry& entry : visibleEntries(section))
             if (const auto* asset = std::get_if<Asset>(&entry))
                 order.append(*asset);
-    return PageList(order);
+    return PageList::replacing(m_order, order);
+}
+
+void Browser::reorder() {
+    m_order = computeOrder();
+    reselect();
+}
+
+void Browser::reselect() {
+    m_selected = m_order.value().among(m_selection);
+    describe();
+}
+
+void Browser::describe() {
+    const Place place = m_library->place();
+    const auto group = place.groupId() ? m_library->groupWithId(*place.groupId()) : std::nullopt;
+    const auto project = place.folderUrl() ? m_library->projectContaining(*place.folderUrl()) : std::nullopt;
+    const qsizetype starred = m_library->derived().starred.size();
+    m_page = pageName(place.which());
+    m_title = PageText::title(place, group, project);
+    m_subtitle = PageText::subtitle(place, starred, project);
+    m_status = PageText::status({
+        .place = place,
+        .groupProjects = group ? group->projects.size() : 0,
+        .folders = folders().size(),
+        .items = m_order.value().size(),
+        .bytes = m_order.value().bytes(),
+        .selection = m_selection.value().size(),
+        .selectedBytes = summedSize(m_selected),
+    });
+    m_emptyState = PageText::emptyState({
+        .place = place,
+        .loaded = loaded(),
+        .indexing = m_library->indexing(),
+        .recursive = m_settings->recursive(),
+        .hasFolders = !folders().isEmpty(),
+        .hasAssets = !m_loader->assets().isEmpty(),
+        .hasFeed = !sections().isEmpty() || !shelf().isEmpty(),
+        .kind = m_settings->kind(),
+        .search = m_search,
+        .recentDays = m_settings->recentDays(),
+    });
+    QVariantMap headers{{shelfSection, QVariant::fromValue(PageText::shelfHeader(starred))}};
+    for (const RecentSection& section : sections())
+        headers[rawValue(section.kind)] = QVariant::fromValue(PageText::sectionHeader(section.kind, section.total));
+    m_headers = headers;
 }
 
 void Browser::showEverything() {
@@ -292,10 +317,9 @@ void Browser::showMore(const QString& section) {
     const auto kind = assetKindFromRaw(section);
     if (!kind)
         return;
-    auto limits = m_sectionLimits.value();
-    limits[*kind] = sectionLimit(*kind) + moreEntries;
-    m_sectionLimits = limits;
+    m_sectionLimits[*kind] = sectionLimit(*kind) + moreEntries;
     drawRows();
+    reorder();
 }
 
 void Browser::click(const PageCell& cell, Qt::KeyboardModifiers modifiers) {
@@ -365,6 +389,14 @@ void Browser::selectAll() {
     m_selection = all;
 }
 
+QVariantList Browser::menu(const PageCell& cell) const {
+    if (cell.isAsset())
+        return MenuEntry::toVariants(TileMenus::asset(m_library, cell.url, targets(cell.url)));
+    if (cell.isFolder())
+        return MenuEntry::toVariants(TileMenus::folder(m_library, cell.url));
+    return {};
+}
+
 void Browser::select(const Selection& selection) {
     m_anchor = selection.anchor;
     m_selection = selection.paths;
@@ -375,20 +407,6 @@ QList<qint64> Browser::kindCountList() const {
     for (const AssetKind kind : allAssetKinds)
         counts.append(kindCounts()[kind]);
     return counts;
-}
-
-std::optional<Project> Browser::projectHere() const {
-    const auto folder = m_library->place().folderUrl();
-    // Read for the bindings' sake: a project that appears or leaves changes what stands in the title.
-    [[maybe_unused]] const auto projects = m_library->projects();
-    return folder ? m_library->projectContaining(*folder) : std::nullopt;
-}
-
-std::optional<ProjectGroup> Browser::groupHere() const {
-    const auto id = m_library->place().groupId();
-    // Groups are part of the library's state, whose every change raises the revision.
-    [[maybe_unused]] const int revision = m_library->revision();
-    return id ? m_library->groupWithId(*id) : std::nullopt;
 }
 
 } // namespace lumbra

@@ -7,6 +7,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "../chrome/GroupCards.h"
 #include "BrowserSettings.h"
 #include "PageLoader.h"
 #include "PageRows.h"
@@ -14,9 +15,9 @@
 #include "Selection.h"
 #include "library/Library.h"
 
-#include <QBindable>
 #include <QMap>
 #include <QObject>
+#include <QProperty>
 #include <QtQml/qqmlregistration.h>
 
 namespace lumbra {
@@ -28,20 +29,20 @@ class Browser : public QObject {
 
     Q_PROPERTY(lumbra::BrowserSettings* settings READ settings CONSTANT)
     Q_PROPERTY(lumbra::PageRows* rows READ rows CONSTANT)
-    Q_PROPERTY(QString search READ search WRITE setSearch NOTIFY searchChanged BINDABLE bindableSearch)
-    Q_PROPERTY(
-        bool gridFocused READ gridFocused WRITE setGridFocused NOTIFY gridFocusedChanged BINDABLE bindableGridFocused)
+    Q_PROPERTY(lumbra::GroupCards* cards READ cards CONSTANT)
+    Q_PROPERTY(QString search READ search WRITE setSearch NOTIFY searchChanged)
+    Q_PROPERTY(bool gridFocused READ gridFocused WRITE setGridFocused NOTIFY gridFocusedChanged)
     Q_PROPERTY(bool loaded READ loaded NOTIFY loadedChanged)
     Q_PROPERTY(QList<qint64> kindCounts READ kindCountList NOTIFY kindCountsChanged)
 
     // "group", "folder", "starred", "recent" or "tidy".
-    Q_PROPERTY(QString page READ page NOTIFY pageChanged BINDABLE bindablePage)
+    Q_PROPERTY(QString page READ page NOTIFY pageChanged)
     Q_PROPERTY(QString symbol READ symbol NOTIFY pageChanged)
-    Q_PROPERTY(QString title READ title NOTIFY titleChanged BINDABLE bindableTitle)
-    Q_PROPERTY(QString subtitle READ subtitle NOTIFY subtitleChanged BINDABLE bindableSubtitle)
-    Q_PROPERTY(QString status READ status NOTIFY statusChanged BINDABLE bindableStatus)
-    Q_PROPERTY(lumbra::EmptyState emptyState READ emptyState NOTIFY emptyStateChanged BINDABLE bindableEmptyState)
-    Q_PROPERTY(QVariantMap headers READ headers NOTIFY headersChanged BINDABLE bindableHeaders)
+    Q_PROPERTY(QString title READ title NOTIFY titleChanged)
+    Q_PROPERTY(QString subtitle READ subtitle NOTIFY subtitleChanged)
+    Q_PROPERTY(QString status READ status NOTIFY statusChanged)
+    Q_PROPERTY(lumbra::EmptyState emptyState READ emptyState NOTIFY emptyStateChanged)
+    Q_PROPERTY(QVariantMap headers READ headers NOTIFY headersChanged)
 
 public:
     // The library and the preferences must outlive it.
@@ -51,11 +52,11 @@ public:
 
     BrowserSettings* settings() const { return m_settings; }
     PageRows* rows() const { return m_rows; }
+    GroupCards* cards() const { return m_cards; }
     void setContentSearch(PageLoader::ContentSearch search) { m_loader->setContentSearch(std::move(search)); }
 
     QString search() const { return m_search; }
     void setSearch(const QString& search) { m_search = search; }
-    QBindable<QString> bindableSearch() { return &m_search; }
 
     // What the page holds. A page reads only its own lists; those of other pages may be out of date.
     QList<Location> folders() const { return m_loader->folders(); }
@@ -71,34 +72,25 @@ public:
 
     // All selectable tiles in page order. Stacks are none.
     PageList order() const { return m_order; }
-    QBindable<PageList> bindableOrder() { return &m_order; }
 
     QSet<Location> selection() const { return m_selection; }
     std::optional<Location> anchor() const { return m_anchor; }
 
     // The selected assets that the page still shows, in page order: what the inspector tells of.
     Assets selected() const { return m_selected; }
-    QBindable<Assets> bindableSelected() { return &m_selected; }
 
     bool gridFocused() const { return m_gridFocused; }
     void setGridFocused(bool focused) { m_gridFocused = focused; }
-    QBindable<bool> bindableGridFocused() { return &m_gridFocused; }
 
     QString page() const { return m_page; }
-    QBindable<QString> bindablePage() { return &m_page; }
     QString symbol() const { return PageText::symbol(m_library->place()); }
     QString title() const { return m_title; }
-    QBindable<QString> bindableTitle() { return &m_title; }
     QString subtitle() const { return m_subtitle; }
-    QBindable<QString> bindableSubtitle() { return &m_subtitle; }
     QString status() const { return m_status; }
-    QBindable<QString> bindableStatus() { return &m_status; }
     EmptyState emptyState() const { return m_emptyState; }
-    QBindable<EmptyState> bindableEmptyState() { return &m_emptyState; }
 
     // By section: "starred" for the shelf, otherwise the raw name of the kind.
     QVariantMap headers() const { return m_headers; }
-    QBindable<QVariantMap> bindableHeaders() { return &m_headers; }
 
     // The page came on screen: loads it, and from then on follows the library.
     Q_INVOKABLE void appear();
@@ -115,6 +107,9 @@ public:
     Q_INVOKABLE void play(const lumbra::Asset& asset);
     Q_INVOKABLE bool press(int key, Qt::KeyboardModifiers modifiers, bool repeated);
     Q_INVOKABLE void selectAll();
+
+    // What stands in the context menu of a tile: a list of MenuEntry, empty for a tile without a menu.
+    Q_INVOKABLE QVariantList menu(const lumbra::PageCell& cell) const;
 
     // What a menu over a tile of this path applies to.
     QList<Location> targets(const Location& url) const { return selectionValue().targets(url, m_order); }
@@ -142,7 +137,8 @@ Q_SIGNALS:
 
 private:
     void followLibrary();
-    void bindTexts();
+    void followSettings();
+    void followLoader();
     void placeChanged();
     void pendingRevealChanged();
     void playingChanged();
@@ -154,26 +150,29 @@ private:
     void drawRows();
     QList<PageBlock> blocks() const;
     PageList computeOrder() const;
+    void reorder();
+    void reselect();
+    void describe();
     Selection selectionValue() const { return {m_selection.value(), m_anchor}; }
     void select(const Selection& selection);
     void step(int step);
     QList<qint64> kindCountList() const;
-    std::optional<Project> projectHere() const;
-    std::optional<ProjectGroup> groupHere() const;
 
     Library* const m_library;
     BrowserSettings* const m_settings;
     PageLoader* const m_loader;
     PageRows* const m_rows;
+    GroupCards* const m_cards;
 
     Q_OBJECT_BINDABLE_PROPERTY(Browser, QString, m_search, &Browser::searchChanged)
 
-    QProperty<QMap<AssetKind, qsizetype>> m_sectionLimits; // a kind that is absent shows the first entries only
+    QMap<AssetKind, qsizetype> m_sectionLimits; // a kind that is absent shows the first entries only
     Q_OBJECT_BINDABLE_PROPERTY(Browser, QSet<Location>, m_selection, &Browser::selectionChanged)
     std::optional<Location> m_anchor;
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(Browser, bool, m_gridFocused, false, &Browser::gridFocusedChanged)
 
-    // Computed from the above and the library.
+    // Computed from the above and the library, by `reorder`, `reselect` and `describe`. They are no bindings: those of
+    // Qt 6.4 crash when they depend on as much as these do.
     Q_OBJECT_BINDABLE_PROPERTY(Browser, PageList, m_order, &Browser::orderChanged)
     Q_OBJECT_BINDABLE_PROPERTY(Browser, Assets, m_selected, &Browser::selectedChanged)
     Q_OBJECT_BINDABLE_PROPERTY(Browser, QString, m_page, &Browser::pageChanged)

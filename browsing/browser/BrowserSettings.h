@@ -7,8 +7,8 @@
 #include "library/Model.h"
 #include "platform/Preferences.h"
 
-#include <QBindable>
 #include <QObject>
+#include <QProperty>
 #include <QtQml/qqmlregistration.h>
 
 namespace lumbra {
@@ -17,13 +17,12 @@ class BrowserSettings : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The browser holds its settings.")
-    Q_PROPERTY(double zoom READ zoom WRITE setZoom NOTIFY zoomChanged BINDABLE bindableZoom)
+    Q_PROPERTY(double zoom READ zoom WRITE setZoom NOTIFY zoomChanged)
     Q_PROPERTY(QString sort READ sortRaw WRITE setSortRaw NOTIFY sortChanged)
-    Q_PROPERTY(QString kindRaw READ kindRaw WRITE setKindRaw NOTIFY kindRawChanged BINDABLE bindableKindRaw)
-    Q_PROPERTY(bool recursive READ recursive WRITE setRecursive NOTIFY recursiveChanged BINDABLE bindableRecursive)
-    Q_PROPERTY(int recentDays READ recentDays WRITE setRecentDays NOTIFY recentDaysChanged BINDABLE bindableRecentDays)
-    Q_PROPERTY(bool showInspector READ showInspector WRITE setShowInspector NOTIFY showInspectorChanged BINDABLE
-                   bindableShowInspector)
+    Q_PROPERTY(QString kindRaw READ kindRaw WRITE setKindRaw NOTIFY kindRawChanged)
+    Q_PROPERTY(bool recursive READ recursive WRITE setRecursive NOTIFY recursiveChanged)
+    Q_PROPERTY(int recentDays READ recentDays WRITE setRecentDays NOTIFY recentDaysChanged)
+    Q_PROPERTY(bool showInspector READ showInspector WRITE setShowInspector NOTIFY showInspectorChanged)
 
 public:
     // The preferences must outlive it. A value that is changed there is followed here.
@@ -32,32 +31,26 @@ public:
     // The least width of a tile, in points.
     double zoom() const { return m_zoom; }
     void setZoom(double zoom) { m_preferences.setValue(PreferenceKeys::zoom, zoom); }
-    QBindable<double> bindableZoom() { return &m_zoom; }
 
     // The order of a folder page.
     SortOrder sort() const { return m_sort; }
     void setSort(SortOrder sort) { m_preferences.setValue(PreferenceKeys::sort, rawValue(sort)); }
-    QBindable<SortOrder> bindableSort() { return &m_sort; }
 
     // The raw name of a kind; any other string means no filter.
     QString kindRaw() const { return m_kindRaw; }
     void setKindRaw(const QString& raw) { m_preferences.setValue(PreferenceKeys::kind, raw); }
-    QBindable<QString> bindableKindRaw() { return &m_kindRaw; }
     std::optional<AssetKind> kind() const { return assetKindFromRaw(kindRaw()); }
 
     // Folder pages show everything below the folder.
     bool recursive() const { return m_recursive; }
     void setRecursive(bool recursive) { m_preferences.setValue(PreferenceKeys::recursive, recursive); }
-    QBindable<bool> bindableRecursive() { return &m_recursive; }
 
     // How far back the Recent page goes.
     int recentDays() const { return m_recentDays; }
     void setRecentDays(int days) { m_preferences.setValue(PreferenceKeys::recentDays, days); }
-    QBindable<int> bindableRecentDays() { return &m_recentDays; }
 
     bool showInspector() const { return m_showInspector; }
     void setShowInspector(bool shown) { m_preferences.setValue(PreferenceKeys::inspector, shown); }
-    QBindable<bool> bindableShowInspector() { return &m_showInspector; }
 
 Q_SIGNALS:
     void zoomChanged();

@@ -12,6 +12,13 @@ constexpr auto pool = Tasks::Pool::userInitiated;
 
 constexpr double day = 86400;
 
+QList<Location> urlsOf(const QList<Project>& projects) {
+    QList<Location> urls;
+    for (const Project& project : projects)
+        urls.append(project.url);
+    return urls;
+}
+
 } // namespace
 
 PageLoader::PageLoader(Library* library, QObject* parent) : QObject(parent), m_library(library) {}
@@ -81,29 +88,23 @@ void PageLoader::loadFolder(const Location& url, const LoadKey& key, const PageF
 
 void PageLoader::loadRecent(const LoadKey& key, const PageFilter& filter) {
     m_starred = m_library->derived().starred;
-    const Date cutoff = Date::now() - key.days * day;
-    QList<Location> hidden;
-    for (const Project& project : m_library->hiddenProjects())
-        hidden.append(project.url);
-
+    // The feed is that of this moment, however long the shelf takes.
+    const auto computeFeed = [cutoff = Date::now() - key.days * day, hidden = urlsOf(m_library->hiddenProjects()),
+                              index = m_library->index(), filter,
+                              shown = sections()] { return PageLoad::recent(index, hidden, cutoff, filter, shown); };
     // The shelf needs no look at the library and is there at once.
-    Tasks::run(pool, [starred = m_starred, filter] { return PageLoad::shelf(starred, filter); })
-        .then(this,
-              [this, key](const Assets& shelf) {
-                  Q_EMIT arriving(key.place);
-                  m_shelf = shelf;
-                  Q_EMIT listsWritten();
-              })
-        .then(this, [this, filter, cutoff, hidden, index = m_library->index()] {
-            Tasks::run(pool, [index, hidden, cutoff, filter, shown = sections()] {
-                return PageLoad::recent(index, hidden, cutoff, filter, shown);
-            }).then(this, [this](const RecentPage& page) {
-                m_kindCounts = page.kindCounts;
-                m_sections = page.sections;
-                Q_EMIT listsWritten();
-                finish();
-            });
+    const auto computeShelf = [starred = m_starred, filter] { return PageLoad::shelf(starred, filter); };
+    Tasks::run(pool, computeShelf).then(this, [this, key, computeFeed](const Assets& shelf) {
+        Q_EMIT arriving(key.place);
+        m_shelf = shelf;
+        Q_EMIT listsWritten();
+        Tasks::run(pool, computeFeed).then(this, [this](const RecentPage& page) {
+            m_kindCounts = page.kindCounts;
+            m_sections = page.sections;
+            Q_EMIT listsWritten();
+            finish();
         });
+    });
 }
 
 void PageLoader::finish() {

@@ -10,8 +10,8 @@
 #include "PageLoad.h"
 #include "library/Library.h"
 
-#include <QBindable>
 #include <QObject>
+#include <QProperty>
 
 namespace lumbra {
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browsing/browser/PageLoad.h"
+#include "support/Strings.h"
 
 #include <QTest>
 
@@ -108,7 +109,7 @@ private Q_SLOTS:
     void starredKeepsItsOrderAndCountsWhatTheKindFilterHides() {
         const Assets starred{file("/p/c.png", 1), file("/p/a.mp4", 3), file("/p/b.png", 2)};
         const ListPage page = PageLoad::starred(starred, PageFilter(AssetKind::image, {}), {});
-        QCOMPARE(names(page.assets.assets()), (QStringList{"c.png", "b.png"}));
+        QCOMPARE(names(page.assets.assets()), (strings({"c.png", "b.png"})));
         QCOMPARE(counts(page.kindCounts), (QList<qsizetype>{2, 1, 0, 0}));
         QVERIFY(page.folders.isEmpty());
     }
@@ -116,10 +117,10 @@ private Q_SLOTS:
     void folderSortsAndFilters_data() {
         QTest::addColumn<SortOrder>("sort");
         QTest::addColumn<QStringList>("expected");
-        QTest::newRow("newest") << SortOrder::newest << QStringList{"file10.png", "file9.png", "File1.png"};
-        QTest::newRow("oldest") << SortOrder::oldest << QStringList{"File1.png", "file9.png", "file10.png"};
-        QTest::newRow("name") << SortOrder::name << QStringList{"File1.png", "file9.png", "file10.png"};
-        QTest::newRow("size") << SortOrder::size << QStringList{"File1.png", "file10.png", "file9.png"};
+        QTest::newRow("newest") << SortOrder::newest << strings({"file10.png", "file9.png", "File1.png"});
+        QTest::newRow("oldest") << SortOrder::oldest << strings({"File1.png", "file9.png", "file10.png"});
+        QTest::newRow("name") << SortOrder::name << strings({"File1.png", "file9.png", "file10.png"});
+        QTest::newRow("size") << SortOrder::size << strings({"File1.png", "file10.png", "file9.png"});
     }
     void folderSortsAndFilters() {
         QFETCH(SortOrder, sort);
@@ -138,7 +139,7 @@ private Q_SLOTS:
         const ListPage page = PageLoad::folder(listing, searching("SUNSET", {other, Location(QByteArray("/p/b.png"))}),
                                                SortOrder::name, {});
         QCOMPARE(page.folders, QList<Location>{found});
-        QCOMPARE(names(page.assets.assets()), (QStringList{"b.png", "sunset.png"}));
+        QCOMPARE(names(page.assets.assets()), (strings({"b.png", "sunset.png"})));
     }
 
     void aKindFilterLeavesFolders() {
@@ -151,16 +152,16 @@ private Q_SLOTS:
                                           file("/p/ab/4.png", 4), file("/p/5.png", 5)});
         const Location folder(QByteArray("/p/a"));
         const ListPage page = PageLoad::recursive(index, folder, all(), SortOrder::newest, {});
-        QCOMPARE(names(page.assets.assets()), (QStringList{"3.mp4", "2.png", "1.png"}));
+        QCOMPARE(names(page.assets.assets()), (strings({"3.mp4", "2.png", "1.png"})));
         QVERIFY(page.folders.isEmpty());
         QCOMPARE(counts(page.kindCounts), (QList<qsizetype>{2, 1, 0, 0}));
         QCOMPARE(names(PageLoad::recursive(index, folder, PageFilter(AssetKind::video, {}), SortOrder::newest, {})
                            .assets.assets()),
-                 QStringList{"3.mp4"});
+                 strings({"3.mp4"}));
         QCOMPARE(names(PageLoad::recursive(index, folder, searching("zz", {Location(QByteArray("/p/a/1.png"))}),
                                            SortOrder::newest, {})
                            .assets.assets()),
-                 QStringList{"1.png"});
+                 strings({"1.png"}));
     }
 
     void aReloadThatFindsTheSameYieldsTheListThatIsShown() {
@@ -177,7 +178,7 @@ private Q_SLOTS:
             starred.append(file("/p/" + QByteArray::number(n) + ".png", 0, 1, Date{100.0 - n}));
         QCOMPARE(names(PageLoad::shelf(starred.first(6), all())).size(), 6);
         QCOMPARE(PageLoad::shelf(starred, all()), starred.first(6));
-        QCOMPARE(names(PageLoad::shelf(starred, searching("8"))), QStringList{"8.png"});
+        QCOMPARE(names(PageLoad::shelf(starred, searching("8"))), strings({"8.png"}));
         QVERIFY(PageLoad::shelf(starred, PageFilter(AssetKind::audio, {})).isEmpty());
     }
 
@@ -186,7 +187,7 @@ private Q_SLOTS:
         const AssetIndex index =
             indexOf({file("/p/on.png", cutoff.seconds), file("/p/before.png", cutoff.seconds - 0.001)});
         const RecentPage page = PageLoad::recent(index, {}, cutoff, all(), {});
-        QCOMPARE(names(page.sections), QStringList{"/p/on.png"});
+        QCOMPARE(names(page.sections), strings({"/p/on.png"}));
         QCOMPARE(counts(page.kindCounts), (QList<qsizetype>{1, 0, 0, 0}));
     }
 
@@ -194,14 +195,14 @@ private Q_SLOTS:
         const AssetIndex index =
             indexOf({file("/l/secret/a.png", 5), file("/l/secret/deep/b.png", 5), file("/l/secrets/c.png", 5)});
         const RecentPage page = PageLoad::recent(index, {Location(QByteArray("/l/secret"))}, Date{0}, all(), {});
-        QCOMPARE(names(page.sections), QStringList{"/l/secrets/c.png"});
+        QCOMPARE(names(page.sections), strings({"/l/secrets/c.png"}));
         QCOMPARE(counts(page.kindCounts), (QList<qsizetype>{1, 0, 0, 0}));
     }
 
     void withAKindFilterTheOtherKindsAreStillCounted() {
         const AssetIndex index = indexOf({file("/p/a.png", 5), file("/p/b.mp4", 5), file("/p/c.mp3", 5)});
         const RecentPage page = PageLoad::recent(index, {}, Date{0}, PageFilter(AssetKind::video, {}), {});
-        QCOMPARE(names(page.sections), QStringList{"/p/b.mp4"});
+        QCOMPARE(names(page.sections), strings({"/p/b.mp4"}));
         QCOMPARE(counts(page.kindCounts), (QList<qsizetype>{1, 1, 1, 0}));
     }
 
@@ -209,7 +210,7 @@ private Q_SLOTS:
         const AssetIndex index = indexOf({file("/p/cat.png", 5), file("/p/dog.png", 4), file("/p/x.png", 3)});
         const PageFilter filter = searching("CAT", {Location(QByteArray("/p/x.png"))});
         const RecentPage page = PageLoad::recent(index, {}, Date{0}, filter, {});
-        QCOMPARE(names(page.sections), (QStringList{"/p/cat.png", "/p/x.png"}));
+        QCOMPARE(names(page.sections), (strings({"/p/cat.png", "/p/x.png"})));
         QCOMPARE(counts(page.kindCounts), (QList<qsizetype>{2, 0, 0, 0}));
     }
 

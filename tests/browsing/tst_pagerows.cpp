@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browsing/browser/PageRows.h"
+#include "support/Strings.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
@@ -114,7 +115,7 @@ private Q_SLOTS:
         Page page;
         page.rows.setBlocks(
             {{.folders = {Location(QByteArray("/p/a")), Location(QByteArray("/p/b"))}, .assets = files(1, 5)}});
-        QCOMPARE(page.shown(), (QStringList{"a b 1.png", "2.png 3.png 4.png", "5.png"}));
+        QCOMPARE(page.shown(), (strings({"a b 1.png", "2.png 3.png 4.png", "5.png"})));
         const PageRow row = page.row(0);
         QVERIFY(row.cells[0].isFolder() && row.cells[2].isAsset());
         QCOMPARE(row.cells[0].count, 3);
@@ -128,9 +129,9 @@ private Q_SLOTS:
         QList<RecentEntry> images = entries(1, 3);
         images.append(RecentStack{Location(QByteArray("/p/frames")), file("cover.png"), 8});
         page.rows.setBlocks(
-            {{.section = "starred", .assets = files(7, 7), .captioned = true, .onShelf = true, .gap = 26},
-             {.section = "image", .entries = images, .captioned = true, .more = "Show More Images"}});
-        QCOMPARE(page.shown(), (QStringList{"7.png", "1.png 2.png 3.png", "frames", "Show More Images"}));
+            {{.section = u"starred"_qs, .assets = files(7, 7), .captioned = true, .onShelf = true, .gap = 26},
+             {.section = u"image"_qs, .entries = images, .captioned = true, .more = u"Show More Images"_qs}});
+        QCOMPARE(page.shown(), (strings({"7.png", "1.png 2.png 3.png", "frames", "Show More Images"})));
         QCOMPARE(page.rows.data(page.rows.index(0), PageRows::sectionRole).toString(), QStringLiteral("starred"));
         QCOMPARE(page.rows.data(page.rows.index(3), PageRows::sectionRole).toString(), QStringLiteral("image"));
         QCOMPARE(page.row(0).gap, 26);
@@ -158,7 +159,7 @@ private Q_SLOTS:
         next[4] = file("5.png", 9);
         const Told told(page.rows);
         page.rows.setBlocks({{.assets = PageList(next)}});
-        QCOMPARE(told.words, QStringList{"change 1-1"});
+        QCOMPARE(told.words, strings({"change 1-1"}));
     }
 
     void moreTilesAddRowsAtTheEnd() {
@@ -166,32 +167,33 @@ private Q_SLOTS:
         page.rows.setBlocks({{.assets = files(1, 4)}});
         const Told told(page.rows);
         page.rows.setBlocks({{.assets = files(1, 9)}});
-        QCOMPARE(told.words, (QStringList{"insert 2-2", "change 1-1"}));
-        QCOMPARE(page.shown(), (QStringList{"1.png 2.png 3.png", "4.png 5.png 6.png", "7.png 8.png 9.png"}));
+        QCOMPARE(told.words, (strings({"insert 2-2", "change 1-1"})));
+        QCOMPARE(page.shown(), (strings({"1.png 2.png 3.png", "4.png 5.png 6.png", "7.png 8.png 9.png"})));
     }
 
     void fewerTilesRemoveRowsAtTheEndOfTheirBlock() {
         Page page;
-        page.rows.setBlocks({{.section = "image", .entries = entries(1, 9), .more = "Show More Images", .gap = 26},
-                             {.section = "video", .entries = entries(20, 21)}});
+        page.rows.setBlocks(
+            {{.section = u"image"_qs, .entries = entries(1, 9), .more = u"Show More Images"_qs, .gap = 26},
+             {.section = u"video"_qs, .entries = entries(20, 21)}});
         const Told told(page.rows);
-        page.rows.setBlocks({{.section = "image", .entries = entries(1, 3), .gap = 26},
-                             {.section = "video", .entries = entries(20, 21)}});
-        QCOMPARE(told.words, (QStringList{"remove 1-2", "remove 1-1", "change 0-0"}));
-        QCOMPARE(page.shown(), (QStringList{"1.png 2.png 3.png", "20.png 21.png"}));
+        page.rows.setBlocks({{.section = u"image"_qs, .entries = entries(1, 3), .gap = 26},
+                             {.section = u"video"_qs, .entries = entries(20, 21)}});
+        QCOMPARE(told.words, (strings({"remove 1-2", "remove 1-1", "change 0-0"})));
+        QCOMPARE(page.shown(), (strings({"1.png 2.png 3.png", "20.png 21.png"})));
     }
 
     void aSectionComesAndGoesBetweenOthers() {
         Page page;
-        const PageBlock image{.section = "image", .entries = entries(1, 2)};
-        const PageBlock video{.section = "video", .entries = entries(3, 4)};
-        const PageBlock audio{.section = "audio", .entries = entries(5, 6)};
+        const PageBlock image{.section = u"image"_qs, .entries = entries(1, 2)};
+        const PageBlock video{.section = u"video"_qs, .entries = entries(3, 4)};
+        const PageBlock audio{.section = u"audio"_qs, .entries = entries(5, 6)};
         page.rows.setBlocks({image, audio});
         const Told told(page.rows);
         page.rows.setBlocks({image, video, audio});
         page.rows.setBlocks({video, audio});
-        QCOMPARE(told.words, (QStringList{"insert 1-1", "remove 0-0"}));
-        QCOMPARE(page.shown(), (QStringList{"3.png 4.png", "5.png 6.png"}));
+        QCOMPARE(told.words, (strings({"insert 1-1", "remove 0-0"})));
+        QCOMPARE(page.shown(), (strings({"3.png 4.png", "5.png 6.png"})));
         page.rows.setBlocks({});
         QCOMPARE(page.rows.rowCount(), 0);
     }
@@ -202,8 +204,8 @@ private Q_SLOTS:
         const Told told(page.rows);
         page.rows.setWidth(2 * 200 + PageRows::spacing + 2 * PageRows::margin);
         QCOMPARE(page.rows.columns(), 2);
-        QCOMPARE(told.words, (QStringList{"insert 2-2", "change 0-1"}));
-        QCOMPARE(page.shown(), (QStringList{"1.png 2.png", "3.png 4.png", "5.png 6.png"}));
+        QCOMPARE(told.words, (strings({"insert 2-2", "change 0-1"})));
+        QCOMPARE(page.shown(), (strings({"1.png 2.png", "3.png 4.png", "5.png 6.png"})));
     }
 
     void aWidthThatHoldsAsManyColumnsMovesNothing() {
@@ -219,20 +221,20 @@ private Q_SLOTS:
 
     void selectionTellsTheRowsItTouches() {
         Page page;
-        page.rows.setBlocks({{.section = "starred", .assets = files(2, 2), .onShelf = true},
-                             {.section = "image", .entries = entries(1, 9)}});
+        page.rows.setBlocks({{.section = u"starred"_qs, .assets = files(2, 2), .onShelf = true},
+                             {.section = u"image"_qs, .entries = entries(1, 9)}});
         const Told told(page.rows);
         page.rows.setSelection({file("2.png").url});
         page.rows.setSelection({file("9.png").url});
-        QCOMPARE(told.words, (QStringList{"change 0-0", "change 1-1", "change 0-0", "change 1-1", "change 3-3"}));
+        QCOMPARE(told.words, (strings({"change 0-0", "change 1-1", "change 0-0", "change 1-1", "change 3-3"})));
         QVERIFY(page.row(3).cells[2].selected);
         QVERIFY(!page.row(0).cells[0].selected);
     }
 
     void aTileIsFoundByItsPath() {
         Page page;
-        page.rows.setBlocks({{.section = "starred", .assets = files(2, 2), .onShelf = true},
-                             {.section = "image", .entries = entries(1, 9)}});
+        page.rows.setBlocks({{.section = u"starred"_qs, .assets = files(2, 2), .onShelf = true},
+                             {.section = u"image"_qs, .entries = entries(1, 9)}});
         QCOMPARE(page.rows.rowOf(file("2.png").url), 0);
         QCOMPARE(page.rows.rowOf(file("4.png").url), 2);
         QCOMPARE(page.rows.rowOf(file("x.png").url), -1);
@@ -243,7 +245,7 @@ private Q_SLOTS:
         page.rows.setBlocks({{.folders = {Location(QByteArray("/p/a"))}, .assets = files(1, 9)}});
         const Told told(page.rows);
         page.rows.refreshFolders();
-        QCOMPARE(told.words, QStringList{"change 0-0"});
+        QCOMPARE(told.words, strings({"change 0-0"}));
     }
 };
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browsing/browser/RecentSections.h"
+#include "support/Strings.h"
 
 #include <QTest>
 
@@ -48,14 +49,14 @@ private Q_SLOTS:
         QCOMPARE(sections.size(), 1);
         QCOMPARE(sections[0].kind, AssetKind::image);
         QCOMPARE(sections[0].total, 12);
-        QCOMPARE(names(sections[0]), (QStringList{"12.png", "11.png", "10.png", "9.png", "[8.png +8]"}));
+        QCOMPARE(names(sections[0]), (strings({"12.png", "11.png", "10.png", "9.png", "[8.png +8]"})));
         const auto stack = std::get<RecentStack>(sections[0].entries.last());
         QCOMPARE(stack.folder, Location(QByteArray("/p/a")));
         QCOMPARE(stack.cover, file("/p/a/8.png", 1008));
     }
 
     void fourFilesOfAFolderStandAlone() {
-        QCOMPARE(names(recentSections(frames("/p/a", 1, 4))[0]), (QStringList{"4.png", "3.png", "2.png", "1.png"}));
+        QCOMPARE(names(recentSections(frames("/p/a", 1, 4))[0]), (strings({"4.png", "3.png", "2.png", "1.png"})));
     }
 
     void aFifthFileIsAStackOfOne() {
@@ -69,9 +70,8 @@ private Q_SLOTS:
             assets.append(file(qPrintable(QStringLiteral("/p/a/a%1.png").arg(n)), 2 * n));
             assets.append(file(qPrintable(QStringLiteral("/p/b/b%1.png").arg(n)), 2 * n + 1));
         }
-        QCOMPARE(names(recentSections(assets)[0]),
-                 (QStringList{"b6.png", "a6.png", "b5.png", "a5.png", "b4.png", "a4.png", "b3.png", "a3.png",
-                              "[b2.png +2]", "[a2.png +2]"}));
+        QCOMPARE(names(recentSections(assets)[0]), (strings({"b6.png", "a6.png", "b5.png", "a5.png", "b4.png", "a4.png",
+                                                             "b3.png", "a3.png", "[b2.png +2]", "[a2.png +2]"})));
     }
 
     void aStackStandsWhereItsFifthFileFell() {
@@ -79,7 +79,7 @@ private Q_SLOTS:
         assets.append(file("/p/b/between.png", 1002.5));
         assets.append(file("/p/b/after.png", 1001.5));
         QCOMPARE(names(recentSections(assets)[0]),
-                 (QStringList{"6.png", "5.png", "4.png", "3.png", "between.png", "[2.png +2]", "after.png"}));
+                 (strings({"6.png", "5.png", "4.png", "3.png", "between.png", "[2.png +2]", "after.png"})));
     }
 
     void aFolderWithTwoKindsHasAStackInEach() {
@@ -99,14 +99,14 @@ private Q_SLOTS:
 
     void equalDatesKeepTheOrderInWhichTheyCame() {
         const Assets assets{file("/p/b/1.png", 7), file("/p/a/2.png", 7), file("/p/b/3.png", 7), file("/p/c/4.png", 7)};
-        QCOMPARE(names(recentSections(assets)[0]), (QStringList{"1.png", "2.png", "3.png", "4.png"}));
+        QCOMPARE(names(recentSections(assets)[0]), (strings({"1.png", "2.png", "3.png", "4.png"})));
     }
 
     void ofEqualDatesInOneFolderTheFirstFourStandAlone() {
         Assets assets;
         for (int n = 1; n <= 7; ++n)
             assets.append(file(qPrintable(QStringLiteral("/p/a/%1.png").arg(n)), 7));
-        QCOMPARE(names(recentSections(assets)[0]), (QStringList{"1.png", "2.png", "3.png", "4.png", "[5.png +3]"}));
+        QCOMPARE(names(recentSections(assets)[0]), (strings({"1.png", "2.png", "3.png", "4.png", "[5.png +3]"})));
     }
 
     void nestedFoldersAreFoldersOfTheirOwn() {

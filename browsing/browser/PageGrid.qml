@@ -1,0 +1,119 @@
+// The tiles of a page: one list of rows for all pages. It has the keyboard when the browser says so, and scrolls where
+// the browser asks.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import Lumbra.Look
+
+FocusScope {
+    id: grid
+
+    required property Browser browser
+
+    readonly property TileMetrics metrics: TileMetrics { size: grid.browser.settings.zoom }
+
+    // Scrolls until the row is in view; `mode` as positionViewAtIndex takes it.
+    function scrollTo(row: int, mode: int) {
+        if (row < 0)
+            return
+        motion.stop()
+        const from = list.contentY
+        list.positionViewAtIndex(row, mode)
+        // A pinned head covers the row that came to the top.
+        const item = list.itemAtIndex(row)
+        if (item && mode === ListView.Contain && list.currentSection !== "")
+            list.contentY = Math.min(list.contentY, Math.max(list.originY, item.y - list.headHeight))
+        const to = list.contentY
+        if (to === from)
+            return
+        list.contentY = from
+        motion.from = from
+        motion.to = to
+        motion.start()
+    }
+
+    Accessible.role: Accessible.List
+    Accessible.name: browser.title
+
+    onActiveFocusChanged: browser.gridFocused = activeFocus
+    Keys.onPressed: event => event.accepted = browser.press(event.key, event.modifiers, event.isAutoRepeat)
+
+    Binding {
+        target: grid.browser.rows
+        property: "width"
+        value: grid.width
+        when: grid.width > 0
+    }
+    Connections {
+        target: grid.browser
+        function onGridFocusedChanged() {
+            if (grid.browser.gridFocused)
+                grid.forceActiveFocus(Qt.OtherFocusReason)
+        }
+        function onPageTurned() {
+            motion.stop()
+            list.positionViewAtBeginning()
+        }
+        function onScrollRequested(row: int, centred: bool) {
+            grid.scrollTo(row, centred ? ListView.Center : ListView.Contain)
+        }
+    }
+    NumberAnimation {
+        id: motion
+        target: list
+        property: "contentY"
+        duration: Theme.scroll
+        easing.type: Theme.easeOut
+    }
+
+    ListView {
+        id: list
+
+        readonly property real headHeight: Theme.controlHeight + 2 * Theme.gap
+
+        anchors.fill: parent
+        focus: true
+        model: grid.browser.rows
+        reuseItems: true
+        keyNavigationEnabled: false
+        boundsBehavior: Flickable.StopAtBounds
+        // A screenful beyond either edge is made ahead, so that scrolling meets finished tiles.
+        cacheBuffer: height
+
+        section.property: "section"
+        section.labelPositioning: ViewSection.InlineLabels | ViewSection.CurrentLabelAtStart
+        section.delegate: SectionHead {
+            required property string section
+            width: list.width
+            header: grid.browser.headers[section]
+            onActivated: grid.browser.showStarred()
+        }
+
+        header: Item { height: list.count > 0 && list.model.columns > 0 && !sectioned ? Theme.pageMargin - Theme.tileMargin : 0
+            readonly property bool sectioned: grid.browser.page === "recent" }
+
+        delegate: PageRowView {
+            width: list.width
+            browser: grid.browser
+            metrics: grid.metrics
+            onMenuWanted: (cell, tile, x, y) => menu.openFor(cell, tile, x, y)
+        }
+
+        ScrollBar.vertical: ScrollBar {}
+
+        PressArea {
+            parent: list.contentItem
+            anchors.fill: undefined
+            z: -1
+            y: list.contentY
+            width: list.width
+            height: list.height
+            onClicked: grid.browser.clickBackground()
+        }
+    }
+
+    TileMenu {
+        id: menu
+        browser: grid.browser
+    }
+}

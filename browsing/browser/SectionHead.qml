@@ -1,0 +1,52 @@
+// What stands above a block of the feed, and stays at the top while the block scrolls below it.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import Lumbra.Look
+
+Rectangle {
+    id: head
+
+    required property var header // a SectionHeader, or undefined while its section goes
+
+    signal activated()
+
+    readonly property int space: Theme.gap
+
+    implicitHeight: Theme.controlHeight + 2 * space
+    color: Theme.window
+
+    Accessible.role: Accessible.Heading
+    Accessible.name: header ? header.title + ", " + header.detail : ""
+
+    Row {
+        x: Theme.pageMargin + Theme.tileMargin
+        height: parent.height
+        spacing: Theme.gap
+
+        Symbol {
+            anchors.verticalCenter: parent.verticalCenter
+            name: head.header?.symbol ?? ""
+            size: Theme.sizeSymbol
+            color: head.header?.button ? Theme.amber : Theme.textSoft
+        }
+        Label {
+            anchors.verticalCenter: parent.verticalCenter
+            style: Label.Section
+            text: head.header?.title ?? ""
+        }
+        Label {
+            anchors.verticalCenter: parent.verticalCenter
+            style: Label.Fact
+            tabular: true
+            text: head.header?.detail ?? ""
+        }
+    }
+    Button {
+        anchors { right: parent.right; rightMargin: Theme.pageMargin; verticalCenter: parent.verticalCenter }
+        visible: text !== ""
+        kind: Button.Plain
+        text: head.header?.button ?? ""
+        onClicked: head.activated()
+    }
+}

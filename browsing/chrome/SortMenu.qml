@@ -1,0 +1,17 @@
+// In which order a folder page shows its files.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import Lumbra.Look
+
+ChoiceButton {
+    id: button
+
+    required property BrowserSettings settings
+
+    text: qsTr("Sort")
+    symbol: "arrow.up.arrow.down"
+    choices: Chips.sortOrders
+    value: settings.sort
+    onChosen: value => settings.sort = value
+}

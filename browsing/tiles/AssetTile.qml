@@ -1,0 +1,89 @@
+// A file as a tile: its picture whole in a well over its own backdrop, its name, and the project on pages across
+// projects. Selected, it has a ring in the tile's margin.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import Lumbra.Look
+import Lumbra.Media
+
+Item {
+    id: tile
+
+    required property var cell // a PageCell
+    required property TileMetrics metrics
+
+    readonly property bool hovering: hover.hovered
+
+    signal clicked(modifiers: int)
+    signal opened()
+
+    implicitWidth: metrics.width
+    implicitHeight: metrics.height(cell.caption !== "")
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: cell.name
+    Accessible.description: cell.caption
+    Accessible.selectable: true
+    Accessible.selected: cell.selected
+    Accessible.onPressAction: clicked(Qt.NoModifier)
+
+    HoverHandler { id: hover }
+
+    Rectangle {
+        id: well
+        x: Theme.tileMargin
+        y: Theme.tileMargin
+        width: tile.metrics.wellWidth
+        height: tile.metrics.wellHeight
+        radius: Theme.radiusPicture
+        color: Theme.well
+
+        ThumbnailView {
+            anchors.fill: parent
+            asset: tile.cell.asset
+            size: tile.metrics.wellWidth
+            backdrop: true
+            cornerRadius: Theme.radiusPicture
+        }
+
+        // The pointer brightens the picture and moves nothing.
+        Rectangle {
+            anchors.fill: parent
+            radius: parent.radius
+            color: Theme.hover
+            opacity: tile.hovering ? 1 : 0
+            Behavior on opacity { EaseNumber {} }
+        }
+
+        Symbol {
+            anchors { top: parent.top; right: parent.right; margins: Theme.gap }
+            visible: tile.cell.starred
+            name: "star.fill"
+            size: Theme.sizeSymbol
+            color: Theme.amber
+        }
+    }
+
+    Rectangle {
+        anchors.fill: well
+        anchors.margins: -Theme.ringGap - Theme.ring
+        visible: tile.cell.selected
+        radius: well.radius + Theme.ringGap + Theme.ring
+        color: Theme.clear
+        border { width: Theme.ring; color: Theme.amber }
+    }
+
+    TileText {
+        x: Theme.tileMargin
+        y: tile.metrics.nameTop
+        width: tile.metrics.wellWidth
+        name: tile.cell.name
+        caption: tile.cell.caption
+    }
+
+    PressArea {
+        onClicked: mouse => tile.clicked(mouse.modifiers)
+        onDoubleClicked: tile.opened()
+    }
+    Hint { text: tile.cell.name; control: tile }
+}

@@ -1,0 +1,18 @@
+// What stands in the context menus of tiles, in which order, and what each item does.
+//
+// A menu is made anew each time it opens, from what the library holds then. Main thread.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "../MenuEntry.h"
+#include "library/Library.h"
+
+namespace lumbra::TileMenus {
+
+// For the file's tile. `targets` are what the actions apply to: the file alone, or all that is selected with it.
+QList<MenuEntry> asset(Library* library, const Location& url, const QList<Location>& targets);
+
+QList<MenuEntry> folder(Library* library, const Location& url);
+
+} // namespace lumbra::TileMenus

@@ -1,0 +1,501 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "browsing/browser/Browser.h"
+#include "core/Stars.h"
+#include "support/Strings.h"
+#include "support/TestHome.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+#include <atomic>
+
+using namespace lumbra;
+
+namespace {
+
+constexpr double day = 86400;
+
+// A library in a home of its own, and the browser over it.
+struct Window {
+    TestHome home;
+    std::unique_ptr<Preferences> preferences;
+    std::unique_ptr<Library> library;
+    std::unique_ptr<Browser> browser;
+
+    Location root() const { return home.path().child("Library"); }
+
+    Location file(std::string_view relative, double age = 60) const {
+        const Location made = home.file("Library/" + std::string(relative));
+        TestHome::touch(made, Date::now().seconds - age);
+        return made;
+    }
+
+    void open(const Place& place = Place::recent()) {
+        home.folder("Library");
+        library = std::make_unique<Library>(root(), true);
+        library->setPlace(place);
+        preferences = std::make_unique<Preferences>(home.path().child("settings.ini"));
+        browser = std::make_unique<Browser>(library.get(), nullptr, *preferences);
+        browser->appear();
+    }
+
+    Location folder(std::string_view relative) const { return root().child(relative); }
+};
+
+void star(const Location& file, double when) {
+    ExtendedAttributes::write(file, Stars::attribute, QByteArray::number(when));
+}
+
+QStringList names(const Assets& assets) {
+    QStringList names;
+    for (const Asset& asset : assets)
+        names << asset.url.name();
+    names.sort();
+    return names;
+}
+
+qsizetype totalOf(const Browser& browser) {
+    qsizetype total = 0;
+    for (const RecentSection& section : browser.sections())
+        total += section.total;
+    return total;
+}
+
+PageCell cellOf(const Location& url, bool onShelf = false) {
+    PageCell cell;
+    cell.kind = PageCell::Kind::asset;
+    cell.url = url;
+    cell.asset.url = url;
+    cell.onShelf = onShelf;
+    return cell;
+}
+
+} // namespace
+
+class TestBrowser : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aFolderPageIsReadFromDisk() {
+        Window window;
+        window.file("p/b.png", 20);
+        window.file("p/a.png", 10);
+        window.file("p/sub/c.png");
+        window.open(Place::folder(window.folder("p")));
+        Browser& browser = *window.browser;
+        QTRY_VERIFY(browser.loaded());
+        QCOMPARE(browser.assets().size(), 2);
+        QCOMPARE(browser.assets().first().url.name(), QStringLiteral("a.png"));
+        QCOMPARE(browser.folders(), QList<Location>{window.folder("p/sub")});
+        QCOMPARE(browser.order().assets(), browser.assets());
+        QCOMPARE(browser.rows()->rowCount() > 0, true);
+        QCOMPARE(browser.title(), QStringLiteral("p"));
+        QCOMPARE(browser.status(), QStringLiteral("2 items, 1 folder · 2 bytes"));
+    }
+
+    void aRecursivePageShowsWhatLiesBelow() {
+        Window window;
+        window.file("p/a.png");
+        window.file("p/sub/b.png");
+        window.file("q/c.png");
+        window.open(Place::folder(window.folder("p")));
+        window.browser->settings()->setRecursive(true);
+        QTRY_COMPARE(names(window.browser->assets()), (strings({"a.png", "b.png"})));
+        QVERIFY(window.browser->folders().isEmpty());
+    }
+
+    void thePageFollowsTheFiles() {
+        Window window;
+        window.file("p/a.png");
+        window.open(Place::folder(window.folder("p")));
+        QTRY_COMPARE(names(window.browser->assets()), strings({"a.png"}));
+        QTRY_VERIFY(!window.library->indexing());
+        window.file("p/b.png");
+        QTRY_COMPARE(names(window.browser->assets()), (strings({"a.png", "b.png"})));
+    }
+
+    void theFeedHoldsWhatIsNewOutsideHiddenProjects() {
+        Window window;
+        window.file("p/new.png");
+        window.file("p/old.png", 8 * day);
+        window.file("secret/a.png");
+        window.file("secret/b.mp4");
+        window.open();
+        QTRY_COMPARE(totalOf(*window.browser), 3);
+        const auto hidden = window.library->projectContaining(window.folder("secret"));
+        QVERIFY(hidden);
+        window.library->hide(*hidden);
+        QTRY_COMPARE(totalOf(*window.browser), 1);
+        QCOMPARE(window.browser->kindCounts()[AssetKind::image], 1);
+        QCOMPARE(window.browser->kindCounts()[AssetKind::video], 0);
+        window.browser->settings()->setRecentDays(30);
+        QTRY_COMPARE(totalOf(*window.browser), 2);
+    }
+
+    void anOldStarredFileIsOnTheShelfAndNotInTheFeed() {
+        Window window;
+        const Location file = window.file("p/a.png", 100 * day);
+        star(file, 1000);
+        window.open();
+        QTRY_COMPARE(names(window.browser->shelf()), strings({"a.png"}));
+        QVERIFY(window.browser->sections().isEmpty());
+        QCOMPARE(window.browser->order().size(), 1);
+    }
+
+    void sixStarsFillTheShelfAndASeventhOnlyCounts() {
+        Window window;
+        for (int n = 1; n <= 7; ++n)
+            star(window.file("p/" + std::to_string(n) + ".png", 100 * day), 1000.0 - n);
+        window.open();
+        QTRY_COMPARE(names(window.browser->shelf()), (strings({"1.png", "2.png", "3.png", "4.png", "5.png", "6.png"})));
+        QTRY_COMPARE(window.browser->headers().value(QStringLiteral("starred")).value<SectionHeader>().detail,
+                     QStringLiteral("7 kept"));
+    }
+
+    void theStarredPageKeepsTheOrderOfStarring() {
+        Window window;
+        star(window.file("p/first.png", 10), 1);
+        star(window.file("p/last.png", 99), 2);
+        window.open(Place::starred());
+        window.browser->settings()->setSort(SortOrder::newest);
+        QTRY_COMPARE(window.browser->assets().size(), 2);
+        QCOMPARE(window.browser->assets().first().url.name(), QStringLiteral("last.png"));
+        QCOMPARE(window.browser->subtitle(), QStringLiteral("2 kept"));
+    }
+
+    void aSectionRevealsMoreByFortyEightAndForgetsItOnAnotherPlace() {
+        Window window;
+        // Four of each folder stand alone, so seven folders give 28 entries.
+        for (int folder = 0; folder < 7; ++folder)
+            for (int n = 0; n < 4; ++n)
+                window.file("p/" + std::to_string(folder) + "/" + std::to_string(n) + ".png");
+        window.open();
+        Browser& browser = *window.browser;
+        QTRY_COMPARE(totalOf(browser), 28);
+        QCOMPARE(browser.visibleEntries(browser.sections().first()).size(), 24);
+        QCOMPARE(browser.order().size(), 24);
+        browser.showMore(QStringLiteral("image"));
+        QCOMPARE(browser.sectionLimit(AssetKind::image), 72);
+        QCOMPARE(browser.order().size(), 28);
+        browser.setSearch(QStringLiteral("png"));
+        browser.settings()->setKindRaw(QStringLiteral("image"));
+        QTRY_VERIFY(browser.loaded());
+        QCOMPARE(browser.sectionLimit(AssetKind::image), 72);
+        window.library->setPlace(Place::starred());
+        QCOMPARE(browser.sectionLimit(AssetKind::image), 24);
+    }
+
+    void theButtonShowsFromTheTwentyFifthEntryOn() {
+        Window window;
+        for (int folder = 0; folder < 6; ++folder)
+            for (int n = 0; n < 4; ++n)
+                window.file("p/" + std::to_string(folder) + "/" + std::to_string(n) + ".png");
+        window.open();
+        PageRows& rows = *window.browser->rows();
+        const auto button = [&] {
+            return rows.data(rows.index(rows.rowCount() - 1), PageRows::rowRole).value<PageRow>().more;
+        };
+        QTRY_COMPARE(totalOf(*window.browser), 24);
+        QVERIFY(button().isEmpty());
+        window.file("p/6/x.png");
+        QTRY_COMPARE(totalOf(*window.browser), 25);
+        QCOMPARE(button(), QStringLiteral("Show More Images"));
+    }
+
+    void anUnknownKindIsNoFilter() {
+        Window window;
+        window.folder("p");
+        window.home.folder("Library/p");
+        window.open(Place::folder(window.folder("p")));
+        window.browser->settings()->setKindRaw(QStringLiteral("sculpture"));
+        QTRY_VERIFY(window.browser->loaded());
+        QCOMPARE(window.browser->emptyState().title, QStringLiteral("Nothing here yet"));
+    }
+
+    void showEverythingTakesTheFiltersAway() {
+        Window window;
+        window.file("p/a.png");
+        window.open(Place::folder(window.folder("p")));
+        window.browser->settings()->setKindRaw(QStringLiteral("video"));
+        window.browser->setSearch(QStringLiteral("zz"));
+        QTRY_COMPARE(window.browser->emptyState().title, QStringLiteral("No matches"));
+        window.browser->showEverything();
+        QTRY_COMPARE(names(window.browser->assets()), strings({"a.png"}));
+        QCOMPARE(window.browser->settings()->kindRaw(), QStringLiteral("all"));
+    }
+
+    void contentIsSearchedBelowTheFolderAndOffTheMainThread() {
+        Window window;
+        const Location found = window.file("p/a.png");
+        window.file("p/b.png");
+        window.open(Place::folder(window.folder("p")));
+        std::atomic<bool> onMainThread = true;
+        QString asked;
+        window.browser->setContentSearch([&, main = QThread::currentThread()](
+                                             const QString& query, const std::optional<QString>& prefix, int limit) {
+            onMainThread = QThread::currentThread() == main;
+            asked = QStringLiteral("%1 below %2, %3").arg(query, prefix.value_or(QString())).arg(limit);
+            return QStringList{found.toString()};
+        });
+        window.browser->setSearch(QStringLiteral("Sunset"));
+        QTRY_COMPARE(names(window.browser->assets()), strings({"a.png"}));
+        QVERIFY(!onMainThread);
+        QCOMPARE(asked, QStringLiteral("sunset below %1/, 2000").arg(window.folder("p").toString()));
+    }
+
+    void contentIsSearchedEverywhereOnOtherPages() {
+        Window window;
+        window.file("p/a.png");
+        window.open();
+        QTRY_COMPARE(totalOf(*window.browser), 1);
+        std::atomic<bool> everywhere = false;
+        window.browser->setContentSearch([&](const QString&, const std::optional<QString>& prefix, int) {
+            everywhere = !prefix.has_value();
+            return QStringList();
+        });
+        window.browser->setSearch(QStringLiteral("zz"));
+        QTRY_COMPARE(totalOf(*window.browser), 0);
+        QVERIFY(everywhere);
+    }
+
+    void groupAndTidyPagesLeaveEveryListAlone_data() {
+        QTest::addColumn<Place>("place");
+        QTest::newRow("group") << Place::group(QUuid::createUuid());
+        QTest::newRow("tidy") << Place::tidy();
+    }
+    void groupAndTidyPagesLeaveEveryListAlone() {
+        QFETCH(Place, place);
+        Window window;
+        window.file("p/a.png");
+        window.open(Place::folder(window.folder("p")));
+        QTRY_COMPARE(window.browser->assets().size(), 1);
+        window.library->setPlace(place);
+        QVERIFY(!window.browser->loaded());
+        QTRY_VERIFY(window.browser->loaded());
+        QCOMPARE(window.browser->assets().size(), 1);
+        QCOMPARE(window.browser->rows()->rowCount(), 0);
+    }
+
+    void aChangeOfPlaceClearsTheSelectionAndKeepsTheLists() {
+        Window window;
+        const Location file = window.file("p/a.png");
+        window.home.folder("Library/q");
+        window.open(Place::folder(window.folder("p")));
+        Browser& browser = *window.browser;
+        QTRY_COMPARE(browser.assets().size(), 1);
+        browser.click(cellOf(file), Qt::NoModifier);
+        QCOMPARE(browser.status(), QStringLiteral("1 selected · 1 byte"));
+        window.library->setPlace(Place::folder(window.folder("q")));
+        QVERIFY(browser.selection().isEmpty());
+        QVERIFY(!browser.anchor());
+        QVERIFY(!browser.loaded());
+        QCOMPARE(browser.assets().size(), 1);
+        QVERIFY(!browser.emptyState().shown);
+        QTRY_VERIFY(browser.loaded());
+        QVERIFY(browser.assets().isEmpty());
+        QCOMPARE(browser.emptyState().title, QStringLiteral("Nothing here yet"));
+    }
+
+    void aPlaceLeftAndComeBackToAtOnceLoads() {
+        Window window;
+        window.file("p/a.png");
+        window.open(Place::folder(window.folder("p")));
+        QTRY_VERIFY(window.browser->loaded());
+        window.library->setPlace(Place::starred());
+        window.library->setPlace(Place::folder(window.folder("p")));
+        QTRY_VERIFY(window.browser->loaded());
+        QCOMPARE(window.browser->assets().size(), 1);
+    }
+
+    void aReloadLeavesTheSelectionAlone() {
+        Window window;
+        const Location file = window.file("p/a.png");
+        window.open(Place::folder(window.folder("p")));
+        Browser& browser = *window.browser;
+        QTRY_COMPARE(browser.assets().size(), 1);
+        QTRY_VERIFY(!window.library->indexing());
+        browser.click(cellOf(file), Qt::NoModifier);
+        window.file("p/b.png");
+        QTRY_COMPARE(browser.assets().size(), 2);
+        QCOMPARE(names(browser.selected()), strings({"a.png"}));
+        QVERIFY(QFile::remove(file.toString()));
+        QTRY_COMPARE(browser.assets().size(), 1);
+        QVERIFY(browser.selected().isEmpty());
+        QCOMPARE(browser.selection().size(), 1);
+    }
+
+    void aPendingRevealSelectsTheFileOnceItsFolderHasLoaded() {
+        Window window;
+        const Location file = window.file("p/sub/a.png");
+        window.file("p/sub/b.png");
+        window.open();
+        Browser& browser = *window.browser;
+        QTRY_VERIFY(browser.loaded());
+        browser.settings()->setKindRaw(QStringLiteral("video"));
+        browser.setSearch(QStringLiteral("zz"));
+        const QSignalSpy scrolled(&browser, &Browser::scrollRequested);
+        window.library->setPendingReveal(file);
+        window.library->setPlace(Place::folder(file.parent()));
+        QCOMPARE(browser.settings()->kindRaw(), QStringLiteral("all"));
+        QVERIFY(browser.search().isEmpty());
+        QTRY_COMPARE(names(browser.selected()), strings({"a.png"}));
+        QVERIFY(!window.library->pendingReveal());
+        QCOMPARE(browser.anchor(), std::optional(file));
+        QCOMPARE(scrolled.size(), 1);
+        QVERIFY(scrolled.first().at(1).toBool());
+    }
+
+    void aRevealInTheFolderOnViewNeedsNoLoad() {
+        Window window;
+        const Location file = window.file("p/a.png");
+        window.open(Place::folder(window.folder("p")));
+        QTRY_VERIFY(window.browser->loaded());
+        QTRY_VERIFY(!window.library->indexing());
+        window.library->reveal(file);
+        QTRY_COMPARE(names(window.browser->selected()), strings({"a.png"}));
+    }
+
+    void aRevealThatFindsNothingStaysPending() {
+        Window window;
+        window.file("p/a.png");
+        const Location missing = window.folder("p/missing.png");
+        window.open();
+        window.library->setPendingReveal(missing);
+        window.library->setPlace(Place::folder(window.folder("p")));
+        QTRY_VERIFY(window.browser->loaded());
+        QVERIFY(window.browser->selection().isEmpty());
+        QCOMPARE(window.library->pendingReveal(), std::optional(missing));
+    }
+
+    void aShiftClickFromASectionOntoTheShelfIsAPlainClick() {
+        Window window;
+        const Location starred = window.file("p/starred.png", 10);
+        const Location other = window.file("p/other.png", 20);
+        star(starred, 1000);
+        window.open();
+        Browser& browser = *window.browser;
+        QTRY_COMPARE(browser.shelf().size(), 1);
+        QTRY_COMPARE(totalOf(browser), 2);
+        browser.click(cellOf(other), Qt::NoModifier);
+        browser.click(cellOf(starred, true), Qt::ShiftModifier);
+        QCOMPARE(browser.selection(), QSet<Location>{starred});
+    }
+
+    void theArrowKeysStepAndScroll() {
+        Window window;
+        window.file("p/a.png", 10);
+        window.file("p/b.png", 20);
+        window.open(Place::folder(window.folder("p")));
+        Browser& browser = *window.browser;
+        QTRY_COMPARE(browser.assets().size(), 2);
+        const QSignalSpy scrolled(&browser, &Browser::scrollRequested);
+        QVERIFY(browser.press(Qt::Key_Down, Qt::NoModifier, false));
+        QCOMPARE(names(browser.selected()), strings({"a.png"}));
+        QVERIFY(browser.press(Qt::Key_Right, Qt::NoModifier, true));
+        QCOMPARE(names(browser.selected()), strings({"b.png"}));
+        QVERIFY(browser.press(Qt::Key_Down, Qt::NoModifier, false));
+        QCOMPARE(names(browser.selected()), strings({"b.png"}));
+        QVERIFY(browser.press(Qt::Key_Up, Qt::NoModifier, false));
+        QVERIFY(browser.press(Qt::Key_Left, Qt::NoModifier, false));
+        QCOMPARE(names(browser.selected()), strings({"a.png"}));
+        QCOMPARE(scrolled.size(), 5);
+        QVERIFY(!scrolled.first().at(1).toBool());
+    }
+
+    void keysWithNothingSelectedPassOn() {
+        Window window;
+        window.file("p/a.png");
+        window.open(Place::folder(window.folder("p")));
+        Browser& browser = *window.browser;
+        QTRY_COMPARE(browser.assets().size(), 1);
+        QVERIFY(!browser.press(Qt::Key_Space, Qt::NoModifier, false));
+        QVERIFY(!browser.press(Qt::Key_Return, Qt::NoModifier, false));
+        QVERIFY(browser.press(Qt::Key_A, Qt::ControlModifier, false));
+        QCOMPARE(browser.selected().size(), 1);
+        QVERIFY(browser.press(Qt::Key_Space, Qt::NoModifier, false));
+        QVERIFY(window.library->playing());
+        QCOMPARE(window.library->playing()->order, browser.assets());
+        QVERIFY(browser.press(Qt::Key_Escape, Qt::NoModifier, false));
+        QVERIFY(browser.selection().isEmpty());
+        QVERIFY(!browser.press(Qt::Key_Escape, Qt::NoModifier, true));
+    }
+
+    void theSelectionKeepsUpWithWhatPlays() {
+        Window window;
+        const Location a = window.file("p/a.png", 10);
+        const Location b = window.file("p/b.png", 20);
+        window.open(Place::folder(window.folder("p")));
+        Browser& browser = *window.browser;
+        QTRY_COMPARE(browser.assets().size(), 2);
+        QTRY_VERIFY(browser.gridFocused());
+        browser.play(browser.assets().first());
+        QCOMPARE(browser.selection(), QSet<Location>{a});
+        browser.setGridFocused(false);
+        window.library->setPlaying(PlayRequest{browser.assets().last(), browser.assets()});
+        QCOMPARE(browser.selection(), QSet<Location>{b});
+        window.library->setPlaying({});
+        QVERIFY(browser.gridFocused());
+    }
+
+    void aClickOnTheBackgroundKeepsTheAnchor() {
+        Window window;
+        const Location file = window.file("p/a.png");
+        window.open(Place::folder(window.folder("p")));
+        QTRY_COMPARE(window.browser->assets().size(), 1);
+        window.browser->click(cellOf(file), Qt::NoModifier);
+        window.browser->clickBackground();
+        QVERIFY(window.browser->selection().isEmpty());
+        QCOMPARE(window.browser->anchor(), std::optional(file));
+    }
+
+    void settingsSurviveTheBrowser() {
+        Window window;
+        window.open();
+        BrowserSettings& settings = *window.browser->settings();
+        QCOMPARE(settings.zoom(), 170.0);
+        QCOMPARE(settings.recentDays(), 7);
+        QVERIFY(settings.showInspector());
+        settings.setZoom(240);
+        settings.setSort(SortOrder::name);
+        settings.setKindRaw(QStringLiteral("video"));
+        settings.setRecursive(true);
+        settings.setRecentDays(14);
+        settings.setShowInspector(false);
+        window.preferences->sync();
+        Preferences read(window.home.path().child("settings.ini"));
+        const BrowserSettings later(read);
+        QCOMPARE(later.zoom(), 240.0);
+        QCOMPARE(later.sort(), SortOrder::name);
+        QCOMPARE(later.kindRaw(), QStringLiteral("video"));
+        QVERIFY(later.recursive());
+        QCOMPARE(later.recentDays(), 14);
+        QVERIFY(!later.showInspector());
+    }
+
+    void theZoomLoadsNothing() {
+        Window window;
+        window.file("p/a.png");
+        window.open(Place::folder(window.folder("p")));
+        QTRY_VERIFY(window.browser->loaded());
+        QTRY_VERIFY(!window.library->indexing());
+        // What the end of the first walk caused has loaded once the derived index is there.
+        QTRY_VERIFY(window.library->statsFor(window.folder("p")).count == 1);
+        int searches = 0;
+        window.browser->setSearch(QStringLiteral("a"));
+        QTRY_COMPARE(names(window.browser->assets()), strings({"a.png"}));
+        window.browser->setContentSearch([&](const QString&, const std::optional<QString>&, int) {
+            ++searches;
+            return QStringList();
+        });
+        window.browser->settings()->setZoom(300);
+        window.browser->settings()->setShowInspector(false);
+        window.browser->settings()->setSort(SortOrder::oldest);
+        QTRY_VERIFY(searches > 0);
+        QTest::qWait(0);
+        QCOMPARE(searches, 1);
+        QCOMPARE(window.browser->rows()->zoom(), 300.0);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestBrowser)
+#include "tst_browser.moc"
