@@ -1,18 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Comfort.h"
 
-#include <QJSEngine>
-
 namespace lumbra {
 
-Comfort& Comfort::shared() {
-    static Comfort comfort;
-    return comfort;
-}
-
-Comfort* Comfort::create(QQmlEngine*, QJSEngine*) {
-    QJSEngine::setObjectOwnership(&shared(), QJSEngine::CppOwnership);
-    return &shared();
+void Comfort::set(bool highContrast, bool reducedMotion) {
+    if (m_highContrast == highContrast && m_reducedMotion == reducedMotion)
+        return;
+    m_highContrast = highContrast;
+    m_reducedMotion = reducedMotion;
+    Q_EMIT changed();
 }
 
 } // namespace lumbra

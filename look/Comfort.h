@@ -1,5 +1,4 @@
-// What the user asked of every program's looks, as the theme reads it: one object for the whole process, set through
-// Look::setAppearance.
+// What the user asked of every program's looks, as the theme of one engine reads it; set through Look::setAppearance.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
@@ -7,32 +6,29 @@
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
-class QJSEngine;
-class QQmlEngine;
-
 namespace lumbra {
 
 class Comfort : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    Q_PROPERTY(bool highContrast MEMBER highContrast NOTIFY changed)
-    Q_PROPERTY(bool reducedMotion MEMBER reducedMotion NOTIFY changed)
+    Q_PROPERTY(bool highContrast READ highContrast NOTIFY changed)
+    Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY changed)
 
 public:
-    static Comfort& shared();
+    explicit Comfort(QObject* parent = nullptr) : QObject(parent) {}
 
-    // Every engine sees the same object.
-    static Comfort* create(QQmlEngine*, QJSEngine*);
+    bool highContrast() const { return m_highContrast; }
+    bool reducedMotion() const { return m_reducedMotion; }
 
-    bool highContrast = false;
-    bool reducedMotion = false;
+    void set(bool highContrast, bool reducedMotion);
 
 Q_SIGNALS:
     void changed();
 
 private:
-    Comfort() = default;
+    bool m_highContrast = false;
+    bool m_reducedMotion = false;
 };
 
 } // namespace lumbra

@@ -23,10 +23,9 @@ void prepareEngine(QQmlEngine& engine) {
     engine.addImportPath(QStringLiteral(":/qml"));
 }
 
-void setAppearance(bool highContrast, bool reducedMotion) {
-    Comfort& comfort = Comfort::shared();
-    comfort.setProperty("highContrast", highContrast);
-    comfort.setProperty("reducedMotion", reducedMotion);
+void setAppearance(QQmlEngine& engine, bool highContrast, bool reducedMotion) {
+    auto* comfort = engine.singletonInstance<Comfort*>(qmlTypeId("Lumbra.Look", 1, 0, "Comfort"));
+    comfort->set(highContrast, reducedMotion);
 }
 
 } // namespace lumbra::Look

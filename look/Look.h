@@ -14,6 +14,6 @@ void prepareApplication();
 void prepareEngine(QQmlEngine& engine);
 
 // Follows the desktop's accessibility settings; may be called again whenever they change.
-void setAppearance(bool highContrast, bool reducedMotion);
+void setAppearance(QQmlEngine& engine, bool highContrast, bool reducedMotion);
 
 } // namespace lumbra::Look

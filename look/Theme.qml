@@ -115,6 +115,10 @@ QtObject {
     readonly property int chipHeight: 26
     readonly property int headerHeight: 44
     readonly property int sheetMargin: 20
+    readonly property int windowWidth: 1440
+    readonly property int windowHeight: 900
+    readonly property int windowLeastWidth: 900
+    readonly property int windowLeastHeight: 540
     readonly property int windowMargin: 12  // what floats keeps this distance from the window's edge
     readonly property real dim: 0.5         // the opacity of what is there but cannot be used
 

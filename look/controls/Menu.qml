@@ -34,7 +34,7 @@ T.Menu {
         interactive: contentHeight > height
         clip: interactive
         currentIndex: menu.currentIndex
-        ScrollBar.vertical: ScrollBar {}
+        T.ScrollBar.vertical: ScrollBar {}
     }
 
     background: Surface { radius: Theme.radiusMenu }

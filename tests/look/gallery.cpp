@@ -19,7 +19,7 @@ int main(int argc, char** argv) {
     const QStringList arguments = app.arguments();
     QQuickView view;
     lumbra::Look::prepareEngine(*view.engine());
-    lumbra::Look::setAppearance(arguments.contains(QStringLiteral("--contrast")), false);
+    lumbra::Look::setAppearance(*view.engine(), arguments.contains(QStringLiteral("--contrast")), false);
     view.rootContext()->setContextProperty(QStringLiteral("symbolNames"), lumbra::Symbols::names());
     view.setInitialProperties({{QStringLiteral("menuShown"), arguments.contains(QStringLiteral("menu"))},
                                {QStringLiteral("alertShown"), arguments.contains(QStringLiteral("alert"))}});

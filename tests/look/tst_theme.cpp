@@ -39,11 +39,9 @@ private Q_SLOTS:
         m_theme = m_window->root()->property("theme").value<QObject*>();
         QVERIFY(m_theme);
     }
-    void cleanup() {
-        m_window.reset();
-        Look::setAppearance(false, false);
-    }
+    void cleanup() { m_window.reset(); }
 
+    void comfortCanBeSetBeforeTheFirstView();
     void theAccentIsAmber();
     void textCanBeRead_data();
     void textCanBeRead();
@@ -69,6 +67,17 @@ QList<double> tst_theme::curve() {
     return numbers;
 }
 
+void tst_theme::comfortCanBeSetBeforeTheFirstView() {
+    QQmlEngine engine;
+    Look::prepareEngine(engine);
+    Look::setAppearance(engine, true, true);
+    QQmlComponent component(&engine);
+    component.setData("import QtQml\nimport Lumbra.Look\nQtObject { property int quick: Theme.quick }", QUrl());
+    const std::unique_ptr<QObject> object(component.create());
+    QVERIFY(object);
+    QCOMPARE(object->property("quick").toInt(), 0);
+}
+
 void tst_theme::theAccentIsAmber() {
     QCOMPARE(color("amber").toRgb(), QColor::fromRgbF(1.0f, 0.624f, 0.263f).toRgb());
 }
@@ -89,26 +98,26 @@ void tst_theme::textCanBeRead() {
 }
 
 void tst_theme::highContrastStrengthensTextAndLines() {
-    Look::setAppearance(true, false);
+    Look::setAppearance(m_window->engine(), true, false);
     QCOMPARE(qRound(color("text").alphaF() * 100), 100);
     QCOMPARE(qRound(color("textSoft").alphaF() * 100), 92);
     QCOMPARE(qRound(color("textFaint").alphaF() * 100), 75);
     QCOMPARE(qRound(color("line").alphaF() * 100), 40);
-    Look::setAppearance(false, false);
+    Look::setAppearance(m_window->engine(), false, false);
     QCOMPARE(qRound(color("line").alphaF() * 100), 8);
 }
 
 void tst_theme::reducedMotionMakesEveryMovementInstant() {
     for (const char* name : {"quick", "room", "glow", "spring", "pulse", "scroll"})
         QVERIFY2(number(name) > 0, name);
-    Look::setAppearance(false, true);
+    Look::setAppearance(m_window->engine(), false, true);
     for (const char* name : {"quick", "room", "glow", "spring", "pulse", "scroll"})
         QCOMPARE(number(name), 0);
 }
 
 void tst_theme::reducedMotionLeavesWaitsAlone() {
     const int before = number("hintDelay");
-    Look::setAppearance(false, true);
+    Look::setAppearance(m_window->engine(), false, true);
     QCOMPARE(number("hintDelay"), before);
 }
 
