@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// bench_landing LIBRARY TIMES: how long after a file is there the running library holds it, each after a quiet time.
+#include "Measure.h"
+#include "library/Library.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QTimer>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+using namespace lumbra;
+
+namespace {
+
+constexpr int quiet = 700; // ms, longer than two batches of a burst are apart
+
+void pause(int milliseconds) {
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+// Runs the event loop until the condition holds, asked whenever the index or the walk's end is told.
+void wait(Library& library, const std::function<bool()>& condition) {
+    QEventLoop loop;
+    const auto look = [&] {
+        if (condition())
+            loop.quit();
+    };
+    QObject::connect(&library, &Library::indexChanged, &loop, look);
+    QObject::connect(&library, &Library::indexingChanged, &loop, look);
+    QTimer::singleShot(60'000, &loop, [] {
+        std::fprintf(stderr, "bench_landing: nothing came in a minute\n");
+        std::exit(1);
+    });
+    if (!condition())
+        loop.exec();
+}
+
+} // namespace
+
+int main(int count, char** arguments) {
+    QCoreApplication application(count, arguments);
+    if (count != 3) {
+        std::fprintf(stderr, "usage: bench_landing LIBRARY TIMES\n");
+        return 2;
+    }
+    const Location root = Location(QByteArray(arguments[1])).canonical();
+    Library library(root, true);
+    wait(library, [&] { return !library.indexing(); });
+    const AssetIndex index = library.index();
+    const Location folder{QByteArray((*index.folders().begin())->path().c_str())};
+
+    // The first files also show that the watches are set.
+    const auto land = [&](const QByteArray& name) {
+        const Location file = folder.child(std::string_view(name.constData(), size_t(name.size())));
+        const auto start = bench::Clock::now();
+        const int made = ::open(file.path().constData(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644);
+        if (made < 0 || ::write(made, "x", 1) != 1) {
+            std::perror("bench_landing");
+            std::exit(1);
+        }
+        ::close(made);
+        wait(library, [&] { return library.index().contains(file); });
+        const double taken = bench::millisecondsSince(start);
+        pause(quiet);
+        ::unlink(file.path().constData());
+        wait(library, [&] { return !library.index().contains(file); });
+        pause(quiet);
+        return taken;
+    };
+    land("landing-first.png");
+    std::vector<double> taken;
+    for (int i = 0; i < std::atoi(arguments[2]); ++i)
+        taken.push_back(land("landing-" + QByteArray::number(i) + ".png"));
+    bench::report("landing", bench::median(taken));
+    bench::report("landing_worst", *std::ranges::max_element(taken));
+}
