@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "RoundedPicture.h"
+
+#include <QSGMaterialShader>
+
+#include <compare>
+#include <cstring>
+
+namespace lumbra {
+
+namespace {
+
+// As the shaders' uniform block lays them out.
+constexpr int matrixOffset = 0;
+constexpr int opacityOffset = 64;
+constexpr int radiusOffset = 68;
+constexpr int frameOffset = 72;
+
+class RoundedShader : public QSGMaterialShader {
+public:
+    RoundedShader() {
+        setShaderFileName(VertexStage, QStringLiteral(":/media/shaders/rounded.vert.qsb"));
+        setShaderFileName(FragmentStage, QStringLiteral(":/media/shaders/rounded.frag.qsb"));
+    }
+
+    bool updateUniformData(RenderState& state, QSGMaterial* newMaterial, QSGMaterial* oldMaterial) override {
+        char* const block = state.uniformData()->data();
+        const auto put = [block](int offset, const auto& value) { std::memcpy(block + offset, &value, sizeof value); };
+        if (state.isMatrixDirty())
+            std::memcpy(block + matrixOffset, state.combinedMatrix().constData(), 64);
+        if (state.isOpacityDirty())
+            put(opacityOffset, state.opacity());
+        if (newMaterial != oldMaterial) {
+            const auto* const material = static_cast<const RoundedMaterial*>(newMaterial);
+            put(radiusOffset, float(material->radius));
+            put(frameOffset, float(material->frame.width()));
+            put(frameOffset + int(sizeof(float)), float(material->frame.height()));
+        }
+        return true;
+    }
+
+    void updateSampledImage(RenderState& state, int, QSGTexture** texture, QSGMaterial* newMaterial,
+                            QSGMaterial*) override {
+        auto* const material = static_cast<RoundedMaterial*>(newMaterial);
+        material->texture->commitTextureOperations(state.rhi(), state.resourceUpdateBatch());
+        *texture = material->texture.get();
+    }
+};
+
+int sign(std::partial_ordering order) {
+    return order < 0 ? -1 : order > 0 ? 1 : 0;
+}
+
+} // namespace
+
+QSGMaterialType* RoundedMaterial::type() const {
+    static QSGMaterialType one;
+    return &one;
+}
+
+QSGMaterialShader* RoundedMaterial::createShader(QSGRendererInterface::RenderMode) const {
+    return new RoundedShader;
+}
+
+int RoundedMaterial::compare(const QSGMaterial* other) const {
+    const auto* const that = static_cast<const RoundedMaterial*>(other);
+    if (const auto order = texture->comparisonKey() <=> that->texture->comparisonKey(); order != 0)
+        return sign(order);
+    if (const auto order = radius <=> that->radius; order != 0)
+        return sign(order);
+    if (const auto order = frame.width() <=> that->frame.width(); order != 0)
+        return sign(order);
+    return sign(frame.height() <=> that->frame.height());
+}
+
+RoundedPicture::RoundedPicture() : m_geometry(QSGGeometry::defaultAttributes_TexturedPoint2D(), 4) {
+    setGeometry(&m_geometry);
+    setMaterial(&m_material);
+}
+
+void RoundedPicture::setTexture(std::unique_ptr<QSGTexture> texture) {
+    texture->setFiltering(QSGTexture::Linear);
+    texture->setHorizontalWrapMode(QSGTexture::ClampToEdge);
+    texture->setVerticalWrapMode(QSGTexture::ClampToEdge);
+    m_material.texture = std::move(texture);
+    markDirty(DirtyMaterial);
+}
+
+void RoundedPicture::setPlace(const QRectF& picture, const QSizeF& frame, double radius) {
+    QSGGeometry::updateTexturedRectGeometry(&m_geometry, picture, QRectF(0, 0, 1, 1));
+    m_material.frame = frame;
+    m_material.radius = radius;
+    markDirty(DirtyGeometry | DirtyMaterial);
+}
+
+} // namespace lumbra

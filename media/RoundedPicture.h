@@ -1,0 +1,44 @@
+// Draws a picture into a frame with rounded corners, antialiased on the graphics processor.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QSGGeometryNode>
+#include <QSGMaterial>
+#include <QSGTexture>
+
+#include <memory>
+
+namespace lumbra {
+
+class RoundedMaterial : public QSGMaterial {
+public:
+    // A batch would move the points into the window's coordinates, and the corners are told in the item's. No two
+    // pictures share a texture, so there is nothing to batch.
+    RoundedMaterial() { setFlag(Blending | NoBatching); }
+
+    QSGMaterialType* type() const override;
+    QSGMaterialShader* createShader(QSGRendererInterface::RenderMode mode) const override;
+    int compare(const QSGMaterial* other) const override;
+
+    std::unique_ptr<QSGTexture> texture;
+    QSizeF frame; // the item's, which the corners belong to
+    double radius = 0;
+};
+
+// One picture. Lives in the scene graph: touch it only while the item's node is updated.
+class RoundedPicture : public QSGGeometryNode {
+public:
+    RoundedPicture();
+
+    void setTexture(std::unique_ptr<QSGTexture> texture);
+
+    // Where the picture stands in its frame, both in the item's coordinates.
+    void setPlace(const QRectF& picture, const QSizeF& frame, double radius);
+
+private:
+    QSGGeometry m_geometry;
+    RoundedMaterial m_material;
+};
+
+} // namespace lumbra

@@ -1,0 +1,30 @@
+// How every tile, row and card shows a file: its picture, or the symbol of its kind while there is none.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import Lumbra.Look
+import Lumbra.Media
+
+Item {
+    id: view
+
+    property alias asset: picture.asset
+    property alias size: picture.size
+    property alias backdrop: picture.backdrop
+    property alias cornerRadius: picture.cornerRadius
+    readonly property alias hasImage: picture.hasImage
+    readonly property alias failed: picture.failed
+    readonly property bool settled: hasImage || failed
+
+    Symbol {
+        anchors.centerIn: parent
+        visible: !view.hasImage
+        name: picture.kindSymbol
+        size: Math.round(0.22 * Math.min(view.size, view.width))
+        color: Theme.textFaint
+    }
+    ThumbnailPicture {
+        id: picture
+        anchors.fill: parent
+    }
+}

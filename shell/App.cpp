@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "App.h"
+
+#include "StateDump.h"
+
+#include "core/Config.h"
+#include "look/Look.h"
+
+#include <QQmlContext>
+#include <QQuickWindow>
+
+namespace lumbra {
+
+App::App(const QElapsedTimer& started, QObject* parent) : QObject(parent), m_started(started) {
+    connect(&m_appearance, &Appearance::changed, this, &App::applyAppearance);
+}
+
+App::~App() = default;
+
+Library& App::library() {
+    if (!m_library)
+        m_library = std::make_unique<Library>(LumbraConfig::library().canonical(), LumbraConfig::isConfigured());
+    return *m_library;
+}
+
+bool App::show() {
+    m_browser = std::make_unique<Browser>(&library());
+    m_sidebar = std::make_unique<Sidebar>(&library());
+    m_frame = std::make_unique<Frame>(&library());
+    m_onboarding = std::make_unique<Onboarding>(&library());
+    m_sidebar->setNamePrompt([this](const NamePrompt& prompt) { m_frame->ask(prompt); });
+
+    m_engine = std::make_unique<QQmlApplicationEngine>();
+    Look::prepareEngine(*m_engine);
+    m_engine->setInitialProperties({{QStringLiteral("library"), QVariant::fromValue(m_library.get())},
+                                    {QStringLiteral("browser"), QVariant::fromValue(m_browser.get())},
+                                    {QStringLiteral("sidebar"), QVariant::fromValue(m_sidebar.get())},
+                                    {QStringLiteral("frame"), QVariant::fromValue(m_frame.get())},
+                                    {QStringLiteral("onboarding"), QVariant::fromValue(m_onboarding.get())}});
+    m_engine->load(QUrl(QStringLiteral("qrc:/qml/Lumbra/Shell/MainWindow.qml")));
+    if (m_engine->rootObjects().isEmpty())
+        return false;
+    applyAppearance(); // its module is known to the engine only now
+    auto* const window = qobject_cast<QQuickWindow*>(m_engine->rootObjects().first());
+    if (const QString socket = qEnvironmentVariable(StateDump::variable); !socket.isEmpty()) {
+        m_stateDump = std::make_unique<StateDump>(library(), *m_browser, *window, m_started);
+        m_stateDump->listen(socket);
+    }
+    // Shown here and not by the view, so that nothing misses the first frame.
+    window->show();
+    return true;
+}
+
+void App::open(const QList<QUrl>& urls) {
+    if (urls.isEmpty())
+        return;
+    if (urls.first().isLocalFile())
+        library().reveal(Location(urls.first().toLocalFile()));
+    if (m_engine)
+        qobject_cast<QQuickWindow*>(m_engine->rootObjects().first())->requestActivate();
+}
+
+void App::applyAppearance() {
+    if (m_engine)
+        Look::setAppearance(*m_engine, m_appearance.highContrast(), m_appearance.reducedMotion());
+}
+
+} // namespace lumbra

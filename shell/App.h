@@ -1,0 +1,56 @@
+// The application: it makes the one Library and the controllers over it, shows the one window, and routes what is opened
+// from outside into the library. It holds no logic of the library.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "Frame.h"
+#include "Onboarding.h"
+#include "StateDump.h"
+
+#include "browsing/browser/Browser.h"
+#include "browsing/sidebar/Sidebar.h"
+#include "library/Library.h"
+#include "platform/Appearance.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QQmlApplicationEngine>
+#include <QUrl>
+
+#include <memory>
+
+namespace lumbra {
+
+class App : public QObject {
+    Q_OBJECT
+
+public:
+    // `started` runs since the process began, for the timing of the first frame. The application object must exist.
+    explicit App(const QElapsedTimer& started, QObject* parent = nullptr);
+    ~App() override;
+
+    // Made at the first call, so that a location that is opened before the window exists finds it.
+    Library& library();
+
+    // Shows the window; false when its views can't be loaded.
+    bool show();
+
+    // What was opened from outside: only the first location counts. A folder or file is revealed.
+    void open(const QList<QUrl>& urls);
+
+private:
+    void applyAppearance();
+
+    QElapsedTimer m_started;
+    Appearance m_appearance;
+    std::unique_ptr<Library> m_library;
+    std::unique_ptr<Browser> m_browser;
+    std::unique_ptr<Sidebar> m_sidebar;
+    std::unique_ptr<Frame> m_frame;
+    std::unique_ptr<Onboarding> m_onboarding;
+    std::unique_ptr<QQmlApplicationEngine> m_engine; // its views hold what stands above, so it dies before them
+    std::unique_ptr<StateDump> m_stateDump;
+};
+
+} // namespace lumbra
