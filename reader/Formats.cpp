@@ -44,10 +44,10 @@ constexpr std::array pictureBrands{"heic"sv, "heix"sv, "heim"sv, "heis"sv, "hevc
                                    "mif1"sv, "msf1"sv, "avif"sv, "avis"sv};
 
 // Formats whose first bytes say too little.
-constexpr std::array videoExtensions{"ts"sv,   "mts"sv, "m2ts"sv, "m2v"sv, "mpg"sv,
-                                     "mpeg"sv, "dv"sv,  "3gp"sv,  "mxf"sv, "vob"sv};
-constexpr std::array imageExtensions{"bmp"sv, "dib"sv, "tif"sv, "tiff"sv, "pbm"sv, "pgm"sv,
-                                     "ppm"sv, "pnm"sv, "xbm"sv, "xpm"sv,  "tga"sv};
+constexpr std::array videoExtensions{"m2v"sv, "mpg"sv, "mpeg"sv, "dv"sv, "3gp"sv, "mxf"sv, "vob"sv};
+constexpr std::array streamExtensions{"ts"sv, "mts"sv, "m2ts"sv};
+constexpr std::array imageExtensions{"bmp"sv, "dib"sv, "tif"sv, "tiff"sv, "pbm"sv,
+                                     "pgm"sv, "ppm"sv, "pnm"sv, "xbm"sv,  "xpm"sv};
 
 template <typename List>
 bool contains(const List& list, std::string_view text) {
@@ -104,6 +104,10 @@ Format formatOf(const QByteArray& head, const QByteArray& extension) {
     if (contains(imageExtensions, name))
         return Format::simpleImage;
     if (contains(videoExtensions, name))
+        return Format::video;
+    // A stream of packets, each begun by a "G"; the same name is that of a programming language.
+    const size_t packet = name == "ts" ? 188 : 192, first = name == "ts" ? 0 : 4;
+    if (contains(streamExtensions, name) && at(first, 1) == "G" && at(first + packet, 1) == "G")
         return Format::video;
     return Format::unknown;
 }

@@ -52,7 +52,9 @@ QImage videoPicture(OpenedFile& file, QSize box, Milliseconds limit) {
             first = image;
         time = std::max(time, decoder->time()) + interval;
     }
-    return first; // a film of nothing but black
+    if (first.isNull() && decoder->seek(0) && decoder->advance(0))
+        return decoder->picture(box); // it ends before its tenth: a film of one picture
+    return first;                     // a film of nothing but black
 }
 
 } // namespace lumbra::reader

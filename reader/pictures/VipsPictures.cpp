@@ -5,6 +5,7 @@
 #include <vips/vips.h>
 
 #include <memory>
+#include <string_view>
 
 namespace lumbra::reader {
 
@@ -21,8 +22,10 @@ bool start() {
     static const bool started = [] {
         if (vips_init("lumbra-reader") != 0)
             return false;
-        vips_block_untrusted_set(TRUE); // loaders that were not made for hostile files
-        vips_cache_set_max(0);          // no file is read twice
+        vips_block_untrusted_set(TRUE); // loaders that lead to many more formats, and to other programs
+        vips_operation_block_set("VipsForeignLoadJxl", FALSE);
+        vips_operation_block_set("VipsForeignLoadJp2k", FALSE);
+        vips_cache_set_max(0); // no file is read twice
         return true;
     }();
     return started;
@@ -33,22 +36,35 @@ Source sourceOf(const OpenedFile& file) {
     return Source(vips_source_new_from_descriptor(file.descriptor()));
 }
 
-bool isBelievable(const OpenedFile& file) {
+// The picture with nothing but its header read.
+Image openedPicture(const OpenedFile& file) {
     const Source source = sourceOf(file);
     if (!source)
-        return false;
-    const Image header(vips_image_new_from_source(source.get(), "", "access", VIPS_ACCESS_SEQUENTIAL, nullptr));
-    return header && std::max(header->Xsize, header->Ysize) <= largestSide;
+        return nullptr;
+    return Image(vips_image_new_from_source(source.get(), "", "access", VIPS_ACCESS_SEQUENTIAL, nullptr));
 }
 
-Image thumbnailOf(const OpenedFile& file, QSize box) {
-    const Source source = sourceOf(file);
+bool isLoadedBy(const Image& image, std::string_view loader) {
+    const char* name = nullptr;
+    return vips_image_get_typeof(image.get(), VIPS_META_LOADER) != 0
+           && vips_image_get_string(image.get(), VIPS_META_LOADER, &name) == 0
+           && std::string_view(name).starts_with(loader);
+}
+
+Image thumbnailOf(const OpenedFile& file, const Image& opened, QSize box) {
+    // To name the target where there is nothing to convert from dulls the colours.
+    const bool hasColours =
+        vips_image_get_typeof(opened.get(), VIPS_META_ICC_NAME) != 0 || opened->Type == VIPS_INTERPRETATION_CMYK;
+    const char* const target = hasColours ? "srgb" : nullptr;
     VipsImage* made = nullptr;
-    if (!source
-        || vips_thumbnail_source(source.get(), &made, box.width(), "height", box.height(), "size", VIPS_SIZE_DOWN,
-                                 "export_profile", "srgb", nullptr)
-               != 0)
-        return nullptr;
+    // Shrinking while loading goes wrong for JPEG 2000: it takes a layer that is too small.
+    if (isLoadedBy(opened, "jp2k")) {
+        vips_thumbnail_image(opened.get(), &made, box.width(), "height", box.height(), "size", VIPS_SIZE_DOWN,
+                             "export_profile", target, nullptr);
+    } else if (const Source source = sourceOf(file)) {
+        vips_thumbnail_source(source.get(), &made, box.width(), "height", box.height(), "size", VIPS_SIZE_DOWN,
+                              "export_profile", target, nullptr);
+    }
     return Image(made);
 }
 
@@ -79,9 +95,10 @@ QImage unpacked(const Image& image) {
 } // namespace
 
 QImage vipsPicture(OpenedFile& file, QSize box, Milliseconds) {
-    if (!start() || !isBelievable(file))
-        return {};
-    const Image thumbnail = thumbnailOf(file, box);
+    const Image opened = start() ? openedPicture(file) : nullptr;
+    Image thumbnail;
+    if (opened && std::max(opened->Xsize, opened->Ysize) <= largestSide)
+        thumbnail = thumbnailOf(file, opened, box);
     const Image coloured = thumbnail ? inScreenColours(thumbnail) : nullptr;
     vips_error_clear();
     return coloured ? unpacked(coloured) : QImage();
