@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <span>
 
 namespace lumbra {
 
@@ -67,8 +68,7 @@ private:
 
     static constexpr size_t slot(uint64_t key) { return size_t((key * 0x9E3779B97F4A7C15u) >> 56); }
 
-    template <size_t count>
-    constexpr void add(const std::string_view (&extensions)[count], FileType type) {
+    constexpr void add(std::span<const std::string_view> extensions, FileType type) {
         for (const std::string_view extension : extensions) {
             size_t at = slot(packed(extension));
             while (m_keys[at] != 0)

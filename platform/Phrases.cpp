@@ -27,6 +27,10 @@ constexpr Unit units[] = {
     {QLatin1String("EB"), 1'000'000'000'000'000'000, 2},
 };
 
+constexpr qint64 minute = 60; // in seconds
+constexpr qint64 hour = 60 * minute;
+constexpr qint64 day = 24 * hour;
+
 struct Distance {
     qint64 count;
     URelativeDateTimeUnit unit;
@@ -35,12 +39,12 @@ struct Distance {
 // How far `earlier` lies before `later`, in the largest unit of which it is at least one.
 Distance distance(const QDateTime& earlier, const QDateTime& later) {
     const qint64 seconds = earlier.secsTo(later);
-    if (seconds < 60)
+    if (seconds < minute)
         return {seconds, UDAT_REL_UNIT_SECOND};
-    if (seconds < 60 * 60)
-        return {seconds / 60, UDAT_REL_UNIT_MINUTE};
-    if (seconds < 24 * 60 * 60)
-        return {seconds / (60 * 60), UDAT_REL_UNIT_HOUR};
+    if (seconds < hour)
+        return {seconds / minute, UDAT_REL_UNIT_MINUTE};
+    if (seconds < day)
+        return {seconds / hour, UDAT_REL_UNIT_HOUR};
 
     const QDate from = earlier.date();
     const QDate to = later.date();

@@ -25,7 +25,7 @@ using Clock = std::chrono::steady_clock;
 // Between asking a group to end and ending it: enough for git to take its lock files with it.
 constexpr auto grace = std::chrono::milliseconds(250);
 
-constexpr qsizetype errorsKept = 16 * 1024;
+constexpr qsizetype errorsKept = 16'384;
 
 class Descriptor {
 public:
