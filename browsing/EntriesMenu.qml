@@ -1,0 +1,71 @@
+// A menu that shows a list of MenuEntry, whatever stands in it.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import Lumbra.Browsing
+import Lumbra.Look
+
+Menu {
+    id: menu
+
+    property var entries: []
+
+    Component.onCompleted: {
+        for (const entry of entries) {
+            if (entry.divider)
+                addItem(divider.createObject(contentItem))
+            else if (entry.heading)
+                addItem(heading.createObject(contentItem, { text: entry.title }))
+            else if (entry.submenu)
+                addMenu(submenu(entry))
+            else
+                addItem(choice.createObject(contentItem, { entry: entry }))
+        }
+    }
+
+    // By its file, since a type can't hold itself.
+    function submenu(entry: var): Menu {
+        return Qt.createComponent("EntriesMenu.qml").createObject(menu, { title: entry.title, entries: entry.children })
+    }
+
+    Component {
+        id: choice
+
+        MenuItem {
+            id: line
+
+            required property var entry
+
+            text: entry.title
+            enabled: entry.enabled
+            destructive: entry.destructive
+            checkable: entry.checkable
+            checked: entry.checked
+            rightPadding: swatch.visible ? swatch.width + 2 * Theme.gap : Theme.gap
+            onTriggered: entry.run()
+
+            Rectangle {
+                id: swatch
+                anchors.right: parent.right
+                anchors.rightMargin: Theme.gap
+                anchors.verticalCenter: parent.verticalCenter
+                visible: line.entry.hue >= 0
+                width: Theme.sizeFact
+                height: Theme.sizeFact
+                radius: Theme.radiusBadge
+                color: Badges.foreground(line.entry.hue)
+            }
+        }
+    }
+
+    Component {
+        id: divider
+        MenuSeparator {}
+    }
+
+    Component {
+        id: heading
+
+        MenuItem { enabled: false }
+    }
+}

@@ -1,0 +1,21 @@
+// A button that is only a symbol and opens a menu of entries, which are asked for when it opens.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import Lumbra.Browsing
+import Lumbra.Look
+
+IconButton {
+    id: button
+
+    property var entries: () => []
+
+    onClicked: context.openAt(0, height + Theme.grid)
+
+    ContextMenu {
+        id: context
+        menu: Component {
+            EntriesMenu { entries: button.entries() }
+        }
+    }
+}

@@ -1,0 +1,195 @@
+// One row of the sidebar that stands for a place: its chevron, its symbol or badge, its name, and its marks.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import Lumbra.Browsing
+import Lumbra.Look
+
+Item {
+    id: line
+    objectName: "row"
+
+    required property var row // what the model holds
+
+    property bool current: false  // where the keyboard is
+    property bool targeted: false // a drag that may land here
+    property DragGhost ghost: null   // what moves when the row is dragged
+    property var payload: () => ""   // of a drag, asked for when it begins
+    property var entries: () => []   // of the menu, asked for when it opens
+
+    readonly property bool hovered: pointer.hovered || context.opened
+    readonly property int indent: 14
+    readonly property int badgeSize: 18
+    readonly property int markSize: 20
+
+    signal chosen()
+    signal toggled()
+    signal unpinned()
+
+    function openMenu() {
+        if (row.hasMenu)
+            context.openAt(content.x + chevron.width, height)
+    }
+
+    implicitHeight: Theme.rowHeight
+
+    Accessible.role: Accessible.TreeItem
+    Accessible.name: row.title
+    Accessible.description: [
+        row.countHelp || row.count, row.help, row.pinned ? qsTr("Pinned") : "", row.fresh ? freshness.text : ""
+    ].filter(part => part !== "").join(", ")
+    Accessible.selectable: true
+    Accessible.selected: row.selected
+    Accessible.focusable: true
+    Accessible.focused: current
+    Accessible.onPressAction: line.chosen()
+    Accessible.onToggleAction: line.toggled()
+
+    HoverHandler { id: pointer }
+
+    Bed {
+        id: bed
+        anchors.fill: parent
+        anchors.leftMargin: Theme.rowInset
+        anchors.rightMargin: Theme.rowInset
+        hovered: line.hovered
+        pressed: mouse.pressed && !mouse.drag.active
+        selected: line.row.selected
+        targeted: line.targeted
+    }
+
+    MouseArea {
+        id: mouse
+        anchors.fill: bed
+        drag.target: line.row.draggable ? line.ghost : null
+        drag.smoothed: false // or what is dragged lags behind the pointer by the threshold
+        // A finger scrolls the list, a mouse, which hovers before it presses, drags the row; both begin alike.
+        preventStealing: pointer.hovered
+        onPressed: event => {
+            if (drag.target)
+                drag.target.lift(mouse, Qt.point(event.x, event.y), line.row, line.payload())
+        }
+        drag.onActiveChanged: if (drag.active) drag.target.fly()
+        onReleased: if (drag.active) drag.target.land()
+        onCanceled: if (drag.target) drag.target.giveUp()
+        onClicked: line.chosen()
+    }
+
+    Hint {
+        anchors.fill: bed
+        text: line.row.help
+    }
+
+    Item {
+        id: content
+        anchors.fill: bed
+        anchors.leftMargin: Theme.grid + line.row.depth * line.indent
+        anchors.rightMargin: Theme.gap
+
+        Chevron {
+            id: chevron
+            visible: line.row.expandable
+            open: line.row.expanded
+            onToggle: line.toggled()
+        }
+        Symbol {
+            x: chevron.width + (line.badgeSize - width) / 2
+            anchors.verticalCenter: parent.verticalCenter
+            visible: line.row.badgeName === ""
+            name: line.row.symbol
+            size: Theme.sizeSymbol
+            color: line.row.selected ? Theme.amber : Theme.textSoft
+        }
+        ProjectBadge {
+            x: chevron.width
+            anchors.verticalCenter: parent.verticalCenter
+            visible: line.row.badgeName !== ""
+            name: line.row.badgeName
+            hue: line.row.hue
+            size: line.badgeSize
+        }
+        Label {
+            x: chevron.width + line.badgeSize + Theme.gap
+            width: Math.max(0, parent.width - x - (marks.width > 0 ? marks.width + Theme.gap : 0))
+            anchors.verticalCenter: parent.verticalCenter
+            text: line.row.title
+            horizontalAlignment: Text.AlignLeft
+            elide: Text.ElideMiddle
+            Accessible.ignored: true
+        }
+        Row {
+            id: marks
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: Theme.grid + 2
+
+            Symbol {
+                objectName: "pin mark"
+                anchors.verticalCenter: parent.verticalCenter
+                visible: line.row.pinned && !line.hovered
+                name: "pin.fill"
+                size: Theme.sizeFact
+                color: Theme.textFaint
+            }
+            Rectangle {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: line.row.fresh
+                width: Theme.grid + 2
+                height: width
+                radius: width / 2
+                color: Theme.amber
+
+                Hint {
+                    id: freshness
+                    anchors.margins: -Theme.grid
+                    text: qsTr("New in the last day")
+                }
+            }
+            Label {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: text !== ""
+                style: Label.Fact
+                tabular: true
+                text: line.row.count
+                color: line.row.countAccented ? Theme.amber : Theme.textSoft
+                Accessible.ignored: true
+
+                Hint { text: line.row.countHelp }
+            }
+            IconButton {
+                objectName: "more"
+                visible: line.hovered && (line.row.type === "project" || line.row.type === "folder")
+                width: line.markSize
+                height: line.markSize
+                focusPolicy: Qt.NoFocus
+                symbol: "ellipsis"
+                text: qsTr("More")
+                onClicked: context.openAt(content.x + marks.x + x, line.height)
+            }
+            IconButton {
+                visible: line.hovered && line.row.type === "pinned"
+                width: line.markSize
+                height: line.markSize
+                focusPolicy: Qt.NoFocus
+                symbol: "pin.slash"
+                symbolSize: Theme.sizeSymbolSmall
+                text: qsTr("Unpin")
+                onClicked: line.unpinned()
+            }
+        }
+    }
+
+    FocusRing {
+        anchors.fill: bed
+        shown: line.current
+        outset: 0
+    }
+
+    ContextMenu {
+        id: context
+        enabled: line.row.hasMenu
+        menu: Component {
+            EntriesMenu { entries: line.entries() }
+        }
+    }
+}

@@ -1,0 +1,150 @@
+// The left pane: the filter, the library's pages, pins and projects, and a line about the library at its foot.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Window
+import Lumbra.Browsing
+import Lumbra.Look
+
+Rectangle {
+    id: pane
+
+    required property Sidebar sidebar
+
+    color: Theme.pane
+
+    Item {
+        id: top
+        width: parent.width
+        height: Theme.headerHeight
+
+        SearchField {
+            id: filter
+            objectName: "filter"
+            x: Theme.rowInset
+            anchors.verticalCenter: parent.verticalCenter
+            width: jump.x - x - Theme.grid
+            placeholderText: qsTr("Find a project")
+            text: pane.sidebar.filter
+            onTextChanged: pane.sidebar.filter = text
+            Keys.onDownPressed: list.enter(pane.sidebar.firstResult())
+        }
+        IconButton {
+            id: jump
+            anchors.right: parent.right
+            anchors.rightMargin: Theme.rowInset
+            anchors.verticalCenter: parent.verticalCenter
+            symbol: "arrow.turn.down.right"
+            text: qsTr("Jump to anything (⌘K)")
+            onClicked: pane.sidebar.openPalette()
+        }
+    }
+
+    ListView {
+        id: list
+        objectName: "rows"
+
+        property bool ringShown: false
+
+        function enter(row: int) {
+            forceActiveFocus(Qt.TabFocusReason)
+            go(row)
+        }
+
+        // The view follows the keyboard, and only the keyboard: rows that come and go must not scroll it.
+        function go(row: int) {
+            ringShown = true
+            if (row < 0)
+                return
+            currentIndex = row
+            scrolling.stop()
+            scrolling.from = contentY
+            positionViewAtIndex(row, ListView.Contain)
+            scrolling.to = contentY
+            scrolling.start()
+        }
+
+        anchors.top: top.bottom
+        anchors.bottom: foot.top
+        width: parent.width
+        bottomMargin: Theme.gap
+        clip: true
+        model: pane.sidebar.rows
+        reuseItems: true
+        boundsBehavior: Flickable.StopAtBounds
+        keyNavigationEnabled: false
+        highlightFollowsCurrentItem: false
+        activeFocusOnTab: true
+        currentIndex: -1
+        ScrollBar.vertical: ScrollBar {}
+
+        NumberAnimation on contentY {
+            id: scrolling
+            running: false
+            duration: Theme.scroll
+            easing.type: Theme.easeOut
+        }
+
+        Accessible.role: Accessible.Tree
+        Accessible.name: qsTr("Sidebar")
+
+        onActiveFocusChanged: {
+            if (!activeFocus)
+                ringShown = false
+            else if (!ringShown)
+                go(currentIndex >= 0 ? currentIndex : pane.sidebar.selectedRow())
+        }
+        Keys.onUpPressed: go(pane.sidebar.step(currentIndex, -1))
+        Keys.onDownPressed: go(pane.sidebar.step(currentIndex, 1))
+        Keys.onLeftPressed: go(pane.sidebar.collapse(currentIndex))
+        Keys.onRightPressed: go(pane.sidebar.expand(currentIndex))
+        Keys.onReturnPressed: pane.sidebar.choose(currentIndex)
+        Keys.onEnterPressed: pane.sidebar.choose(currentIndex)
+        Keys.onSpacePressed: pane.sidebar.choose(currentIndex)
+        Keys.onPressed: event => {
+            if (event.key === Qt.Key_Home)
+                go(pane.sidebar.step(-1, 1))
+            else if (event.key === Qt.Key_End)
+                go(pane.sidebar.step(count, -1))
+            else if (event.key === Qt.Key_Menu || event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier)
+                currentItem?.openMenu()
+            else
+                return
+            event.accepted = true
+        }
+
+        delegate: SidebarCell {
+            width: list.width
+            sidebar: pane.sidebar
+            ghost: dragGhost
+            current: ListView.isCurrentItem && list.activeFocus && list.ringShown
+        }
+
+        // A drag that rests near an end of the list scrolls it.
+        Timer {
+            readonly property real pointerY: dragGhost.flying ? list.mapFromItem(dragGhost.parent, dragGhost.x, dragGhost.y).y : 0
+            readonly property int reach: Theme.rowHeight
+            readonly property int pace: pointerY < reach ? -6 : pointerY > list.height - reach ? 6 : 0
+
+            interval: 16
+            repeat: true
+            running: dragGhost.flying && pace !== 0
+            onTriggered: {
+                const last = Math.max(0, list.contentHeight + list.bottomMargin - list.height)
+                list.contentY = list.originY + Math.max(0, Math.min(last, list.contentY - list.originY + pace))
+            }
+        }
+    }
+
+    SidebarFoot {
+        id: foot
+        anchors.bottom: parent.bottom
+        width: parent.width
+        sidebar: pane.sidebar
+    }
+
+    DragGhost {
+        id: dragGhost
+        parent: pane.Window.contentItem
+    }
+}
