@@ -161,7 +161,7 @@ QtObject {
     // The same as a chain of cubic curves for Easing.BezierSpline: each piece meets the spring's place and speed at its
     // two ends. An ordinary animation can then follow it, and be switched off with all others.
     function curveOfSpring(): var {
-        const pieces = 12
+        const pieces = 10 // Qt 6.4 keeps room for as many, and writes past it without a check
         const whole = springSettles / 1000
         const step = whole / pieces
         const curve = []
