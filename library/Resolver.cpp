@@ -3,121 +3,222 @@
 
 #include "Scanner.h"
 
+#include <QHash>
 #include <QSet>
 
 #include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
 
 namespace lumbra::Resolver {
 
 namespace {
 
+constexpr int walkers = 2;
+
+// A folder whose going must not be taken for the going of what is in it.
+class Holder {
+public:
+    explicit Holder(const Location& path) : m_path(path), m_before(identify()) {}
+
+    const Location& path() const { return m_path; }
+
+    // True when it is there, and was so all the time.
+    bool isTrusted() const { return m_before && m_before == identify(); }
+
+private:
+    using Identity = std::pair<dev_t, ino_t>;
+
+    std::optional<Identity> identify() const {
+        struct stat status;
+        if (::stat(m_path.path().constData(), &status) != 0 || !S_ISDIR(status.st_mode))
+            return std::nullopt;
+        return Identity(status.st_dev, status.st_ino);
+    }
+
+    Location m_path;
+    std::optional<Identity> m_before;
+};
+
+// What is true of all entries of one folder, found out once a batch: it costs a look at each of its parents.
+struct Place {
+    Location folder; // canonical
+    std::optional<Location> root;
+    bool isShown = false; // a walk of the root would come by
+};
+
 class Resolution {
 public:
     Resolution(const QList<Location>& roots, const Location& libraryRoot, const AssetIndex& index)
-        : m_libraryRoot(libraryRoot), m_index(index) {
-        // Once a batch and not once an event: it asks the disk for each component.
+        : m_roots(roots.begin(), roots.end()), m_index(index) {
+        m_holders.emplace_back(libraryRoot);
         for (const Location& root : roots)
-            m_roots.append({root, root.canonical()});
+            if (!root.isAtOrBelow(libraryRoot))
+                m_holders.emplace_back(root);
     }
 
-    void take(const FileEvent& event) {
-        if (m_seen.contains(event.path))
-            return;
-        m_seen.insert(event.path);
-        if (event.flags & FileEvent::mustScan) {
-            compareAll(event.path);
-            return;
-        }
-        const auto root = rootOf(event.path);
-        if (!root) {
-            forgetProject(event.path);
-            return;
-        }
-        if (!Scanner::isInsidePruned(event.path, root->canonical))
-            look(event, *root);
-    }
-
-    AssetIndex::Changes changes() && { return std::move(m_changes); }
+    void take(const FileEvent& event);
+    AssetIndex::Changes finish();
 
 private:
-    struct Root {
-        Location given;
-        Location canonical;
-    };
+    const Place& placeOf(const Location& folder);
+    void look(const Location& path, quint32 flags);
+    void lookAtFolder(const Location& path, quint32 flags);
+    void lookAtStray(const Location& path);
+    void compare(const Location& path);
+    void report(const AssetIndex& found, const Location& below, bool onlyDifferent);
+    bool knowsBelow(const Location& path) const { return !m_index.foldersUnder(path).isEmpty(); }
 
-    std::optional<Root> rootOf(const Location& path) const {
-        // What an event names is canonical below its root already; only a path that came another way costs the disk.
-        for (const Root& root : m_roots)
-            if (path.isAtOrBelow(root.canonical))
-                return root;
-        const Location resolved = path.canonical();
-        for (const Root& root : m_roots)
-            if (resolved.isAtOrBelow(root.canonical))
-                return root;
-        return std::nullopt;
-    }
-
-    // What stood directly in the library and was removed or renamed is no project any more when the batch is resolved.
-    void forgetProject(const Location& path) {
-        if (path.parent() == m_libraryRoot && !path.exists() && m_libraryRoot.isFolder())
-            m_changes.gone.append(path);
-    }
-
-    // False while the place that held the path is itself away.
-    bool isRootPresent(const Root& root) const {
-        return (root.canonical.isAtOrBelow(m_libraryRoot) ? m_libraryRoot : root.canonical).isFolder();
-    }
-
-    void look(const FileEvent& event, const Root& root) {
-        struct stat status;
-        if (::lstat(event.path.path().constData(), &status) != 0) {
-            if (isRootPresent(root))
-                m_changes.gone.append(event.path);
-            return;
-        }
-        if (S_ISDIR(status.st_mode)) {
-            // Other events of folders tell nothing: what happens to their files arrives by itself.
-            if (event.flags & (FileEvent::created | FileEvent::renamed))
-                Scanner::walk(event.path, [this](const Asset& asset) { m_changes.assets.append(asset); });
-            return;
-        }
-        if (const auto asset = Asset::read(event.path))
-            m_changes.assets.append(*asset);
-        else if (m_index.contains(event.path) && !S_ISREG(status.st_mode))
-            m_changes.gone.append(event.path); // a link or a pipe took the file's place
-    }
-
-    // Everything at or below the path may have changed unseen.
-    void compareAll(const Location& path) {
-        for (const Root& root : m_roots) {
-            if (root.canonical.isAtOrBelow(path))
-                compare(root.given, root);
-            else if (path.isAtOrBelow(root.canonical) && !Scanner::isInsidePruned(path, root.canonical))
-                compare(path, root);
-        }
-    }
-
-    void compare(const Location& folder, const Root& root) {
-        if (!isRootPresent(root))
-            return;
-        QSet<Location> found;
-        Scanner::walk(folder, [&](const Asset& asset) {
-            found.insert(asset.url);
-            if (m_index.find(asset.url) != asset)
-                m_changes.assets.append(asset);
-        });
-        for (const auto& holder : m_index.foldersUnder(folder))
-            for (size_t i = 0; i < holder->size(); ++i)
-                if (const Location url = holder->assetAt(i).url; !found.contains(url))
-                    m_changes.gone.append(url);
-    }
-
-    const Location m_libraryRoot;
+    const QSet<Location> m_roots;
     const AssetIndex& m_index;
-    QList<Root> m_roots;
+    std::vector<Holder> m_holders; // the library first
+    QHash<Location, Place> m_places;
     QSet<Location> m_seen;
     AssetIndex::Changes m_changes;
 };
+
+bool isHidden(std::string_view name) {
+    return name.starts_with('.') || Scanner::isPrunedName(name);
+}
+
+const Place& Resolution::placeOf(const Location& folder) {
+    const auto known = m_places.constFind(folder);
+    if (known != m_places.cend())
+        return *known;
+    Place place{folder.canonical(), std::nullopt, true};
+    // Up to the nearest root; the path of a deleted file is walked up just the same.
+    for (Location step = place.folder;; step = step.parent()) {
+        if (m_roots.contains(step)) {
+            place.root = step;
+            break;
+        }
+        if (step.path().size() <= 1)
+            break;
+        place.isShown = place.isShown && !Scanner::isInvisibleFolder(step.lastComponent());
+    }
+    return *m_places.insert(folder, place);
+}
+
+void Resolution::take(const FileEvent& event) {
+    // The first event of a path counts, and the others bring nothing new: the disk is asked for the present.
+    if (m_seen.contains(event.path))
+        return;
+    m_seen.insert(event.path);
+
+    const Place place = placeOf(event.path.parent());
+    const Location path = place.folder.child(event.path.lastComponent());
+    if (event.flags & FileEvent::mustScan)
+        return compare(path);
+    if (m_roots.contains(path))
+        return look(path, event.flags);
+    if (!place.root)
+        return lookAtStray(path);
+    if (place.isShown && !isHidden(path.lastComponent()))
+        look(path, event.flags);
+}
+
+void Resolution::look(const Location& path, quint32 flags) {
+    struct stat status;
+    if (::lstat(path.path().constData(), &status) != 0) {
+        // Anything else, as a folder that may not be entered, does not prove that it has gone.
+        if (errno == ENOENT || errno == ENOTDIR)
+            m_changes.gone.append(path);
+        return;
+    }
+    if (S_ISDIR(status.st_mode))
+        return lookAtFolder(path, flags);
+    // A file in the place of a folder ends all that was below; a link or a pipe in the place of a file ends the file.
+    if (knowsBelow(path) || (!S_ISREG(status.st_mode) && m_index.contains(path)))
+        m_changes.gone.append(path);
+    if (const auto asset = Asset::read(path))
+        m_changes.assets.append(*asset);
+}
+
+void Resolution::lookAtFolder(const Location& path, quint32 flags) {
+    if (m_index.contains(path))
+        m_changes.gone.append(path); // it was a file
+    // Other events of folders tell nothing: what happens to their files arrives by itself.
+    if (!(flags & (FileEvent::created | FileEvent::renamed)))
+        return;
+    if (!m_roots.contains(path) && Scanner::isPackageName(path.lastComponent()))
+        return;
+    report(Scanner::index({path}, 1), path, false);
+}
+
+// What was a project and is none when the batch is resolved, since it was removed or became a file or a link.
+void Resolution::lookAtStray(const Location& path) {
+    const Location& library = m_holders.front().path();
+    const bool isKnown = m_index.contains(path) || knowsBelow(path);
+    // A batch before this one may be about to make it known.
+    if (!path.isAtOrBelow(library) || !(isKnown || path.parent() == library))
+        return;
+    struct stat status;
+    const bool isThere = ::lstat(path.path().constData(), &status) == 0;
+    if (isThere ? isKnown && !S_ISDIR(status.st_mode) : errno == ENOENT || errno == ENOTDIR)
+        m_changes.gone.append(path);
+}
+
+// Everything at or below the path may have changed unseen.
+void Resolution::compare(const Location& path) {
+    QList<Location> trees;
+    for (const Location& root : m_roots)
+        if (root.isAtOrBelow(path))
+            trees.append(root);
+    if (!m_roots.contains(path)) {
+        const Place place = placeOf(path.parent());
+        if (place.root && place.isShown && !Scanner::isInvisibleFolder(path.lastComponent()))
+            trees = {path};
+    }
+    // A root inside another is walked with it.
+    QList<Location> outermost;
+    for (const Location& tree : trees)
+        if (std::ranges::none_of(trees,
+                                 [&](const Location& other) { return other != tree && tree.isAtOrBelow(other); }))
+            outermost.append(tree);
+    report(Scanner::index(outermost, walkers), path, true);
+}
+
+// Adds what was found below the folder, or only what is new or different, and what the index has there that was not.
+void Resolution::report(const AssetIndex& found, const Location& below, bool onlyDifferent) {
+    const auto known = m_index.foldersUnder(below);
+    const auto present = found.foldersUnder(below);
+    auto before = known.begin();
+    auto now = present.begin();
+    const auto forget = [this](const AssetIndex::Folder& folder, size_t position) {
+        m_changes.gone.append(folder.assetAt(position).url);
+    };
+    const auto add = [this](const AssetIndex::Folder& folder, size_t position) {
+        m_changes.assets.append(folder.assetAt(position));
+    };
+    // Both sides are in order of paths, and each folder in order of names.
+    while (before != known.end() || now != present.end()) {
+        const bool isKnown = now == present.end() || (before != known.end() && (*before)->path() <= (*now)->path());
+        const bool isPresent = before == known.end() || (now != present.end() && (*now)->path() <= (*before)->path());
+        const size_t knownCount = isKnown ? (*before)->size() : 0;
+        const size_t presentCount = isPresent ? (*now)->size() : 0;
+        for (size_t b = 0, n = 0; b < knownCount || n < presentCount;) {
+            const int order = b == knownCount     ? 1
+                              : n == presentCount ? -1
+                                                  : (*before)->at(b).name.compare((*now)->at(n).name);
+            if (order < 0)
+                forget(**before, b);
+            else if (order > 0 || !onlyDifferent || (*before)->assetAt(b) != (*now)->assetAt(n))
+                add(**now, n);
+            b += order <= 0 ? 1 : 0;
+            n += order >= 0 ? 1 : 0;
+        }
+        before += isKnown ? 1 : 0;
+        now += isPresent ? 1 : 0;
+    }
+}
+
+AssetIndex::Changes Resolution::finish() {
+    for (const Holder& holder : m_holders)
+        if (!holder.isTrusted())
+            m_changes.gone.removeIf([&](const Location& path) { return path.isAtOrBelow(holder.path()); });
+    return std::move(m_changes);
+}
 
 } // namespace
 
@@ -126,7 +227,7 @@ AssetIndex::Changes resolve(const QList<FileEvent>& events, const QList<Location
     Resolution resolution(roots, libraryRoot, index);
     for (const FileEvent& event : events)
         resolution.take(event);
-    return std::move(resolution).changes();
+    return resolution.finish();
 }
 
 } // namespace lumbra::Resolver

@@ -7,13 +7,19 @@
 
 namespace lumbra {
 
-Watcher::Watcher(const QList<Location>& paths, double latency, OnChange onChange) : m_onChange(std::move(onChange)) {
+Watcher::Watcher(const QList<Location>& paths, double latency, OnChange onChange, OnStarted onStarted) {
     FileEvents::Options options;
     options.latency = latency;
     options.enters = [](std::string_view name) { return !Scanner::isInvisibleFolder(name); };
-    m_events = std::make_unique<FileEvents>(paths, std::move(options), [this](QList<FileEvent> events) {
+    if (onStarted)
+        options.started = [this, onStarted = std::move(onStarted)] {
+            QMetaObject::invokeMethod(&m_context, onStarted, Qt::QueuedConnection);
+        };
+    // A callback that releases the watcher still stands on its own feet: each call carries a reference to it.
+    auto shared = std::make_shared<const OnChange>(std::move(onChange));
+    m_events = std::make_unique<FileEvents>(paths, std::move(options), [this, shared](QList<FileEvent> events) {
         QMetaObject::invokeMethod(
-            &m_context, [this, events = std::move(events)] { m_onChange(events); }, Qt::QueuedConnection);
+            &m_context, [shared, events = std::move(events)] { (*shared)(events); }, Qt::QueuedConnection);
     });
 }
 

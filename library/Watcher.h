@@ -16,16 +16,21 @@ namespace lumbra {
 class Watcher {
 public:
     using OnChange = std::function<void(const QList<FileEvent>&)>;
+    using OnStarted = std::function<void()>;
 
-    // `latency` in seconds. `onChange` runs on the thread that made the watcher, once for each batch.
-    Watcher(const QList<Location>& paths, double latency, OnChange onChange);
+    // `latency` in seconds. `onChange` runs on the thread that made the watcher, once for each batch. `onStarted` runs
+    // there once, when every folder is watched: a walk that begins then, and a watcher that ends then, miss nothing.
+    // Both may release the watcher.
+    Watcher(const QList<Location>& paths, double latency, OnChange onChange, OnStarted onStarted = {});
+
+    // No callback runs any more once this returns.
     ~Watcher();
+    Q_DISABLE_COPY_MOVE(Watcher)
 
     const FileEvents& events() const { return *m_events; }
 
 private:
     QObject m_context; // its death drops the batches that are on their way
-    OnChange m_onChange;
     std::unique_ptr<FileEvents> m_events;
 };
 
