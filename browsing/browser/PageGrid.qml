@@ -3,6 +3,7 @@
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import Lumbra.Browsing
 import Lumbra.Look
 
 FocusScope {
@@ -78,7 +79,7 @@ FocusScope {
         keyNavigationEnabled: false
         boundsBehavior: Flickable.StopAtBounds
         // A screenful beyond either edge is made ahead, so that scrolling meets finished tiles.
-        cacheBuffer: height
+        cacheBuffer: Math.max(0, height)
 
         section.property: "section"
         section.labelPositioning: ViewSection.InlineLabels | ViewSection.CurrentLabelAtStart
@@ -89,8 +90,8 @@ FocusScope {
             onActivated: grid.browser.showStarred()
         }
 
-        header: Item { height: list.count > 0 && list.model.columns > 0 && !sectioned ? Theme.pageMargin - Theme.tileMargin : 0
-            readonly property bool sectioned: grid.browser.page === "recent" }
+        // The margin of the page, of which every tile and section head has a part of its own.
+        header: Item { height: Theme.pageMargin - Theme.tileMargin }
 
         delegate: PageRowView {
             width: list.width

@@ -2,6 +2,7 @@
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import Lumbra.Browsing
 import Lumbra.Look
 
 Item {
@@ -14,7 +15,7 @@ Item {
     readonly property PageRows rows: browser.rows
     readonly property bool isButton: row.more !== ""
     readonly property real span: rows.columns * rows.cellWidth + (rows.columns - 1) * Theme.tileGap
-    readonly property real left: (width - span) / 2
+    readonly property real inset: (width - span) / 2
 
     signal menuWanted(cell: var, tile: Item, x: real, y: real)
 
@@ -30,7 +31,7 @@ Item {
             required property int index
             readonly property var cell: view.row.cell(index)
 
-            x: Math.round(view.left + index * (view.rows.cellWidth + Theme.tileGap)
+            x: Math.round(view.inset + index * (view.rows.cellWidth + Theme.tileGap)
                           + (view.rows.cellWidth - view.metrics.width) / 2)
             active: cell.isAsset || cell.isFolder || cell.isStack
             sourceComponent: cell.isAsset ? assetTile : cell.isFolder ? folderTile : stackTile

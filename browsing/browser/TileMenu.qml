@@ -2,6 +2,7 @@
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import Lumbra.Browsing
 import Lumbra.Look
 
 Item {
@@ -15,7 +16,6 @@ Item {
         if (loader.entries.length === 0)
             return
         loader.active = true
-        loader.item.closed.connect(() => loader.active = false)
         loader.item.popup(tile, x, y)
     }
 
@@ -23,6 +23,9 @@ Item {
         id: loader
         property var entries: []
         active: false
-        sourceComponent: EntriesMenu { entries: loader.entries }
+        sourceComponent: EntriesMenu {
+            entries: loader.entries
+            onClosed: if (loader) loader.active = false
+        }
     }
 }

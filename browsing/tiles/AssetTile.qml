@@ -55,12 +55,21 @@ Item {
             Behavior on opacity { EaseNumber {} }
         }
 
-        Symbol {
-            anchors { top: parent.top; right: parent.right; margins: Theme.gap }
+        // On a bed, since amber alone is lost on a bright picture.
+        Rectangle {
+            anchors { top: parent.top; right: parent.right; margins: Theme.grid + 2 }
             visible: tile.cell.starred
-            name: "star.fill"
-            size: Theme.sizeSymbol
-            color: Theme.amber
+            width: Theme.sizeSymbolSmall + Theme.gap
+            height: width
+            radius: width / 2
+            color: Theme.badgeBed
+
+            Symbol {
+                anchors.centerIn: parent
+                name: "star.fill"
+                size: Theme.sizeSymbolSmall
+                color: Theme.amber
+            }
         }
     }
 
@@ -74,6 +83,7 @@ Item {
     }
 
     TileText {
+        id: lines
         x: Theme.tileMargin
         y: tile.metrics.nameTop
         width: tile.metrics.wellWidth
@@ -85,5 +95,5 @@ Item {
         onClicked: mouse => tile.clicked(mouse.modifiers)
         onDoubleClicked: tile.opened()
     }
-    Hint { text: tile.cell.name; control: tile }
+    Hint { text: lines.elided ? tile.cell.name : ""; control: tile }
 }

@@ -12,7 +12,7 @@ Item {
     required property TileMetrics metrics
 
     readonly property bool hovering: hover.hovered
-    readonly property real fanShare: 0.66 // of the well: the lower cards stand out at either side
+    readonly property real fanShare: 0.68 // of the well: the lower cards stand out at either side
 
     signal opened()
 
@@ -44,7 +44,7 @@ Item {
         }
         Loader {
             anchors.centerIn: parent
-            sourceComponent: tile.cell.count > 0 ? filled : empty
+            sourceComponent: tile.cell.newest.length > 0 ? filled : plain
         }
         Badge {
             anchors { right: parent.right; bottom: parent.bottom; margins: Theme.grid + 2 }
@@ -63,7 +63,7 @@ Item {
         }
     }
     Component {
-        id: empty
+        id: plain
         Column {
             spacing: Theme.grid
             Symbol {
@@ -74,6 +74,7 @@ Item {
             }
             Label {
                 anchors.horizontalCenter: parent.horizontalCenter
+                visible: tile.cell.count === 0
                 style: Label.Fact
                 text: qsTr("Empty")
                 color: Theme.textFaint
@@ -82,6 +83,7 @@ Item {
     }
 
     TileText {
+        id: lines
         x: Theme.tileMargin
         y: tile.metrics.nameTop
         width: tile.metrics.wellWidth
@@ -90,5 +92,5 @@ Item {
     }
 
     PressArea { onClicked: tile.opened() }
-    Hint { text: tile.cell.name; control: tile }
+    Hint { text: lines.elided ? tile.cell.name : ""; control: tile }
 }

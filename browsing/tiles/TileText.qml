@@ -7,30 +7,32 @@ import Lumbra.Look
 Item {
     id: lines
 
-    property alias name: name.text
-    property alias nameSymbol: symbol.name
-    property alias caption: caption.text
-    property bool bright: false
+    property alias name: title.text
+    property alias nameSymbol: mark.name
+    property alias caption: fact.text
 
-    implicitHeight: Theme.lineBody + (caption.text ? Theme.lineFact : 0)
+    // The name is too long to be shown whole.
+    readonly property bool elided: title.truncated
+
+    implicitHeight: Theme.lineBody + (fact.text ? Theme.lineFact : 0)
 
     Symbol {
-        id: symbol
-        anchors.verticalCenter: name.verticalCenter
-        visible: name !== ""
+        id: mark
+        anchors.verticalCenter: title.verticalCenter
+        visible: lines.nameSymbol !== ""
         size: Theme.sizeSymbolSmall
-        color: lines.bright ? Theme.text : Theme.textSoft
+        color: Theme.textSoft
     }
     Label {
-        id: name
-        x: symbol.visible ? symbol.width + Theme.grid + 2 : 0
+        id: title
+        x: mark.visible ? mark.width + Theme.grid + 2 : 0
         width: parent.width - x
         elide: Text.ElideMiddle
         horizontalAlignment: Text.AlignLeft
         Accessible.ignored: true
     }
     Label {
-        id: caption
+        id: fact
         y: Theme.lineBody
         width: parent.width
         visible: text !== ""
