@@ -12,7 +12,6 @@ Item {
     required property DragGhost ghost
     required property int index
     required property var row
-    property bool current: false
     readonly property bool targeted: target.containsDrag
 
     function openMenu() {
@@ -55,7 +54,7 @@ Item {
 
         SidebarRow {
             row: cell.row
-            current: cell.current
+            current: cell.activeFocus // the list gives it to its current item
             targeted: cell.targeted
             ghost: cell.ghost
             payload: () => cell.sidebar.dragPayload(cell.index)

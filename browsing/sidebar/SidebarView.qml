@@ -44,8 +44,6 @@ Rectangle {
         id: list
         objectName: "rows"
 
-        property bool ringShown: false
-
         function enter(row: int) {
             forceActiveFocus(Qt.TabFocusReason)
             go(row)
@@ -53,7 +51,6 @@ Rectangle {
 
         // The view follows the keyboard, and only the keyboard: rows that come and go must not scroll it.
         function go(row: int) {
-            ringShown = true
             if (row < 0)
                 return
             currentIndex = row
@@ -88,12 +85,8 @@ Rectangle {
         Accessible.role: Accessible.Tree
         Accessible.name: qsTr("Sidebar")
 
-        onActiveFocusChanged: {
-            if (!activeFocus)
-                ringShown = false
-            else if (!ringShown)
-                go(currentIndex >= 0 ? currentIndex : pane.sidebar.selectedRow())
-        }
+        // A button in a row may have got the focus instead.
+        onActiveFocusChanged: if (currentIndex < 0 && Window.activeFocusItem === list) go(pane.sidebar.selectedRow())
         Keys.onUpPressed: go(pane.sidebar.step(currentIndex, -1))
         Keys.onDownPressed: go(pane.sidebar.step(currentIndex, 1))
         Keys.onLeftPressed: go(pane.sidebar.collapse(currentIndex))
@@ -117,7 +110,6 @@ Rectangle {
             width: list.width
             sidebar: pane.sidebar
             ghost: dragGhost
-            current: ListView.isCurrentItem && list.activeFocus && list.ringShown
         }
 
         // A drag that rests near an end of the list scrolls it.
