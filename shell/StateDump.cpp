@@ -2,13 +2,16 @@
 #include "StateDump.h"
 
 #include "browsing/browser/Browser.h"
+#include "browsing/sidebar/SidebarRows.h"
 #include "library/Library.h"
+#include "media/ThumbnailPicture.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QLocalSocket>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QSet>
 
 namespace lumbra {
 
@@ -55,55 +58,111 @@ QJsonArray pageRows(const PageRows& rows) {
     return all;
 }
 
+QJsonObject rectangle(const QRectF& rect) {
+    return {{QStringLiteral("x"), rect.x()},
+            {QStringLiteral("y"), rect.y()},
+            {QStringLiteral("width"), rect.width()},
+            {QStringLiteral("height"), rect.height()}};
+}
+
+// The name of a view's type, without what the engine appends to it.
+QByteArray typeName(const QQuickItem& item) {
+    const QByteArray name = item.metaObject()->className();
+    const auto end = name.indexOf("_QML");
+    return end < 0 ? name : name.first(end);
+}
+
+// The items of a list's content that stand for nothing now: delegates kept to be used again lie where they last were,
+// and only the list knows that they are not drawn.
+QSet<const QQuickItem*> pooledItems(const QQuickItem& content) {
+    QSet<const QQuickItem*> pooled;
+    auto* const list = content.parentItem();
+    if (!list || !list->inherits("QQuickItemView"))
+        return pooled;
+    QSet<const QQuickItem*> live;
+    for (const QQuickItem* child : content.childItems()) {
+        const QPointF middle = child->mapToItem(&content, QPointF(child->width() / 2, child->height() / 2));
+        int index = -1;
+        QMetaObject::invokeMethod(list, "indexAt", Q_RETURN_ARG(int, index), Q_ARG(double, middle.x()),
+                                  Q_ARG(double, middle.y()));
+        QQuickItem* item = nullptr;
+        QMetaObject::invokeMethod(list, "itemAtIndex", Q_RETURN_ARG(QQuickItem*, item), Q_ARG(int, index));
+        live.insert(item);
+    }
+    for (const QQuickItem* child : content.childItems())
+        if (!live.contains(child) && child->metaObject()->indexOfProperty("row") >= 0)
+            pooled.insert(child);
+    return pooled;
+}
+
 // What the scene shows, by kind of item.
-struct Scene {
+class Scene {
+public:
+    explicit Scene(const QQuickWindow& window) {
+        visit(*window.contentItem(), QRectF(QPointF(), QSizeF(window.size())));
+    }
+
     QJsonArray tiles;
     QJsonArray sidebar;
     QJsonArray controls;
-    bool settled = true;
+    bool settled = true; // no thumbnail in view is waited for
 
-    void visit(const QQuickItem& item, QRectF clip) {
+private:
+    // Answers whether the item or one below it shows a thumbnail's picture.
+    bool visit(const QQuickItem& item, QRectF clip) {
         if (!item.isVisible() || item.opacity() <= 0)
-            return;
+            return false;
         const QRectF whole = item.mapRectToScene(QRectF(0, 0, item.width(), item.height()));
         if (item.clip())
             clip &= whole;
-        const QRectF seen = whole & clip;
-        if (!item.objectName().isEmpty() && !seen.isEmpty())
-            add(item, seen);
+        bool hasPicture = false;
+        if (const auto* picture = qobject_cast<const ThumbnailPicture*>(&item); picture && whole.intersects(clip)) {
+            hasPicture = picture->hasImage();
+            settled = settled && (hasPicture || picture->failed());
+        }
+        const auto pooled = pooledItems(item);
         for (const QQuickItem* child : item.childItems())
-            visit(*child, clip);
+            if (!pooled.contains(child))
+                hasPicture = visit(*child, clip) || hasPicture;
+        if (const QRectF seen = whole & clip; !seen.isEmpty())
+            add(item, seen, hasPicture);
+        return hasPicture;
     }
 
-private:
-    void add(const QQuickItem& item, const QRectF& seen) {
-        const QString name = item.objectName();
-        QJsonObject facts{{QStringLiteral("x"), seen.x()},
-                          {QStringLiteral("y"), seen.y()},
-                          {QStringLiteral("width"), seen.width()},
-                          {QStringLiteral("height"), seen.height()}};
-        if (name == QStringLiteral("assetTile")) {
-            const bool hasPicture = item.property("hasPicture").toBool();
-            facts.insert(QStringLiteral("hasPicture"), hasPicture);
-            settled = settled && (hasPicture || item.property("settled").toBool());
-        }
-        if (name.endsWith(QStringLiteral("Tile"))) {
-            const QString path = item.property("path").toString();
-            facts.insert(QStringLiteral("type"), name);
-            facts.insert(QStringLiteral("path"), path);
-            facts.insert(QStringLiteral("name"), path.section(u'/', -1));
-            tiles.append(facts);
-        } else if (name == QStringLiteral("sidebarRow")) {
-            facts.insert(QStringLiteral("title"), item.property("title").toString());
-            facts.insert(QStringLiteral("type"), item.property("rowType").toString());
-            facts.insert(QStringLiteral("selected"), item.property("selected").toBool());
-            sidebar.append(facts);
-        } else {
-            facts.insert(QStringLiteral("name"), name);
-            facts.insert(QStringLiteral("text"), item.property("text").toString());
-            facts.insert(QStringLiteral("enabled"), item.isEnabled());
-            controls.append(facts);
-        }
+    void add(const QQuickItem& item, const QRectF& seen, bool hasPicture) {
+        const QByteArray type = typeName(item);
+        if (type == "AssetTile" || type == "FolderTile" || type == "StackTile")
+            addTile(item.property("cell").value<PageCell>(), rectangle(seen), hasPicture);
+        else if (type == "SidebarRow")
+            addRow(item.property("row").value<SidebarRow>(), rectangle(seen));
+        else if (!item.objectName().isEmpty())
+            addControl(item, rectangle(seen));
+    }
+
+    void addTile(const PageCell& cell, QJsonObject facts, bool hasPicture) {
+        const auto kind = cell.isAsset()   ? QStringLiteral("assetTile")
+                          : cell.isStack() ? QStringLiteral("stackTile")
+                                           : QStringLiteral("folderTile");
+        facts.insert(QStringLiteral("type"), kind);
+        facts.insert(QStringLiteral("path"), cell.url.toString());
+        facts.insert(QStringLiteral("name"), cell.name);
+        facts.insert(QStringLiteral("selected"), cell.selected);
+        facts.insert(QStringLiteral("hasPicture"), hasPicture);
+        tiles.append(facts);
+    }
+
+    void addRow(const SidebarRow& row, QJsonObject facts) {
+        facts.insert(QStringLiteral("title"), row.title);
+        facts.insert(QStringLiteral("type"), row.typeName());
+        facts.insert(QStringLiteral("selected"), row.selected);
+        sidebar.append(facts);
+    }
+
+    void addControl(const QQuickItem& item, QJsonObject facts) {
+        facts.insert(QStringLiteral("name"), item.objectName());
+        facts.insert(QStringLiteral("text"), item.property("text").toString());
+        facts.insert(QStringLiteral("enabled"), item.isEnabled());
+        controls.append(facts);
     }
 };
 
@@ -119,6 +178,8 @@ StateDump::StateDump(const Library& library, const Browser& browser, QQuickWindo
                 m_firstFrame = double(started.nsecsElapsed()) / 1e6;
         },
         Qt::DirectConnection); // counted when it happens, not when the main thread hears of it
+    connect(&library, &Library::revisionChanged, this, [this] { m_summed = false; });
+    connect(&library, &Library::derivedPublished, this, [this] { m_summed = true; });
     connect(&m_server, &QLocalServer::newConnection, this, &StateDump::serve);
 }
 
@@ -142,10 +203,9 @@ void StateDump::serve() {
 }
 
 QJsonObject StateDump::dump() const {
-    Scene scene;
-    scene.visit(*m_window.contentItem(), QRectF(QPointF(), QSizeF(m_window.size())));
+    const Scene scene(m_window);
     const auto toast = m_library.toast();
-    const bool painted = m_firstFrame >= 0;
+    const bool complete = m_firstFrame >= 0 && m_summed && !m_library.indexing() && m_browser.loaded() && scene.settled;
     return {{QStringLiteral("place"), placeText(m_library.place())},
             {QStringLiteral("title"), m_browser.title()},
             {QStringLiteral("subtitle"), m_browser.subtitle()},
@@ -164,7 +224,7 @@ QJsonObject StateDump::dump() const {
             {QStringLiteral("onboarding"), m_library.onboarding()},
             {QStringLiteral("playing"), m_library.playing().has_value()},
             {QStringLiteral("firstFrameMs"), m_firstFrame.load()},
-            {QStringLiteral("complete"), painted && !m_library.indexing() && m_browser.loaded() && scene.settled}};
+            {QStringLiteral("complete"), complete}};
 }
 
 } // namespace lumbra

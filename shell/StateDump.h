@@ -1,12 +1,9 @@
 // Tells a test or a script what the window shows, when LUMBRA_STATE_SOCKET names a local socket to listen on: each line
 // "dump" is answered by one line of JSON. Nothing listens without the variable, and nothing can be changed through it.
 //
-// What is on screen is read from the scene by its items' names and properties:
-//   "assetTile"   path, hasPicture, settled (the picture is there, or there is none to be had)
-//   "folderTile", "stackTile"   path
-//   "sidebarRow"  title, rowType, selected
-//   any other object name       a control, with its text
-// Only items that can be seen count, with the part of them that no ancestor clips away, in pixels of the window.
+// What is on screen is read from the scene: tiles and rows of the sidebar by the types of their views, any other item
+// that has an object name as a control, with its text. Only items that can be seen count, with the part of them that no
+// ancestor clips away, in pixels of the window.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
@@ -38,7 +35,8 @@ public:
     // Takes the place of whatever stands at the path; false when it can't be listened on.
     bool listen(const QString& path);
 
-    // "complete" is true when the walk is over, the page is loaded, and each visible tile has settled.
+    // "complete" is true when the walk is over, the derived index is of the present files, the page is loaded, and each
+    // visible thumbnail has its picture or is known to have none.
     QJsonObject dump() const;
 
 private:
@@ -48,6 +46,7 @@ private:
     const Browser& m_browser;
     QQuickWindow& m_window;
     QLocalServer m_server;
+    bool m_summed = false;                 // the derived index is that of the present revision
     std::atomic<double> m_firstFrame = -1; // ms; below 0 until there was one; set by the thread that renders
 };
 

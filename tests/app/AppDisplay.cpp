@@ -12,6 +12,14 @@ namespace {
 
 constexpr int patience = 20'000; // ms for a helper to start or to answer
 
+// The one window gets the whole display, without a frame; dialogues stay as they are. Alt+F4 closes.
+constexpr char openboxSettings[] = R"(<?xml version="1.0"?>
+<openbox_config xmlns="http://openbox.org/3.4/rc">
+<keyboard><keybind key="A-F4"><action name="Close"/></keybind></keyboard>
+<applications><application class="*" type="normal"><decor>no</decor><maximized>yes</maximized></application></applications>
+</openbox_config>
+)";
+
 void end(QProcess& process) {
     process.terminate();
     if (!process.waitForFinished(patience / 4)) {
@@ -34,12 +42,14 @@ AppDisplay::AppDisplay() {
             qFatal("Xvfb does not start: %s", m_server.readAllStandardError().constData());
     m_name = u':' + QString::fromLatin1(m_server.readLine().trimmed());
 
+    if (!m_settings.open() || m_settings.write(openboxSettings) < 0 || !m_settings.flush())
+        qFatal("the settings of openbox can't be written");
     auto environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("DISPLAY"), m_name);
     m_windowManager.setProcessEnvironment(environment);
     m_windowManager.setStandardOutputFile(QProcess::nullDevice());
     m_windowManager.setStandardErrorFile(QProcess::nullDevice());
-    m_windowManager.start(QStringLiteral("openbox"), {});
+    m_windowManager.start(QStringLiteral("openbox"), {QStringLiteral("--config-file"), m_settings.fileName()});
     if (!m_windowManager.waitForStarted(patience))
         qFatal("openbox does not start");
     // It manages windows from when it has named itself on the root window.

@@ -10,6 +10,7 @@
 #include <QSize>
 #include <QString>
 #include <QStringList>
+#include <QTemporaryFile>
 
 #include <optional>
 
@@ -48,6 +49,7 @@ private:
     void events(const QStringList& arguments) const { run(QStringLiteral("xdotool"), arguments); }
 
     QString m_name;
+    QTemporaryFile m_settings; // of the window manager
     QProcess m_server;
     QProcess m_windowManager;
 };

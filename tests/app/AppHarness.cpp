@@ -143,6 +143,19 @@ AppState AppHarness::state() {
     return m_last;
 }
 
+AppState AppHarness::settled() {
+    constexpr int enough = 10; // answers in a row that are one and the same
+    AppState last;
+    int same = 0;
+    const auto isSettled = [&] {
+        const QByteArray before = last.json();
+        last = state();
+        same = last.complete() && last.json() == before ? same + 1 : 0;
+        return same == enough;
+    };
+    return QTest::qWaitFor(isSettled, 3 * patience) ? last : AppState();
+}
+
 void AppHarness::adoptWindow() {
     if (m_window)
         return;

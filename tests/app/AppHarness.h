@@ -92,6 +92,9 @@ public:
 
     AppState state();
 
+    // The state once it is complete and nothing on screen moves any more: what a click may rely on.
+    AppState settled();
+
     // Real events, at the middle of the item.
     void click(const AppState::Item& item, int button = 1, int times = 1);
     void move(const AppState::Item& item);

@@ -27,14 +27,15 @@ private:
 
 void TestFirstRun::welcomesAndTouchesNothing() {
     m_app.start(AppHarness::Root::configuration);
-    APP_WAIT(m_app, m_app.state().flag("onboarding") && m_app.state().control(QStringLiteral("openLibrary")).isThere());
+    APP_WAIT(m_app,
+             m_app.state().flag("onboarding") && m_app.state().control(QStringLiteral("onboardingOpen")).isThere());
     QVERIFY(!m_app.library().exists());
     QVERIFY(!configuration().exists());
     m_app.keepScreenshot(QStringLiteral("first-run"));
 }
 
 void TestFirstRun::openLibraryKeepsTheChoice() {
-    m_app.click(m_app.state().control(QStringLiteral("openLibrary")));
+    m_app.click(m_app.settled().control(QStringLiteral("onboardingOpen")));
     APP_WAIT(m_app, m_app.state().isThere() && !m_app.state().flag("onboarding"));
     QTRY_VERIFY(m_app.library().isFolder());
     QFile file(configuration().toString());

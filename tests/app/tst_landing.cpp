@@ -27,7 +27,7 @@ void TestLanding::initTestCase() {
     AppFiles::picture(m_app.library().child("site/first.png"), AppFiles::colour(1));
     m_app.start();
     APP_WAIT(m_app, m_app.state().sidebarRow(QStringLiteral("site")).isThere());
-    m_app.click(m_app.state().sidebarRow(QStringLiteral("site")));
+    m_app.click(m_app.settled().sidebarRow(QStringLiteral("site")));
     APP_WAIT(m_app, m_app.state().tile(QStringLiteral("site/first.png")).hasPicture);
 }
 
@@ -55,7 +55,7 @@ void TestLanding::aFileThatLeavesIsGoneFromThePage() {
 void TestLanding::aNewProjectStandsInTheSidebar() {
     AppFiles::picture(m_app.library().child("brand/logo.png"), AppFiles::colour(3));
     APP_WAIT(m_app, m_app.state().sidebarRow(QStringLiteral("brand")).isThere());
-    m_app.click(m_app.state().sidebarRow(QStringLiteral("brand")));
+    m_app.click(m_app.settled().sidebarRow(QStringLiteral("brand")));
     APP_WAIT(m_app, m_app.state().tile(QStringLiteral("brand/logo.png")).hasPicture);
 }
 

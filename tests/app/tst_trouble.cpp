@@ -84,7 +84,7 @@ void TestTrouble::theWindowStaysUp() {
     QCOMPARE(app.state().text("error"), QString());
     QCOMPARE(app.state().sidebarRow(QStringLiteral("site")).isThere(), hasProject);
     if (hasProject) {
-        app.click(app.state().sidebarRow(QStringLiteral("site")));
+        app.click(app.settled().sidebarRow(QStringLiteral("site")));
         APP_WAIT(app, app.state().tile(QStringLiteral("site/first.png")).hasPicture && app.state().complete());
     }
     QVERIFY2(app.close(), app.report().constData());
