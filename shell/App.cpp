@@ -2,7 +2,6 @@
 #include "App.h"
 
 #include "StateDump.h"
-
 #include "core/Config.h"
 #include "look/Look.h"
 
@@ -25,6 +24,7 @@ Library& App::library() {
 
 bool App::show() {
     m_browser = std::make_unique<Browser>(&library());
+    m_commands = std::make_unique<BrowserCommands>(m_browser.get());
     m_sidebar = std::make_unique<Sidebar>(&library());
     m_frame = std::make_unique<Frame>(&library());
     m_onboarding = std::make_unique<Onboarding>(&library());
@@ -34,6 +34,7 @@ bool App::show() {
     Look::prepareEngine(*m_engine);
     m_engine->setInitialProperties({{QStringLiteral("library"), QVariant::fromValue(m_library.get())},
                                     {QStringLiteral("browser"), QVariant::fromValue(m_browser.get())},
+                                    {QStringLiteral("commands"), QVariant::fromValue(m_commands.get())},
                                     {QStringLiteral("sidebar"), QVariant::fromValue(m_sidebar.get())},
                                     {QStringLiteral("frame"), QVariant::fromValue(m_frame.get())},
                                     {QStringLiteral("onboarding"), QVariant::fromValue(m_onboarding.get())}});

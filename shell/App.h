@@ -1,5 +1,5 @@
-// The application: it makes the one Library and the controllers over it, shows the one window, and routes what is opened
-// from outside into the library. It holds no logic of the library.
+// The application: it makes the one Library and the controllers over it, shows the one window, and routes what is
+// opened from outside into the library. It holds no logic of the library.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
@@ -7,8 +7,7 @@
 #include "Frame.h"
 #include "Onboarding.h"
 #include "StateDump.h"
-
-#include "browsing/browser/Browser.h"
+#include "browsing/browser/BrowserCommands.h"
 #include "browsing/sidebar/Sidebar.h"
 #include "library/Library.h"
 #include "platform/Appearance.h"
@@ -46,6 +45,7 @@ private:
     Appearance m_appearance;
     std::unique_ptr<Library> m_library;
     std::unique_ptr<Browser> m_browser;
+    std::unique_ptr<BrowserCommands> m_commands;
     std::unique_ptr<Sidebar> m_sidebar;
     std::unique_ptr<Frame> m_frame;
     std::unique_ptr<Onboarding> m_onboarding;

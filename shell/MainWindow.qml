@@ -12,6 +12,7 @@ Controls.ApplicationWindow {
 
     required property QtObject library
     required property Browser browser
+    required property BrowserCommands commands
     required property Sidebar sidebar
     required property Frame frame
     required property Onboarding onboarding
@@ -29,6 +30,10 @@ Controls.ApplicationWindow {
     minimumWidth: 900
     minimumHeight: 540
     color: Theme.window
+    menuBar: MainMenu {
+        library: window.library
+        commands: window.commands
+    }
 
     SplitView {
         anchors.fill: parent

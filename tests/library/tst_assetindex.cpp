@@ -115,7 +115,7 @@ private Q_SLOTS:
     // A thousand random batches against a plain map that follows the same rules.
     void agreesWithAPlainMapOverRandomBatches() {
         std::mt19937 random(20240501);
-        const auto number = [&](unsigned below) { return random() % below; };
+        const auto number = [&](unsigned below) { return unsigned(random() % below); };
         const auto folder = [&] {
             std::string path = "/l";
             for (unsigned depth = 1 + number(3); depth > 0; --depth)

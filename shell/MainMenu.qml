@@ -1,0 +1,57 @@
+// The menus of the window. Their shortcuts work whether or not a menu is open.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Controls.Basic as Controls
+import Lumbra.Browsing
+import Lumbra.Look
+
+MenuBar {
+    id: bar
+
+    required property QtObject library
+    required property BrowserCommands commands
+
+    Menu {
+        title: "Lumbra"
+        MenuItem {
+            text: "Welcome to Lumbra…"
+            onTriggered: bar.library.onboarding = true
+        }
+        MenuSeparator {}
+        MenuItem {
+            action: Controls.Action {
+                text: "Quit Lumbra"
+                shortcut: StandardKey.Quit
+                onTriggered: Qt.quit()
+            }
+        }
+    }
+    Menu {
+        title: "Asset"
+        MenuItem {
+            action: Controls.Action {
+                text: "Open in Default App"
+                shortcut: "Ctrl+O"
+                enabled: bar.commands.hasSelection
+                onTriggered: bar.commands.open()
+            }
+        }
+        MenuItem {
+            action: Controls.Action {
+                text: "Show in Finder"
+                shortcut: "Ctrl+Shift+R"
+                enabled: bar.commands.hasSelection
+                onTriggered: bar.commands.reveal()
+            }
+        }
+        MenuItem {
+            action: Controls.Action {
+                text: "Copy Path"
+                shortcut: "Ctrl+Alt+C"
+                enabled: bar.commands.hasSelection
+                onTriggered: bar.commands.copyPaths()
+            }
+        }
+    }
+}
