@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ThumbnailPicture.h"
 
+#include "ComposedPicture.h"
 #include "RoundedPicture.h"
 
 #include <QQuickWindow>
+#include <QSGImageNode>
 #include <QSGNode>
+#include <QSGRendererInterface>
 
 namespace lumbra {
 
@@ -38,15 +41,19 @@ ThumbnailPicture::ThumbnailPicture(QQuickItem* parent) : QQuickItem(parent) {
     setFlag(ItemHasContents);
 }
 
+ThumbnailPicture::~ThumbnailPicture() = default;
+
 void ThumbnailPicture::setAsset(const Asset& asset) {
     if (m_asset == asset)
         return;
     // A rewritten file keeps its old picture until the new one is there; another file must not.
-    if (m_asset.url != asset.url) {
-        setImage({});
-        setGlow({});
-    }
+    const bool isAnother = m_asset.url != asset.url;
     m_asset = asset;
+    if (isAnother) {
+        setImage(Thumbnails::shared().peek(asset, Thumbnails::bucket(m_size)));
+        setGlow({});
+        setFailed(false);
+    }
     Q_EMIT assetChanged();
     load();
 }
@@ -98,12 +105,8 @@ void ThumbnailPicture::componentComplete() {
 
 void ThumbnailPicture::itemChange(ItemChange change, const ItemChangeData& value) {
     QQuickItem::itemChange(change, value);
-    if (change == ItemVisibleHasChanged) {
-        if (value.boolValue)
-            load();
-        else
-            m_request = {};
-    }
+    if (change == ItemVisibleHasChanged || change == ItemSceneChange)
+        load();
 }
 
 void ThumbnailPicture::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) {
@@ -112,32 +115,89 @@ void ThumbnailPicture::geometryChange(const QRectF& newGeometry, const QRectF& o
         update();
 }
 
-// Shows what is cached right away, so that a cell that comes back into view does not flash, then asks for what is
+void ThumbnailPicture::updatePolish() {
+    follow();
+}
+
+// Shows what is cached right away, so that a cell that comes back into view does not flash, then sees to what is
 // missing.
 void ThumbnailPicture::load() {
-    m_request = {};
-    if (!isComponentComplete() || !isVisible() || m_asset.url.isEmpty() || m_size <= 0)
+    stop();
+    if (!isComponentComplete() || m_asset.url.isEmpty() || m_size <= 0)
         return;
     Thumbnails& thumbnails = Thumbnails::shared();
-    const int bucket = Thumbnails::bucket(m_size);
-    if (const QImage known = thumbnails.peek(m_asset, bucket); !known.isNull())
+    const QImage known = thumbnails.peek(m_asset, Thumbnails::bucket(m_size));
+    if (!known.isNull())
         setImage(known);
-    if (m_backdrop)
-        setGlow(thumbnails.peekBackdrop(m_asset));
-    m_request = thumbnails.image(m_asset, bucket, isInSight() ? Reader::Urgency::visible : Reader::Urgency::soon, this,
-                                 [this, asset = m_asset](const QImage& image) {
-                                     if (asset == m_asset)
-                                         takeImage(image);
-                                 });
+    if (const QImage glow = m_backdrop ? thumbnails.peekBackdrop(m_asset) : QImage(); !glow.isNull() || !m_backdrop)
+        setGlow(glow);
+    if (!isVisible() || !window())
+        return;
+    if (!known.isNull()) {
+        makeGlow();
+        return;
+    }
+    m_isMissing = true;
+    m_frames = connect(window(), &QQuickWindow::afterAnimating, this, &ThumbnailPicture::follow);
+    follow();
+    // Views place their cells after making them: look again before the next frame.
+    polish();
+}
+
+void ThumbnailPicture::stop() {
+    m_isMissing = false;
+    m_asked.reset();
+    m_request = {};
+    disconnect(m_frames);
+}
+
+// Asks, asks more urgently, or takes the request back, as the item comes into sight and goes away.
+void ThumbnailPicture::follow() {
+    if (!m_isMissing)
+        return;
+    const std::optional<Reader::Urgency> urgency = urgencyWhereItStands();
+    // What was urgent stays so while it is near: to ask anew would throw away work under way.
+    if (urgency == m_asked || (urgency && m_asked == Reader::Urgency::visible))
+        return;
+    m_asked = urgency;
+    m_request = {};
+    if (urgency)
+        ask(*urgency);
+}
+
+// Visible in its window; soon to be so, within one viewport's size; or none of our business.
+std::optional<Reader::Urgency> ThumbnailPicture::urgencyWhereItStands() const {
+    const QQuickItem* viewport = parentItem();
+    while (viewport && !viewport->flags().testFlag(ItemIsViewport))
+        viewport = viewport->parentItem();
+    QRectF seen(QPointF(), window()->size());
+    if (viewport)
+        seen &= viewport->mapRectToScene(viewport->boundingRect());
+    const QRectF place = mapRectToScene(boundingRect());
+    if (place.intersects(seen))
+        return Reader::Urgency::visible;
+    const QRectF near = seen.adjusted(-seen.width(), -seen.height(), seen.width(), seen.height());
+    return place.intersects(near) ? std::optional(Reader::Urgency::soon) : std::nullopt;
+}
+
+void ThumbnailPicture::ask(Reader::Urgency urgency) {
+    m_request = Thumbnails::shared().imageFor(m_asset, Thumbnails::bucket(m_size), urgency, this,
+                                              [this](const QImage& image) { takeImage(image); });
 }
 
 void ThumbnailPicture::takeImage(const QImage& image) {
+    m_isMissing = false;
+    disconnect(m_frames);
     setImage(image);
     setFailed(image.isNull());
-    if (!m_backdrop || image.isNull() || !m_glow.isNull())
+    makeGlow();
+}
+
+void ThumbnailPicture::makeGlow() {
+    if (!m_backdrop || m_image.isNull())
         return;
-    Thumbnails::shared().backdrop(m_asset, image, this, [this, asset = m_asset](const QImage& glow) {
-        if (asset == m_asset)
+    Thumbnails::shared().backdropFor(m_asset, m_image, this, [this, asset = m_asset](const QImage& glow) {
+        if (asset == m_asset && m_backdrop)
             setGlow(glow);
     });
 }
@@ -166,18 +226,9 @@ void ThumbnailPicture::setFailed(bool failed) {
         Q_EMIT failedChanged();
 }
 
-bool ThumbnailPicture::isInSight() const {
-    return window() && mapRectToScene(boundingRect()).intersects(QRectF(QPointF(), window()->size()));
-}
-
-// The picture whole, as large as the item allows.
-QRectF ThumbnailPicture::fitted() const {
-    QRectF rect(QPointF(), QSizeF(m_image.size()).scaled(boundingRect().size(), Qt::KeepAspectRatio));
-    rect.moveCenter(boundingRect().center());
-    return rect;
-}
-
 QSGNode* ThumbnailPicture::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
+    if (window()->rendererInterface()->graphicsApi() == QSGRendererInterface::Software)
+        return composed(static_cast<QSGImageNode*>(node));
     auto* layers = static_cast<Layers*>(node);
     if (!layers) {
         layers = new Layers;
@@ -188,10 +239,27 @@ QSGNode* ThumbnailPicture::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) 
     if (std::exchange(m_imageDirty, false))
         layers->set(layers->picture, m_image, window(), true);
     if (layers->glow)
-        layers->glow->setPlace(boundingRect(), boundingRect().size(), m_cornerRadius);
+        layers->glow->setPlace(boundingRect(), QQuickItem::size(), m_cornerRadius);
     if (layers->picture)
-        layers->picture->setPlace(fitted(), boundingRect().size(), m_cornerRadius);
+        layers->picture->setPlace(fittedInto(QQuickItem::size(), m_image.size()), QQuickItem::size(), m_cornerRadius);
     return layers;
+}
+
+// Without a graphics processor there are no shaders.
+QSGNode* ThumbnailPicture::composed(QSGImageNode* node) {
+    if (m_image.isNull() || boundingRect().isEmpty()) {
+        delete node;
+        return nullptr;
+    }
+    if (!node) {
+        node = window()->createImageNode();
+        node->setOwnsTexture(true);
+    }
+    const QImage image =
+        composedPicture(m_image, m_glow, QQuickItem::size(), m_cornerRadius, window()->effectiveDevicePixelRatio());
+    node->setTexture(window()->createTextureFromImage(image));
+    node->setRect(boundingRect());
+    return node;
 }
 
 } // namespace lumbra

@@ -10,13 +10,17 @@
 #include <QQuickItem>
 #include <QtQml/qqmlregistration.h>
 
+#include <optional>
+
+class QSGImageNode;
+
 namespace lumbra {
 
 class ThumbnailPicture : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
 
-    Q_PROPERTY(lumbra::Asset asset READ asset WRITE setAsset NOTIFY assetChanged)
+    Q_PROPERTY(lumbra::Asset asset READ asset WRITE setAsset RESET resetAsset NOTIFY assetChanged)
     Q_PROPERTY(double size READ size WRITE setSize NOTIFY sizeChanged)
     Q_PROPERTY(bool backdrop READ backdrop WRITE setBackdrop NOTIFY backdropChanged)
     Q_PROPERTY(double cornerRadius READ cornerRadius WRITE setCornerRadius NOTIFY cornerRadiusChanged)
@@ -26,9 +30,11 @@ class ThumbnailPicture : public QQuickItem {
 
 public:
     explicit ThumbnailPicture(QQuickItem* parent = nullptr);
+    ~ThumbnailPicture() override;
 
     Asset asset() const { return m_asset; }
     void setAsset(const Asset& asset);
+    void resetAsset() { setAsset({}); }
 
     // Points: the size that the caller wants, from which the bucket follows.
     double size() const { return m_size; }
@@ -37,11 +43,18 @@ public:
     bool backdrop() const { return m_backdrop; }
     void setBackdrop(bool wanted);
 
+    // Points, of the item's own corners.
     double cornerRadius() const { return m_cornerRadius; }
     void setCornerRadius(double radius);
 
     bool hasImage() const { return !m_image.isNull(); }
+    QImage image() const { return m_image; }
+    QImage glow() const { return m_glow; }
+
+    // The file yielded no picture; the next load tries again.
     bool failed() const { return m_failed; }
+
+    // "photo", "film", "waveform" or "doc": what stands for the file while it has no picture.
     QString kindSymbol() const;
 
 Q_SIGNALS:
@@ -56,16 +69,21 @@ protected:
     void componentComplete() override;
     void itemChange(ItemChange change, const ItemChangeData& value) override;
     void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
+    void updatePolish() override;
     QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData*) override;
 
 private:
     void load();
+    void stop();
+    void follow();
+    std::optional<Reader::Urgency> urgencyWhereItStands() const;
+    void ask(Reader::Urgency urgency);
     void takeImage(const QImage& image);
+    void makeGlow();
     void setImage(const QImage& image);
     void setGlow(const QImage& glow);
     void setFailed(bool failed);
-    bool isInSight() const;
-    QRectF fitted() const;
+    QSGNode* composed(QSGImageNode* node);
 
     Asset m_asset;
     double m_size = 0;
@@ -76,7 +94,12 @@ private:
     bool m_failed = false;
     bool m_imageDirty = false; // not in the scene graph yet
     bool m_glowDirty = false;
+
+    // While a picture is missing: whether it was asked for, and as how urgent.
+    bool m_isMissing = false;
+    std::optional<Reader::Urgency> m_asked;
     Thumbnails::Request m_request;
+    QMetaObject::Connection m_frames; // of the window, each a reason to look where the item stands
 };
 
 } // namespace lumbra

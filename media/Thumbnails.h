@@ -2,20 +2,22 @@
 // along with the blurred backdrop of each picture. Nothing is written to disk, and a miss is always answered by asking
 // again.
 //
-// Main thread. Sizes are in points, the longest side that a picture may have; pixels are points times `scale`.
+// Sizes are in points, the longest side that a picture may have; pixels are points times `scale`. To peek is for any
+// thread, to ask for the main thread.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "PictureCache.h"
 #include "library/Model.h"
 #include "platform/Reader.h"
 
-#include <QCache>
-#include <QFuture>
 #include <QImage>
 #include <QObject>
 
 #include <functional>
+#include <stop_token>
+#include <utility>
 
 namespace lumbra {
 
@@ -25,21 +27,25 @@ class Thumbnails : public QObject {
 public:
     using Ready = std::function<void(const QImage&)>;
 
+    // Bounds of the thumbnails kept, whichever is reached first.
+    static constexpr qsizetype largestCount = 4000;
+    static constexpr qsizetype largestBytes = 192 * 1024 * 1024;
+
     // A picture under way; takes the request back when it goes.
     class Request {
     public:
         Request() = default;
-        explicit Request(QFuture<QImage> future) : m_future(std::move(future)) {}
-        ~Request() { m_future.cancel(); }
-        Request(Request&& other) noexcept : m_future(std::exchange(other.m_future, {})) {}
+        explicit Request(std::stop_source stop) : m_stop(std::move(stop)) {}
+        ~Request() { m_stop.request_stop(); }
+        Request(Request&& other) noexcept { std::swap(m_stop, other.m_stop); }
         Request& operator=(Request&& other) noexcept {
-            m_future.cancel();
-            m_future = std::exchange(other.m_future, {});
+            Request taken(std::move(other));
+            std::swap(m_stop, taken.m_stop);
             return *this;
         }
 
     private:
-        QFuture<QImage> m_future;
+        std::stop_source m_stop{std::nostopstate};
     };
 
     explicit Thumbnails(Reader& reader, QObject* parent = nullptr);
@@ -53,22 +59,28 @@ public:
     // Pixels a point on the screen with the finest ones, so that no screen shows a picture enlarged.
     static double scale();
 
+    // What a picture is kept under: the file, when it was written, and the size without its fraction. A file that is
+    // rewritten in place gets a new key by that, and the old entry ages out. One backdrop serves all sizes.
+    static QString imageKey(const Asset& asset, double size);
+    static QString backdropKey(const Asset& asset);
+
     // What is there already; a null image if nothing is.
-    QImage peek(const Asset& asset, double size) const;
-    QImage peekBackdrop(const Asset& asset) const;
+    QImage peek(const Asset& asset, double size) { return m_cache.find(imageKey(asset, size)); }
+    QImage peekBackdrop(const Asset& asset) { return m_backdrops.find(backdropKey(asset)); }
 
-    // Makes the picture, keeps it, and hands it to `ready`, unless the request or the context has gone by then. The
-    // image is null if the file yields none; that is not remembered, and the next request tries again.
-    [[nodiscard]] Request image(const Asset& asset, double size, Reader::Urgency urgency, QObject* context,
-                                Ready ready);
+    // Makes the picture, keeps it, and hands it to `ready`, unless the request or the context has gone by then; at once
+    // if it is there. The image is null if the file yields none; that is not remembered, and the next request tries
+    // again.
+    [[nodiscard]] Request imageFor(const Asset& asset, double size, Reader::Urgency urgency, QObject* context,
+                                   Ready ready);
 
-    // The same for the backdrop of a picture that is there.
-    void backdrop(const Asset& asset, const QImage& image, QObject* context, Ready ready);
+    // The same for the backdrop of a picture that is there, on the utility pool.
+    void backdropFor(const Asset& asset, const QImage& image, QObject* context, Ready ready);
 
 private:
     Reader& m_reader;
-    QCache<QString, QImage> m_cache;
-    QCache<QString, QImage> m_backdrops;
+    PictureCache m_cache{largestBytes, largestCount};
+    PictureCache m_backdrops{16 * 1024 * 1024}; // some 7,000 of them
 };
 
 } // namespace lumbra

@@ -50,21 +50,26 @@ Reader& Reader::shared() {
     return *reader;
 }
 
-QFuture<QImage> Reader::thumbnail(const Location& file, QSize box, Urgency urgency) {
+Tasks::Task<QImage> Reader::thumbnail(const Location& file, QSize box, Urgency urgency, std::stop_token stop) {
     const QSize bounded = box.expandedTo({1, 1}).boundedTo({reader::longestSide, reader::longestSide});
     const auto promise = std::make_shared<QPromise<QImage>>();
     promise->start();
-    m_pool->ask(size_t(urgency), {.request = {.kind = reader::Kind::thumbnail,
-                                              .limit = m_limit,
-                                              .path = file.path(),
-                                              .details = encoded(reader::PictureBox{bounded})},
-                                  .isCancelled = [promise] { return promise->isCanceled(); },
-                                  .deliver =
-                                      [promise](const std::optional<reader::Found>& found) {
-                                          promise->addResult(picture(found));
-                                          promise->finish();
-                                      }});
-    return promise->future();
+    Tasks::Task<QImage> task(promise->future());
+    reader::Job job;
+    job.request.kind = reader::Kind::thumbnail;
+    job.request.limit = m_limit;
+    job.request.path = file.path();
+    job.request.details = encoded(reader::PictureBox{bounded});
+    job.isCancelled = [stop = std::move(stop)] { return stop.stop_requested(); };
+    job.makesSense = [](const reader::Found& found) {
+        return reader::decodedPictureFacts(found.details, found.bulk.size()).has_value();
+    };
+    job.deliver = [promise](const std::optional<reader::Found>& found) {
+        promise->addResult(picture(found));
+        promise->finish();
+    };
+    m_pool->ask(size_t(urgency), std::move(job));
+    return task;
 }
 
 void Reader::warmUp() {

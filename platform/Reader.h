@@ -1,8 +1,9 @@
 // The client of the reader processes: foreign bytes are decoded by `lumbra-reader`, never in this process.
 //
-// Every call returns at once and may be made on any thread. Answers are futures, resolved on the pool's own thread; use
-// `.then(context, ...)` to come back to a thread with a context. Cancelling the future that was returned (not one made
-// from it by `then`) takes the request back: a queued one is dropped, a running one's answer is thrown away.
+// Every call returns at once and may be made on any thread. Answers are tasks: `.then(context, ...)` goes on on the
+// main thread. To request a stop takes the request back: a queued one is dropped, a running one's answer is thrown
+// away, and the task is never done. (A task is not cancelled itself: in Qt 6.4 that reads freed memory when the answer
+// arrives at the same time.)
 //
 // Whatever goes wrong with a file, a reader's crash included, reads as nothing.
 //
@@ -10,12 +11,13 @@
 #pragma once
 
 #include "Location.h"
+#include "Tasks.h"
 
-#include <QFuture>
 #include <QImage>
 #include <QSize>
 
 #include <memory>
+#include <stop_token>
 
 namespace lumbra {
 
@@ -38,7 +40,7 @@ public:
     Reader();
     explicit Reader(const Options& options);
 
-    // Ends the processes. Futures that are not resolved yet are cancelled.
+    // Ends the processes. Tasks that are not done yet are cancelled.
     ~Reader();
 
     // The one for what people look at. It lives until the process ends.
@@ -46,7 +48,8 @@ public:
 
     // A small picture of the file: upright, in sRGB, premultiplied, inside `box` (pixels, 1 to 4,096 a side) with the
     // file's own proportions; not enlarged, unless it is a drawing or a page. A null image when there is none.
-    QFuture<QImage> thumbnail(const Location& file, QSize box, Urgency urgency = Urgency::visible);
+    Tasks::Task<QImage> thumbnail(const Location& file, QSize box, Urgency urgency = Urgency::visible,
+                                  std::stop_token stop = {});
 
     // Starts the processes before they are needed: the first answer comes a tenth of a second sooner.
     void warmUp();

@@ -191,10 +191,13 @@ void Pool::answered(Seat& seat, const Answer& answer) {
     // An answer to no question, or a second one to the same.
     if (!seat.job || answer.number != seat.job->request.number)
         return failed(seat);
-    const Job job = *std::exchange(seat.job, std::nullopt);
     std::optional<Found> found;
-    if (answer.found)
+    if (answer.found) {
         found = Found{answer.details, seat.child->bulk(answer.bulk)};
+        if (!seat.job->makesSense(*found))
+            return failed(seat);
+    }
+    const Job job = *std::exchange(seat.job, std::nullopt);
     if (++seat.answers == answersOfOneChild)
         seat = {};
     else

@@ -22,9 +22,11 @@ struct Found {
 struct Job {
     Request request;
 
-    // Both are called on the pool's thread. `deliver` is called at most once, and with nothing when the file reads as
-    // nothing; a cancelled job may be dropped without it.
+    // All are called on the pool's thread. `makesSense` is false for what no reader in its right mind answers to this
+    // request; it only looks. `deliver` is called at most once, and with nothing when the file reads as nothing; a
+    // cancelled job may be dropped without it.
     std::function<bool()> isCancelled;
+    std::function<bool(const Found&)> makesSense;
     std::function<void(std::optional<Found>)> deliver;
 };
 

@@ -49,6 +49,7 @@ private:
     Job job(quint32 number) {
         return {.request = {.number = number},
                 .isCancelled = [this, number] { return m_cancelled.contains(number); },
+                .makesSense = [](const Found&) { return true; },
                 .deliver = [](const std::optional<Found>&) {}};
     }
 

@@ -140,9 +140,11 @@ private Q_SLOTS:
 
     void aCancelledRequestInTheQueueIsDropped() {
         Reader reader(hostile(2));
-        QFuture<QImage> running = reader.thumbnail(m_home.file("stalling", "stall"), box, Reader::Urgency::visible);
-        QFuture<QImage> queued = reader.thumbnail(m_home.file("bad", "crash"), box, Reader::Urgency::later);
-        queued.cancel();
+        std::stop_source stop;
+        QFuture<QImage> running = reader.thumbnail(m_home.file("stalling", "stall"), box);
+        QFuture<QImage> queued =
+            reader.thumbnail(m_home.file("bad", "crash"), box, Reader::Urgency::later, stop.get_token());
+        stop.request_stop();
         resultOf(running);
         QCOMPARE(resultOf(reader.thumbnail(fine(), box, Reader::Urgency::later)).size(), QSize(1, 1));
         QCOMPARE(reader.startedCount(), size_t(2)); // the stalled one and its successor, but none for the crash
@@ -153,26 +155,45 @@ private Q_SLOTS:
     // Its reader would be busy for a minute.
     void aCancelledRequestAtWorkMakesRoom() {
         Reader reader(hostile(60));
-        QFuture<QImage> stalled = reader.thumbnail(m_home.file("stalling", "stall"), box);
+        std::stop_source stop;
+        QFuture<QImage> stalled =
+            reader.thumbnail(m_home.file("stalling", "stall"), box, Reader::Urgency::visible, stop.get_token());
         QTRY_COMPARE(reader.startedCount(), size_t(1));
         QFuture<QImage> next = reader.thumbnail(fine(), box, Reader::Urgency::later);
-        stalled.cancel();
+        stop.request_stop();
         QTRY_VERIFY_WITH_TIMEOUT(next.isFinished(), 10'000);
         QCOMPARE(next.result().size(), QSize(1, 1));
+        QVERIFY(!stalled.isResultReadyAt(0));
+    }
+
+    void anAnswerNobodyWaitsForIsThrownAway() {
+        Reader reader(hostile());
+        std::stop_source stop;
+        bool isTold = false;
+        reader.thumbnail(fine(), box, Reader::Urgency::visible, stop.get_token()).then(this, [&isTold](const QImage&) {
+            isTold = true;
+        });
+        stop.request_stop();
+        QImage last;
+        reader.thumbnail(fine(), box).then(this, [&last](const QImage& image) { last = image; });
+        QTRY_COMPARE(last.size(), QSize(1, 1));
+        QVERIFY(!isTold);
     }
 
     void theVisibleAndAmongThemTheLastComeFirst() {
         Reader reader(hostile());
         QList<int> order;
-        QFuture<QImage> holding = reader.thumbnail(m_home.file("stalling", "stall"), box);
+        std::stop_source stop;
+        const QFuture<QImage> holding =
+            reader.thumbnail(m_home.file("stalling", "stall"), box, Reader::Urgency::visible, stop.get_token());
         const auto ask = [&](int number, Reader::Urgency urgency) {
-            return reader.thumbnail(fine(), box, urgency).then([&order, number](const QImage&) {
+            return QFuture<QImage>(reader.thumbnail(fine(), box, urgency)).then([&order, number](const QImage&) {
                 order.append(number);
             });
         };
         const QList<QFuture<void>> asked{ask(1, Reader::Urgency::later), ask(2, Reader::Urgency::visible),
                                          ask(3, Reader::Urgency::soon), ask(4, Reader::Urgency::visible)};
-        holding.cancel();
+        stop.request_stop();
         for (QFuture<void> future : asked)
             future.waitForFinished();
         QCOMPARE(order, (QList<int>{4, 2, 3, 1}));
@@ -266,10 +287,11 @@ private Q_SLOTS:
     void aLongScrollLeavesOnlyWhatIsStillWanted() {
         Reader reader(hostile());
         QList<QFuture<QImage>> futures;
-        for (int i = 0; i < 1000; ++i) {
-            futures.append(reader.thumbnail(fine(), box));
+        std::vector<std::stop_source> stops(1000);
+        for (size_t i = 0; i < stops.size(); ++i) {
+            futures.append(reader.thumbnail(fine(), box, Reader::Urgency::visible, stops[i].get_token()));
             if (i >= 20)
-                futures[i - 20].cancel();
+                stops[i - 20].request_stop();
         }
         for (qsizetype i = futures.size() - 20; i < futures.size(); ++i)
             QCOMPARE(resultOf(futures[i]).size(), QSize(1, 1));

@@ -50,6 +50,26 @@ bool couldDo(const QByteArray& deed, const QByteArray& path) {
     return false;
 }
 
+// Nonsense that is sent; empty for the deeds that are something else.
+QByteArray nonsense(const QByteArray& deed, const Request& request) {
+    Answer answer = pixel(request.number);
+    if (deed == "babble")
+        return "what was the question?";
+    if (deed == "shout")
+        return QByteArray(60'000, 'a');
+    if (deed == "greet")
+        return encoded(Answer{});
+    if (deed == "other")
+        answer.number += 1;
+    else if (deed == "endless")
+        answer.bulk = quint32(arenaSize) + 1;
+    else if (deed == "huge")
+        answer.details = encoded(PictureFacts{{longestSide, longestSide}, true});
+    else
+        return {};
+    return encoded(answer);
+}
+
 void misbehave(const QByteArray& deed, const Request& request) {
     if (deed == "exit")
         ::_exit(0);
@@ -63,26 +83,9 @@ void misbehave(const QByteArray& deed, const Request& request) {
     if (deed == "flood")
         while (true)
             say(encoded(pixel(request.number)));
-    if (deed == "babble")
-        say("what was the question?");
-    if (deed == "silence")
-        say({});
-    if (deed == "shout")
-        say(QByteArray(60'000, 'a'));
-    if (deed == "other")
-        say(encoded(pixel(request.number + 1)));
-    if (deed == "greet")
-        say(encoded(Answer{}));
-    if (deed == "endless") {
-        Answer answer = pixel(request.number);
-        answer.bulk = quint32(arenaSize) + 1;
-        say(encoded(answer));
-    }
-    if (deed == "huge") {
-        Answer answer = pixel(request.number);
-        answer.details = encoded(PictureFacts{{longestSide, longestSide}, true});
-        say(encoded(answer));
-    }
+    const QByteArray message = nonsense(deed, request);
+    if (!message.isEmpty() || deed == "silence")
+        return say(message);
     if (couldDo(deed, request.path))
         say(encoded(pixel(request.number)));
     else
