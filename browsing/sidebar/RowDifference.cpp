@@ -47,27 +47,34 @@ QList<Step> RowDifference::between(const QStringList& before, const QStringList&
     QList<Step> steps;
     if (before == after)
         return steps;
-    const QHash<QString, qsizetype> positionBefore = positions(before);
     const QHash<QString, qsizetype> positionAfter = positions(after);
-
-    // From the end, so that the positions in front still hold.
-    for (qsizetype end = before.size(); end > 0;) {
-        qsizetype first = end;
-        while (first > 0 && !positionAfter.contains(before[first - 1]))
-            --first;
-        if (first < end)
-            steps.append({Kind::remove, first, end - first, 0});
-        end = first == end ? end - 1 : first;
-    }
-
-    QList<qsizetype> ranks; // of what is left, where each belongs
+    QList<qsizetype> ranks; // of the keys that are in both lists, as they stand before: where each belongs
     for (const QString& key : before) {
         const auto rank = positionAfter.constFind(key);
         if (rank != positionAfter.constEnd())
             ranks.append(*rank);
     }
     const QSet<qsizetype> staying = longestRising(ranks);
-    if (staying.size() != ranks.size()) {
+    const bool moves = ranks.size() - staying.size() <= mostMoves;
+    const auto kept = [&](qsizetype rank) { return moves || staying.contains(rank); };
+    QSet<qsizetype> present; // ranks that are there once the removals are done
+
+    // From the end, so that the positions in front still hold.
+    for (qsizetype end = before.size(); end > 0;) {
+        qsizetype first = end;
+        for (; first > 0; --first) {
+            const auto rank = positionAfter.constFind(before[first - 1]);
+            if (rank != positionAfter.constEnd() && kept(*rank)) {
+                present.insert(*rank);
+                break;
+            }
+        }
+        if (first < end)
+            steps.append({Kind::remove, first, end - first, 0});
+        end = first - 1;
+    }
+
+    if (moves) {
         QList<qsizetype> sortedRanks = ranks;
         std::sort(sortedRanks.begin(), sortedRanks.end());
         for (qsizetype index = 0; index < sortedRanks.size(); ++index) {
@@ -87,7 +94,7 @@ QList<Step> RowDifference::between(const QStringList& before, const QStringList&
 
     for (qsizetype first = 0; first < after.size();) {
         qsizetype end = first;
-        while (end < after.size() && !positionBefore.contains(after[end]))
+        while (end < after.size() && !present.contains(end))
             ++end;
         if (first < end)
             steps.append({Kind::insert, first, end - first, 0});

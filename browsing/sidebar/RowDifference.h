@@ -12,6 +12,8 @@
 namespace lumbra {
 
 struct RowDifference {
+    static constexpr qsizetype mostMoves = 64;
+
     enum class Kind { remove, move, insert };
 
     // To be carried out in order, each on what the one before left.

@@ -288,7 +288,8 @@ SidebarRows::Facts Sidebar::facts() const {
         if (project)
             facts.hues.insert(project->name, m_library->hueFor(project->name));
     }
-    facts.suggestion = m_library->groupSuggestion();
+    if (m_filter.isEmpty())
+        facts.suggestion = m_library->groupSuggestion();
     facts.entries =
         SidebarEntries::list({visible, state.groups, derived.activity, m_filter,
                               m_byActivity ? SidebarEntries::Order::activity : SidebarEntries::Order::name});

@@ -41,7 +41,7 @@ class Sidebar : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("The window makes its one sidebar.")
 
-    Q_PROPERTY(QAbstractItemModel* rows READ rows CONSTANT)
+    Q_PROPERTY(lumbra::SidebarModel* rows READ rows CONSTANT)
     Q_PROPERTY(QString filter READ filter WRITE setFilter NOTIFY filterChanged)
     Q_PROPERTY(bool byActivity READ byActivity WRITE setByActivity NOTIFY byActivityChanged)
     Q_PROPERTY(lumbra::SidebarFooter footer READ footer NOTIFY footerChanged)

@@ -16,7 +16,7 @@ Item {
 
     function openMenu() {
         if (loader.sourceComponent === placeRow)
-            loader.item.openMenu()
+            (loader.item as SidebarRow).openMenu()
     }
 
     function payloadOf(drag: DragEvent): string {

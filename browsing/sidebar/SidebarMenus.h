@@ -6,8 +6,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "../MenuEntry.h"
-#include "../NamePrompt.h"
+#include "browsing/MenuEntry.h"
+#include "browsing/NamePrompt.h"
 #include "library/Library.h"
 
 namespace lumbra {

@@ -3,6 +3,8 @@
 
 #include "RowDifference.h"
 
+#include <algorithm>
+
 namespace lumbra {
 
 namespace {
@@ -36,7 +38,8 @@ void SidebarModel::setRows(const QList<SidebarRow>& rows) {
             break;
         case RowDifference::Kind::insert:
             beginInsertRows({}, first, last);
-            m_rows = m_rows.first(step.first) + rows.mid(step.first, step.count) + m_rows.mid(step.first);
+            m_rows.insert(step.first, step.count, SidebarRow());
+            std::copy_n(rows.cbegin() + step.first, step.count, m_rows.begin() + step.first);
             endInsertRows();
             break;
         }

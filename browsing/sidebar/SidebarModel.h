@@ -9,11 +9,14 @@
 #include "SidebarRows.h"
 
 #include <QAbstractListModel>
+#include <QtQml/qqmlregistration.h>
 
 namespace lumbra {
 
 class SidebarModel : public QAbstractListModel {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The sidebar holds its rows.")
 
 public:
     enum Role {

@@ -77,7 +77,7 @@ Item {
 
     Hint {
         anchors.fill: bed
-        text: line.row.help
+        text: line.row.help || (name.truncated ? line.row.title : "")
     }
 
     Item {
@@ -109,6 +109,7 @@ Item {
             size: line.badgeSize
         }
         Label {
+            id: name
             x: chevron.width + line.badgeSize + Theme.gap
             width: Math.max(0, parent.width - x - (marks.width > 0 ? marks.width + Theme.gap : 0))
             anchors.verticalCenter: parent.verticalCenter

@@ -63,6 +63,7 @@ private Q_SLOTS:
     void steps_data();
     void steps();
     void anyListBecomesAnyOther();
+    void aLongListThatIsSortedAnewIsNotMovedRowByRow();
     void equalRowsNotifyNobody();
     void onlyRowsThatDifferAreDrawnAnew();
     void aRowThatMovesKeepsItsItem();
@@ -107,6 +108,23 @@ void tst_SidebarModel::anyListBecomesAnyOther() {
         model.setRows(rows(next));
         QCOMPARE(titles(model), next);
     }
+}
+
+void tst_SidebarModel::aLongListThatIsSortedAnewIsNotMovedRowByRow() {
+    QStringList names;
+    for (int number = 0; number < 500; ++number)
+        names.append(QString::number(number));
+    QStringList reversed = names;
+    std::reverse(reversed.begin(), reversed.end());
+    const QList<RowDifference::Step> steps = RowDifference::between(names, reversed);
+    for (const RowDifference::Step& step : steps)
+        QVERIFY(step.kind != RowDifference::Kind::move);
+
+    SidebarModel model;
+    const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    model.setRows(rows(names));
+    model.setRows(rows(reversed));
+    QCOMPARE(titles(model), reversed);
 }
 
 void tst_SidebarModel::equalRowsNotifyNobody() {
