@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "App.h"
 #include "HangLog.h"
-
 #include "core/PreferenceMigration.h"
 #include "look/Look.h"
 

@@ -20,6 +20,7 @@ Item {
     Accessible.name: qsTr("Progress")
 
     Shape {
+        id: arcs
         anchors.fill: parent
         layer.enabled: true
         layer.samples: 4
@@ -58,7 +59,7 @@ Item {
             duration: Theme.turn
             loops: Animation.Infinite
             running: gauge.indeterminate && gauge.visible
-            onRunningChanged: if (!running) target.rotation = 0
+            onRunningChanged: if (!running) arcs.rotation = 0
         }
     }
 }
