@@ -43,6 +43,18 @@ QJsonArray projectNames(const QList<Project>& projects) {
     return names;
 }
 
+// How many assets each visible project holds at any depth.
+QJsonObject fileCounts(const Library& library) {
+    QJsonObject counts;
+    for (const Project& project : library.visibleProjects()) {
+        qint64 count = 0;
+        for (const auto& folder : library.index().foldersUnder(project.url))
+            count += qint64(folder->size());
+        counts.insert(project.name, count);
+    }
+    return counts;
+}
+
 QJsonArray pageRows(const PageRows& rows) {
     QJsonArray all;
     for (int row = 0; row < std::min(rows.rowCount(), mostRows); ++row) {
@@ -215,6 +227,7 @@ QJsonObject StateDump::dump() const {
             {QStringLiteral("indexed"), qint64(m_library.index().count())},
             {QStringLiteral("revision"), m_library.revision()},
             {QStringLiteral("projects"), projectNames(m_library.visibleProjects())},
+            {QStringLiteral("files"), fileCounts(m_library)},
             {QStringLiteral("rows"), pageRows(*m_browser.rows())},
             {QStringLiteral("items"), scene.tiles},
             {QStringLiteral("sidebar"), scene.sidebar},
