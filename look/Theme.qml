@@ -159,7 +159,8 @@ QtObject {
     }
 
     // The same as a chain of cubic curves for Easing.BezierSpline: each piece meets the spring's place and speed at its
-    // two ends. An ordinary animation can then follow it, and be switched off with all others.
+    // two ends. An ordinary animation can then follow it, and be switched off with all others. Qt 6.4 writes beyond its
+    // memory when a curve has more than ten pieces.
     function curveOfSpring(): var {
         const pieces = 10 // Qt 6.4 keeps room for as many, and writes past it without a check
         const whole = springSettles / 1000

@@ -13,7 +13,7 @@ Alert {
     title: "Something went wrong"
     confirm: "OK"
     onConfirmed: frame.acknowledgeError()
-    Component.onCompleted: follow()
+    Component.onCompleted: Qt.callLater(follow) // by then there is a window to open in
 
     function follow() {
         if (frame.error === "")

@@ -19,11 +19,13 @@ Sheet {
     padding: Theme.blockGap
     dismissable: false
     onOpened: openLibrary.forceActiveFocus()
-    Component.onCompleted: if (onboarding.shown) open()
+    Component.onCompleted: Qt.callLater(follow) // by then there is a window to open in
+
+    function follow() { onboarding.shown ? open() : close() }
 
     Connections {
         target: sheet.onboarding
-        function onShownChanged() { sheet.onboarding.shown ? sheet.open() : sheet.close() }
+        function onShownChanged() { sheet.follow() }
     }
 
     FolderPanel {

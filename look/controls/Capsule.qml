@@ -57,6 +57,7 @@ Item {
         }
         Button {
             anchors.verticalCenter: parent.verticalCenter
+            objectName: "capsuleButton"
             visible: capsule.buttonText !== ""
             kind: Button.Plain
             text: capsule.buttonText

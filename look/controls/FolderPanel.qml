@@ -118,6 +118,7 @@ Sheet {
                     required property string name
                     required property string path
 
+                    objectName: name
                     width: ListView.view.width
                     height: Theme.rowHeight
 

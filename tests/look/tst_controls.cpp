@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "QmlWindow.h"
+#include "support/QmlWindow.h"
 
 #include <QAccessible>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "QmlWindow.h"
+#include "support/QmlWindow.h"
 
 #include <QColor>
 
@@ -125,6 +125,7 @@ void tst_theme::theSpringStartsAtRestAndEndsThere() {
     const QList<double> points = curve();
     QVERIFY(points.size() >= 6);
     QCOMPARE(points.size() % 6, 0);
+    QVERIFY(points.size() / 6 <= 10); // more overrun a buffer of Qt 6.4
     QCOMPARE(points.at(points.size() - 2), 1.0);
     QCOMPARE(points.last(), 1.0);
     QVERIFY(qAbs(points.at(1)) < 1e-9); // no speed at the start

@@ -20,17 +20,20 @@ namespace lumbra {
 
 class QmlWindow {
 public:
-    // `body` is what stands in an Item as large as the window; `import` what it needs beside Lumbra.Look.
-    explicit QmlWindow(const char* body, const char* imports = "") {
+    // `body` is what stands in an Item as large as the window; `imports` what it needs beside Lumbra.Look; `properties`
+    // values of properties that the body declares.
+    explicit QmlWindow(const char* body, const char* imports = "", const QVariantMap& properties = {},
+                       const QSize& size = QSize(600, 400)) {
         Look::prepareEngine(m_engine);
         QQmlComponent component(&m_engine);
-        component.setData(QByteArray("import QtQuick\nimport Lumbra.Look\n") + imports
-                              + "\nItem { width: 600; height: 400; focus: true\n" + body + "\n}",
+        component.setData(QByteArray("import QtQuick\nimport Lumbra.Look\n") + imports + "\nItem { focus: true\n" + body
+                              + "\n}",
                           QUrl());
-        m_root.reset(qobject_cast<QQuickItem*>(component.create()));
+        m_root.reset(qobject_cast<QQuickItem*>(component.createWithInitialProperties(properties)));
         if (!m_root)
             qFatal("%s", qPrintable(component.errorString()));
-        m_window.resize(600, 400);
+        m_window.resize(size);
+        m_root->setSize(size);
         m_root->setParentItem(m_window.contentItem());
         m_window.show();
         m_window.requestActivate();
@@ -46,6 +49,8 @@ public:
     template <typename Type = QObject>
     Type* find(const char* name) {
         auto* found = m_root->findChild<Type*>(QLatin1String(name));
+        if (!found) // what a view makes for its rows belongs to nobody
+            found = qobject_cast<Type*>(itemBelow(m_window.contentItem(), QString::fromLatin1(name)));
         if (!found)
             qFatal("there is no %s", name);
         return found;
@@ -67,6 +72,17 @@ public:
     }
 
 private:
+    static QQuickItem* itemBelow(QQuickItem* parent, const QString& name) {
+        const QList<QQuickItem*> children = parent->childItems();
+        for (QQuickItem* child : children) {
+            if (child->objectName() == name)
+                return child;
+            if (QQuickItem* found = itemBelow(child, name))
+                return found;
+        }
+        return nullptr;
+    }
+
     QQmlEngine m_engine;
     QQuickWindow m_window;
     std::unique_ptr<QQuickItem> m_root;
