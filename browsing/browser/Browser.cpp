@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Browser.h"
 
-#include "../tiles/TileMenus.h"
+#include "browsing/tiles/TileMenus.h"
 
 #include <numeric>
 
@@ -384,6 +384,7 @@ void Browser::step(int step) {
 
 void Browser::selectAll() {
     QSet<Location> all;
+    all.reserve(m_order.value().size());
     for (const Asset& asset : m_order.value().assets())
         all.insert(asset.url);
     m_selection = all;

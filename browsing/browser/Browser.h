@@ -7,7 +7,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "../chrome/GroupCards.h"
+#include "browsing/chrome/GroupCards.h"
 #include "BrowserSettings.h"
 #include "PageLoader.h"
 #include "PageRows.h"

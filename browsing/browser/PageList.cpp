@@ -60,9 +60,8 @@ Assets PageList::among(const QSet<Location>& paths) const {
     Assets found;
     if (paths.size() > size() / 8) {
         // A file may stand twice in a feed, on the shelf and in its section; it counts once.
-        QSet<Location> sought = paths;
-        for (const Asset& asset : assets())
-            if (sought.remove(asset.url))
+        for (qsizetype position = 0; position < size(); ++position)
+            if (const Asset& asset = at(position); paths.contains(asset.url) && positionOf(asset.url) == position)
                 found.append(asset);
         return found;
     }

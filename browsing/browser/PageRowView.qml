@@ -22,8 +22,8 @@ Item {
     implicitHeight: (isButton ? Theme.controlHeight : metrics.height(row.captioned)) + row.gap
 
     Repeater {
-        // As many as there are columns, in every row: a row that is used again keeps its tiles.
-        model: view.isButton ? 0 : view.rows.columns
+        // A model of its own for the columns: when one comes or goes, the tiles in the others stay.
+        model: view.rows.slots
 
         Loader {
             id: place
@@ -33,37 +33,9 @@ Item {
 
             x: Math.round(view.inset + index * (view.rows.cellWidth + Theme.tileGap)
                           + (view.rows.cellWidth - view.metrics.width) / 2)
-            active: cell.isAsset || cell.isFolder || cell.isStack
-            sourceComponent: cell.isAsset ? assetTile : cell.isFolder ? folderTile : stackTile
-
-            Component {
-                id: assetTile
-                AssetTile {
-                    cell: place.cell
-                    metrics: view.metrics
-                    onClicked: modifiers => view.browser.click(place.cell, modifiers)
-                    onOpened: view.browser.play(place.cell.asset)
-                }
-            }
-            Component {
-                id: folderTile
-                FolderTile {
-                    cell: place.cell
-                    metrics: view.metrics
-                    onOpened: view.browser.openFolder(place.cell.url)
-                }
-            }
-            Component {
-                id: stackTile
-                StackTile {
-                    cell: place.cell
-                    metrics: view.metrics
-                    onOpened: view.browser.openFolder(place.cell.url)
-                }
-            }
+            sourceComponent: cell.isAsset ? assetTile : cell.isFolder ? folderTile : cell.isStack ? stackTile : null
 
             TapHandler {
-                enabled: place.active && !place.cell.isStack
                 acceptedButtons: Qt.RightButton
                 gesturePolicy: TapHandler.WithinBounds
                 onPressedChanged: if (pressed)
@@ -73,9 +45,39 @@ Item {
     }
 
     Loader {
-        active: view.isButton
         anchors.horizontalCenter: parent.horizontalCenter
-        sourceComponent: Button {
+        sourceComponent: view.isButton ? button : null
+    }
+
+    // Once for the row, not once for each of its tiles; what is loaded finds its cell at its place.
+    Component {
+        id: assetTile
+        AssetTile {
+            cell: parent.cell
+            metrics: view.metrics
+            onClicked: modifiers => view.browser.click(cell, modifiers)
+            onOpened: view.browser.play(cell.asset)
+        }
+    }
+    Component {
+        id: folderTile
+        FolderTile {
+            cell: parent.cell
+            metrics: view.metrics
+            onOpened: view.browser.openFolder(cell.url)
+        }
+    }
+    Component {
+        id: stackTile
+        StackTile {
+            cell: parent.cell
+            metrics: view.metrics
+            onOpened: view.browser.openFolder(cell.url)
+        }
+    }
+    Component {
+        id: button
+        Button {
             text: view.row.more
             onClicked: view.browser.showMore(view.row.section)
         }

@@ -44,7 +44,9 @@ PageBlock::Item PageBlock::item(qsizetype position) const {
     return std::visit([](const auto& entry) { return Item(entry); }, entries.at(position - assets.size()));
 }
 
-PageRows::PageRows(Facts facts, QObject* parent) : QAbstractListModel(parent), m_facts(std::move(facts)) {}
+PageRows::PageRows(Facts facts, QObject* parent) : QAbstractListModel(parent), m_facts(std::move(facts)) {
+    m_slots.setCount(m_columns.count);
+}
 
 void PageRows::setWidth(double width) {
     if (m_width == width)
@@ -68,6 +70,7 @@ void PageRows::layOut() {
         return;
     const bool moved = next.count != m_columns.count;
     m_columns = next;
+    m_slots.setCount(next.count);
     if (moved)
         for (qsizetype block = 0; block < m_shown.size(); ++block)
             updateBlock(block, PageBlock(m_shown.at(block).block), true);
@@ -168,10 +171,13 @@ void PageRows::setSelection(const QSet<Location>& selection) {
     if (m_selection == selection)
         return;
     const QSet<Location> before = std::exchange(m_selection, selection);
-    const QSet<Location> changed = (before - selection) + (selection - before);
+    // To tell where two large selections differ would take longer than to draw all rows in sight anew.
+    const bool whole = std::abs(before.size() - selection.size()) > comparedSelection
+                       || std::max(before.size(), selection.size()) > comparedTiles;
+    const QSet<Location> changed = whole ? QSet<Location>() : (before - selection) + (selection - before);
     for (qsizetype position = 0; position < m_shown.size(); ++position) {
         const Shown& shown = m_shown.at(position);
-        std::vector<bool> differs(size_t(shown.tileRows), changed.size() > comparedSelection);
+        std::vector<bool> differs(size_t(shown.tileRows), whole || changed.size() > comparedSelection);
         const auto mark = [&](qsizetype item) { differs[size_t(item / m_columns.count)] = true; };
         if (changed.size() <= comparedSelection) {
             for (const Location& path : changed)

@@ -8,6 +8,7 @@
 #pragma once
 
 #include "AdaptiveColumns.h"
+#include "ColumnSlots.h"
 #include "PageList.h"
 #include "PageRow.h"
 #include "RecentSections.h"
@@ -45,6 +46,7 @@ class PageRows : public QAbstractListModel {
     Q_PROPERTY(double zoom READ zoom WRITE setZoom NOTIFY layoutInputChanged)
     Q_PROPERTY(int columns READ columns NOTIFY columnsChanged)
     Q_PROPERTY(double cellWidth READ cellWidth NOTIFY columnsChanged)
+    Q_PROPERTY(QAbstractItemModel* slots READ slotModel CONSTANT)
 
 public:
     enum Role { rowRole = Qt::UserRole, sectionRole };
@@ -71,6 +73,7 @@ public:
 
     int columns() const { return m_columns.count; }
     double cellWidth() const { return m_columns.width; }
+    QAbstractItemModel* slotModel() { return &m_slots; }
 
     void setBlocks(const QList<PageBlock>& blocks);
     void setSelection(const QSet<Location>& selection);
@@ -112,6 +115,7 @@ private:
     double m_width = 0;
     double m_zoom = 170;
     AdaptiveColumns m_columns;
+    ColumnSlots m_slots;
     QList<Shown> m_shown;
     QSet<Location> m_selection;
 };

@@ -46,40 +46,18 @@ Item {
             cornerRadius: Theme.radiusPicture
         }
 
-        // The pointer brightens the picture and moves nothing.
-        Rectangle {
-            anchors.fill: parent
-            radius: parent.radius
-            color: Theme.hover
-            opacity: tile.hovering ? 1 : 0
-            Behavior on opacity { EaseNumber {} }
-        }
+        HoverLight { shown: tile.hovering }
 
-        // On a bed, since amber alone is lost on a bright picture.
-        Rectangle {
+        Loader {
             anchors { top: parent.top; right: parent.right; margins: Theme.grid + 2 }
-            visible: tile.cell.starred
-            width: Theme.sizeSymbolSmall + Theme.gap
-            height: width
-            radius: width / 2
-            color: Theme.badgeBed
-
-            Symbol {
-                anchors.centerIn: parent
-                name: "star.fill"
-                size: Theme.sizeSymbolSmall
-                color: Theme.amber
-            }
+            sourceComponent: tile.cell.starred ? star : null
         }
     }
 
-    Rectangle {
+    Loader {
         anchors.fill: well
         anchors.margins: -Theme.ringGap - Theme.ring
-        visible: tile.cell.selected
-        radius: well.radius + Theme.ringGap + Theme.ring
-        color: Theme.clear
-        border { width: Theme.ring; color: Theme.amber }
+        sourceComponent: tile.cell.selected ? ring : null
     }
 
     TileText {
@@ -95,5 +73,33 @@ Item {
         onClicked: mouse => tile.clicked(mouse.modifiers)
         onDoubleClicked: tile.opened()
     }
-    Hint { text: lines.elided ? tile.cell.name : ""; control: tile }
+    TileHint { tile: tile; text: lines.elided ? tile.cell.name : "" }
+
+    Component {
+        id: star
+
+        // On a bed, since amber alone is lost on a bright picture.
+        Rectangle {
+            implicitWidth: Theme.sizeSymbolSmall + Theme.gap
+            implicitHeight: implicitWidth
+            radius: width / 2
+            color: Theme.badgeBed
+
+            Symbol {
+                anchors.centerIn: parent
+                name: "star.fill"
+                size: Theme.sizeSymbolSmall
+                color: Theme.amber
+            }
+        }
+    }
+    Component {
+        id: ring
+
+        Rectangle {
+            radius: Theme.radiusPicture + Theme.ringGap + Theme.ring
+            color: Theme.clear
+            border { width: Theme.ring; color: Theme.amber }
+        }
+    }
 }

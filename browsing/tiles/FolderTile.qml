@@ -35,13 +35,7 @@ Item {
         radius: Theme.radiusPicture
         color: Theme.white(0.03)
 
-        Rectangle {
-            anchors.fill: parent
-            radius: parent.radius
-            color: Theme.hover
-            opacity: tile.hovering ? 1 : 0
-            Behavior on opacity { EaseNumber {} }
-        }
+        HoverLight { shown: tile.hovering }
         Loader {
             anchors.centerIn: parent
             sourceComponent: tile.cell.newest.length > 0 ? filled : plain
@@ -92,5 +86,5 @@ Item {
     }
 
     PressArea { onClicked: tile.opened() }
-    Hint { text: lines.elided ? tile.cell.name : ""; control: tile }
+    TileHint { tile: tile; text: lines.elided ? tile.cell.name : "" }
 }

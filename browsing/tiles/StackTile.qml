@@ -12,6 +12,7 @@ Item {
     required property TileMetrics metrics
 
     readonly property string help: "Open " + cell.caption
+    readonly property bool hovering: hover.hovered
     readonly property real fanShare: 0.9
 
     signal opened()
@@ -34,13 +35,7 @@ Item {
         radius: Theme.radiusPicture
         color: Theme.white(0.03)
 
-        Rectangle {
-            anchors.fill: parent
-            radius: parent.radius
-            color: Theme.hover
-            opacity: hover.hovered ? 1 : 0
-            Behavior on opacity { EaseNumber {} }
-        }
+        HoverLight { shown: tile.hovering }
         Fan {
             anchors.centerIn: parent
             width: Math.round(well.width * tile.fanShare)
@@ -63,5 +58,5 @@ Item {
     }
 
     PressArea { onClicked: tile.opened() }
-    Hint { text: tile.help; control: tile }
+    TileHint { tile: tile; text: tile.help }
 }

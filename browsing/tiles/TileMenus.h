@@ -5,7 +5,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "../MenuEntry.h"
+#include "browsing/MenuEntry.h"
 #include "library/Library.h"
 
 namespace lumbra::TileMenus {

@@ -8,36 +8,47 @@ Item {
     id: lines
 
     property alias name: title.text
-    property alias nameSymbol: mark.name
-    property alias caption: fact.text
+    property string nameSymbol
+    property string caption
 
     // The name is too long to be shown whole.
     readonly property bool elided: title.truncated
 
-    implicitHeight: Theme.lineBody + (fact.text ? Theme.lineFact : 0)
+    implicitHeight: Theme.lineBody + (caption ? Theme.lineFact : 0)
 
-    Symbol {
+    Loader {
         id: mark
         anchors.verticalCenter: title.verticalCenter
-        visible: lines.nameSymbol !== ""
-        size: Theme.sizeSymbolSmall
-        color: Theme.textSoft
+        sourceComponent: lines.nameSymbol ? symbol : null
     }
     Label {
         id: title
-        x: mark.visible ? mark.width + Theme.grid + 2 : 0
+        x: lines.nameSymbol ? mark.width + Theme.grid + 2 : 0
         width: parent.width - x
         elide: Text.ElideMiddle
-        horizontalAlignment: Text.AlignLeft
         Accessible.ignored: true
     }
-    Label {
-        id: fact
+    Loader {
         y: Theme.lineBody
         width: parent.width
-        visible: text !== ""
-        style: Label.Fact
-        elide: Text.ElideMiddle
-        Accessible.ignored: true
+        sourceComponent: lines.caption ? second : null
+    }
+
+    Component {
+        id: symbol
+        Symbol {
+            name: lines.nameSymbol
+            size: Theme.sizeSymbolSmall
+            color: Theme.textSoft
+        }
+    }
+    Component {
+        id: second
+        Label {
+            style: Label.Fact
+            text: lines.caption
+            elide: Text.ElideMiddle
+            Accessible.ignored: true
+        }
     }
 }
