@@ -30,7 +30,7 @@ public:
 
     Location folder() const { return m_folder; }
     QString folderText() const { return m_folder.abbreviated(); }
-    QString startFolder() const { return m_folder.parent().toString(); }
+    QString startFolder() const { return m_folder.parent().abbreviated(); }
 
     Q_INVOKABLE void choose(const QString& path);
 
