@@ -100,6 +100,7 @@ void Browser::followLoader() {
     connect(m_loader, &PageLoader::loadedChanged, this, &Browser::describe);
     connect(m_loader, &PageLoader::loadedChanged, this, &Browser::loadedChanged);
     connect(m_loader, &PageLoader::kindCountsChanged, this, &Browser::kindCountsChanged);
+    connect(m_loader, &PageLoader::finished, this, &Browser::loadFinished);
     connect(m_loader, &PageLoader::arriving, this, &Browser::turnTo);
     connect(m_loader, &PageLoader::listsWritten, this, [this] {
         drawRows();
@@ -149,9 +150,19 @@ void Browser::scheduleLoad() {
             if (key == m_lastKey)
                 return;
             m_lastKey = key;
+            ++m_loads;
             m_loader->load(key);
         },
         Qt::QueuedConnection);
+}
+
+void Browser::loadFinished(const LoadKey& key) {
+    // Loads write in the order in which they end. Where that of an older key came last, the page is not what its key
+    // says, and loads once more.
+    if (--m_loads > 0 || key == m_lastKey)
+        return;
+    m_lastKey.reset();
+    scheduleLoad();
 }
 
 void Browser::placeChanged() {

@@ -7,12 +7,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "browsing/chrome/GroupCards.h"
 #include "BrowserSettings.h"
 #include "PageLoader.h"
 #include "PageRows.h"
 #include "PageText.h"
 #include "Selection.h"
+#include "browsing/chrome/GroupCards.h"
 #include "library/Library.h"
 
 #include <QMap>
@@ -146,6 +146,7 @@ private:
     void revealIfPending();
     LoadKey loadKey() const;
     void scheduleLoad();
+    void loadFinished(const LoadKey& key);
     void turnTo(const Place& place);
     void drawRows();
     QList<PageBlock> blocks() const;
@@ -184,6 +185,7 @@ private:
 
     bool m_appeared = false;
     bool m_loadScheduled = false;
+    int m_loads = 0; // under way
     std::optional<LoadKey> m_lastKey;
     Place m_drawnPlace; // whose rows the page shows: the former place until the first list of the new one is there
 };

@@ -45,7 +45,7 @@ void PageLoader::loadPlace(const LoadKey& key, const PageFilter& filter) {
     case Place::Case::tidy:
         Q_EMIT arriving(key.place);
         Q_EMIT listsWritten();
-        return finish();
+        return finish(key);
     case Place::Case::starred:
         return loadStarred(key, filter);
     case Place::Case::folder:
@@ -65,7 +65,7 @@ void PageLoader::loadStarred(const LoadKey& key, const PageFilter& filter) {
         m_assets = page.assets;
         m_folders = page.folders;
         Q_EMIT listsWritten();
-        finish();
+        finish(key);
     });
 }
 
@@ -82,7 +82,7 @@ void PageLoader::loadFolder(const Location& url, const LoadKey& key, const PageF
         m_folders = page.folders;
         m_assets = page.assets;
         Q_EMIT listsWritten();
-        finish();
+        finish(key);
     });
 }
 
@@ -98,18 +98,18 @@ void PageLoader::loadRecent(const LoadKey& key, const PageFilter& filter) {
         Q_EMIT arriving(key.place);
         m_shelf = shelf;
         Q_EMIT listsWritten();
-        Tasks::run(pool, computeFeed).then(this, [this](const RecentPage& page) {
+        Tasks::run(pool, computeFeed).then(this, [this, key](const RecentPage& page) {
             m_kindCounts = page.kindCounts;
             m_sections = page.sections;
             Q_EMIT listsWritten();
-            finish();
+            finish(key);
         });
     });
 }
 
-void PageLoader::finish() {
+void PageLoader::finish(const LoadKey& key) {
     m_loaded = true;
-    Q_EMIT finished();
+    Q_EMIT finished(key);
 }
 
 } // namespace lumbra

@@ -62,14 +62,14 @@ Q_SIGNALS:
     void loadedChanged();
 
     // The end of each load, also where nothing differs from what was there.
-    void finished();
+    void finished(const lumbra::LoadKey& key);
 
 private:
     void loadPlace(const LoadKey& key, const PageFilter& filter);
     void loadFolder(const Location& url, const LoadKey& key, const PageFilter& filter);
     void loadStarred(const LoadKey& key, const PageFilter& filter);
     void loadRecent(const LoadKey& key, const PageFilter& filter);
-    void finish();
+    void finish(const LoadKey& key);
 
     Library* const m_library;
     ContentSearch m_contentSearch;

@@ -243,6 +243,30 @@ private Q_SLOTS:
         QCOMPARE(asked, QStringLiteral("sunset below %1/, 2000").arg(window.folder("p").toString()));
     }
 
+    void aLoadThatEndsAfterANewerOneIsMadeUpFor() {
+        Window window;
+        window.file("p/slow.png");
+        window.file("p/quick.png");
+        window.open(Place::folder(window.folder("p")));
+        QTRY_COMPARE(window.browser->assets().size(), 2);
+        std::atomic<bool> held = true;
+        std::atomic<bool> ended = false;
+        window.browser->setContentSearch([&](const QString& query, const std::optional<QString>&, int) {
+            while (query == QStringLiteral("slow") && held)
+                QThread::msleep(1);
+            ended = ended || query == QStringLiteral("slow");
+            return QStringList();
+        });
+        window.browser->setSearch(QStringLiteral("slow"));
+        QTest::qWait(0);
+        window.browser->setSearch(QStringLiteral("quick"));
+        QTRY_COMPARE(names(window.browser->assets()), strings({"quick.png"}));
+        const QSignalSpy stale(window.browser->rows(), &QAbstractItemModel::dataChanged);
+        held = false;
+        QTRY_VERIFY(ended && stale.size() >= 2); // the older result, and the newer one again
+        QTRY_COMPARE(names(window.browser->assets()), strings({"quick.png"}));
+    }
+
     void contentIsSearchedEverywhereOnOtherPages() {
         Window window;
         window.file("p/a.png");

@@ -228,23 +228,36 @@ private Q_SLOTS:
         QVERIFY(pane.control("Chip", u"All"_qs)->property("on").toBool());
     }
 
-    void chipsTellTheirCountsWhereThereIsRoom() {
+    void theKindsTakeTheWidestFormThatFits() {
+        Pane pane;
+        for (const char* name : {"a.png", "b.mp4", "c.mp3", "d.txt"})
+            pane.file(std::string("p/") + name);
+        pane.open(Place::folder(pane.folder("p")));
+        const auto form = [&] {
+            const QQuickItem* const chip = pane.control("Chip", u"Documents"_qs);
+            return !chip ? u"menu"_qs : chip->property("count").toString().isEmpty() ? u"chips"_qs : u"counts"_qs;
+        };
+        QTRY_COMPARE(form(), u"counts"_qs);
+        QStringList forms;
+        for (int width = 1000; width >= 300; width -= 10) {
+            pane.view->resize(width, 700);
+            QTRY_COMPARE(pane.view->rootObject()->width(), width);
+            const QQuickItem* const kinds = pane.items("KindChips").first();
+            QVERIFY(form() == u"menu"_qs || kinds->width() <= kinds->property("available").toReal());
+            if (forms.isEmpty() || forms.last() != form())
+                forms << form();
+        }
+        QCOMPARE(forms, strings({"counts", "chips", "menu"}));
+        QVERIFY(pane.control("ChoiceButton", u"Kind"_qs));
+    }
+
+    void aKindWithoutFilesIsDim() {
         Pane pane;
         pane.file("p/cat.txt");
         pane.open(Place::folder(pane.folder("p")));
-        const auto chip = [&] { return pane.control("Chip", u"Documents"_qs); };
-        QTRY_VERIFY(chip());
-        QTRY_COMPARE(chip()->property("count").toString(), u"1"_qs);
+        QTRY_VERIFY(pane.control("Chip", u"Images"_qs));
+        QTRY_VERIFY(!pane.control("Chip", u"Documents"_qs)->property("dim").toBool());
         QVERIFY(pane.control("Chip", u"Images"_qs)->property("dim").toBool());
-        QCOMPARE(pane.items("Chip").size(), 5);
-        // Room for the chips without their counts, then for none of them.
-        const auto kinds = pane.items("KindChips").first();
-        pane.view->resize(pane.view->width() - int(kinds->property("available").toReal()) + int(kinds->width()) - 4,
-                          700);
-        QTRY_COMPARE(chip() ? chip()->property("count").toString() : u"none"_qs, QString());
-        pane.view->resize(400, 700);
-        QTRY_VERIFY(pane.control("ChoiceButton", u"Kind"_qs));
-        QVERIFY(!chip());
     }
 
     void theFeedHasItsHeadsAndRevealsMore() {
