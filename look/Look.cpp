@@ -6,6 +6,7 @@
 
 #include <QFont>
 #include <QGuiApplication>
+#include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickWindow>
 
@@ -21,6 +22,8 @@ void prepareApplication() {
 
 void prepareEngine(QQmlEngine& engine) {
     engine.addImportPath(QStringLiteral(":/qml"));
+    // A module's types are known only once something has imported it, and comfort is set before the first view.
+    QQmlComponent(&engine).setData("import QtQml\nimport Lumbra.Look\nQtObject {}", QUrl());
 }
 
 void setAppearance(QQmlEngine& engine, bool highContrast, bool reducedMotion) {

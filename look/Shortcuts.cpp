@@ -2,6 +2,7 @@
 #include "Shortcuts.h"
 
 #include <QKeySequence>
+#include <QVariant>
 
 namespace lumbra {
 

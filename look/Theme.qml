@@ -113,6 +113,7 @@ QtObject {
     readonly property int controlPadding: 12
     readonly property int menuItemHeight: 26
     readonly property int chipHeight: 26
+    readonly property int capsuleHeight: 40
     readonly property int headerHeight: 44
     readonly property int sheetMargin: 20
     readonly property int windowWidth: 1440
@@ -120,6 +121,7 @@ QtObject {
     readonly property int windowLeastWidth: 900
     readonly property int windowLeastHeight: 540
     readonly property int windowMargin: 12  // what floats keeps this distance from the window's edge
+    readonly property real beside: 0.7      // the opacity of a count beside its label
     readonly property real dim: 0.5         // the opacity of what is there but cannot be used
 
     // Motion, in milliseconds. With reduced motion every movement is instant; what waits keeps its time.

@@ -19,7 +19,7 @@ Item {
     function bounce() { bouncing.restart() }
 
     implicitWidth: row.width + 2 * Theme.pageMargin - (buttonText ? Theme.gap : 0)
-    implicitHeight: 40
+    implicitHeight: Theme.capsuleHeight
 
     Accessible.role: Accessible.AlertMessage
     Accessible.name: text

@@ -54,7 +54,7 @@ T.AbstractButton {
                 tabular: true
                 text: chip.count
                 color: chip.ink
-                opacity: chip.on ? 0.72 : 0.7
+                opacity: Theme.beside
                 Accessible.ignored: true
             }
         }

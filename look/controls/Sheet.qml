@@ -38,10 +38,9 @@ T.Popup {
         Accessible.role: Accessible.Dialog
         Accessible.name: sheet.text
 
-        // Escape comes through the keys of whatever has the focus, up to here.
         Shortcut {
             sequences: [StandardKey.Cancel]
-            enabled: sheet.opened && sheet.dismissable
+            enabled: sheet.opened && sheet.dismissable && sheet.activeFocus // not while another lies over it
             onActivated: {
                 sheet.dismissed()
                 sheet.close()

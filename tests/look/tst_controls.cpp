@@ -33,6 +33,8 @@ private Q_SLOTS:
     void aSheetKeepsTheFocusInside();
     void escapeDismissesASheet();
     void aSheetThatMustBeAnsweredIgnoresEscape();
+    void escapeReachesOnlyWhatLiesOnTop();
+    void escapeClosesAMenuBeforeItsSheet();
     void anAlertIsAnsweredByReturn();
     void escapeCancelsAnAlert();
     void escapeAcknowledgesAnAlertWithOneButton();
@@ -281,6 +283,32 @@ void tst_controls::aSheetThatMustBeAnsweredIgnoresEscape() {
                      "contentItem: Button { text: 'One' } }");
     QTRY_VERIFY(window.value("sheet", "opened").toBool());
     window.press(Qt::Key_Escape);
+    QVERIFY(window.value("sheet", "opened").toBool());
+}
+
+void tst_controls::escapeReachesOnlyWhatLiesOnTop() {
+    QmlWindow window("Sheet { objectName: 'sheet'; visible: true; contentItem: TextField { focus: true } }\n"
+                     "Alert { id: alert; objectName: 'alert'; title: 'Title' }\n"
+                     "function raise() { alert.open() }");
+    QTRY_VERIFY(window.value("sheet", "opened").toBool());
+    QMetaObject::invokeMethod(window.root(), "raise");
+    QTRY_VERIFY(window.value("alert", "opened").toBool());
+    window.press(Qt::Key_Escape);
+    QTRY_VERIFY(!window.value("alert", "visible").toBool());
+    QVERIFY(window.value("sheet", "opened").toBool());
+    window.press(Qt::Key_Escape);
+    QTRY_VERIFY(!window.value("sheet", "visible").toBool());
+}
+
+void tst_controls::escapeClosesAMenuBeforeItsSheet() {
+    QmlWindow window("Sheet { objectName: 'sheet'; visible: true; contentItem: Button { text: 'One'\n"
+                     "Menu { id: menu; objectName: 'menu'; MenuItem { text: 'Entry' } } } }\n"
+                     "function raise() { menu.popup() }");
+    QTRY_VERIFY(window.value("sheet", "opened").toBool());
+    QMetaObject::invokeMethod(window.root(), "raise");
+    QTRY_VERIFY(window.value("menu", "opened").toBool());
+    window.press(Qt::Key_Escape);
+    QTRY_VERIFY(!window.value("menu", "visible").toBool());
     QVERIFY(window.value("sheet", "opened").toBool());
 }
 

@@ -33,6 +33,7 @@ class tst_theme : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void init() {
         Look::prepareApplication();
         m_window = std::make_unique<QmlWindow>("property QtObject theme: Theme");
@@ -41,7 +42,6 @@ private Q_SLOTS:
     }
     void cleanup() { m_window.reset(); }
 
-    void comfortCanBeSetBeforeTheFirstView();
     void theAccentIsAmber();
     void textCanBeRead_data();
     void textCanBeRead();
@@ -67,7 +67,8 @@ QList<double> tst_theme::curve() {
     return numbers;
 }
 
-void tst_theme::comfortCanBeSetBeforeTheFirstView() {
+// Comfort can be set before the first view: here, since nothing in the process has imported the module yet.
+void tst_theme::initTestCase() {
     QQmlEngine engine;
     Look::prepareEngine(engine);
     Look::setAppearance(engine, true, true);
