@@ -18,7 +18,7 @@ struct Row {
 };
 
 constexpr std::array makers{
-    Row{Format::jpeg, jpegPicture},          Row{Format::png, rasterPicture},         Row{Format::webp, rasterPicture},
+    Row{Format::jpeg, jpegPicture},          Row{Format::png, rasterPicture},         Row{Format::webp, webpPicture},
     Row{Format::simpleImage, rasterPicture}, Row{Format::modernImage, modernPicture}, Row{Format::svg, drawingPicture},
     Row{Format::pdf, pagePicture},           Row{Format::video, videoPicture},
 };

@@ -104,9 +104,10 @@ bool MediaFile::seek(const AVStream* stream, double seconds) {
     return av_seek_frame(m_context, stream->index, time, AVSEEK_FLAG_BACKWARD) >= 0;
 }
 
-double MediaFile::keyFrameFrom(AVStream* stream, double seconds) const {
+double MediaFile::keyFrame(AVStream* stream, double seconds, bool before) const {
     const auto time = int64_t((seconds + start()) / av_q2d(stream->time_base));
-    const AVIndexEntry* const entry = avformat_index_get_entry_from_timestamp(stream, time, 0);
+    const AVIndexEntry* const entry =
+        avformat_index_get_entry_from_timestamp(stream, time, before ? AVSEEK_FLAG_BACKWARD : 0);
     return entry ? double(entry->timestamp) * av_q2d(stream->time_base) - start() : -1;
 }
 

@@ -41,8 +41,9 @@ public:
     // To the last key frame of the stream at or before the time, in seconds.
     bool seek(const AVStream* stream, double seconds);
 
-    // The first key frame of the stream at or after the time, as far as the container's index tells; else below 0.
-    double keyFrameFrom(AVStream* stream, double seconds) const;
+    // The first key frame of the stream at or after the time, or the last at or before it, as far as the container's
+    // index tells; else below 0.
+    double keyFrame(AVStream* stream, double seconds, bool before) const;
 
     bool isTimeOver() const { return std::chrono::steady_clock::now() >= m_deadline; }
 

@@ -117,6 +117,11 @@ bool VideoDecoder::decodeNext() {
     return false;
 }
 
+double VideoDecoder::workPerSecond() const {
+    const double pictures = m_stream->avg_frame_rate.den > 0 ? av_q2d(m_stream->avg_frame_rate) : 30;
+    return pictures * m_stream->codecpar->width * m_stream->codecpar->height / 1e6;
+}
+
 double VideoDecoder::time() const {
     const int64_t stamp = m_frame->best_effort_timestamp;
     return stamp == AV_NOPTS_VALUE ? 0 : double(stamp) * av_q2d(m_stream->time_base) - m_media.start();

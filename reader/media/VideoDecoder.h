@@ -19,11 +19,16 @@ public:
     // To the last key frame at or before the time, in seconds from the file's start.
     bool seek(double seconds);
 
-    // The first key frame at or after the time, in seconds, if the index tells; else below 0.
-    double keyFrameFrom(double seconds) const { return m_media.keyFrameFrom(m_stream, seconds); }
+    // The first key frame at or after the time, and the last at or before it, in seconds, as far as the container's
+    // index tells; else below 0.
+    double keyFrameFrom(double seconds) const { return m_media.keyFrame(m_stream, seconds, false); }
+    double keyFrameBefore(double seconds) const { return m_media.keyFrame(m_stream, seconds, true); }
 
     // Decodes the first picture at or after the time, in seconds. False at the end, or when the time is over.
     bool advance(double seconds);
+
+    // How much it takes to decode a second of the film, in millions of pixels.
+    double workPerSecond() const;
 
     // Of the picture that was decoded last: its time, in seconds from the file's start; and itself, at most as large as
     // the box.

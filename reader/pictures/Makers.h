@@ -16,6 +16,7 @@ using Milliseconds = std::chrono::milliseconds;
 
 // Pictures of pixels.
 QImage jpegPicture(OpenedFile& file, QSize box, Milliseconds limit);
+QImage webpPicture(OpenedFile& file, QSize box, Milliseconds limit);
 QImage rasterPicture(OpenedFile& file, QSize box, Milliseconds limit);
 QImage modernPicture(OpenedFile& file, QSize box, Milliseconds limit);
 

@@ -6,6 +6,7 @@
 #include "Makers.h"
 #include "VipsPictures.h"
 
+#include <QBuffer>
 #include <QColorSpace>
 #include <QImageReader>
 
@@ -13,25 +14,38 @@ namespace lumbra::reader {
 
 namespace {
 
+constexpr qint64 bytesInMemory = 64 * 1024 * 1024;
 constexpr int allocationLimit = 600; // MiB: `pixelsInMemory` at 8 bytes a pixel, and a little
 
 bool isTurned(const QImageReader& reader) {
     return reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
 }
 
+// PNG files often say no more than "gamma 1 / 2.2", which means the screen's own colours.
+bool isScreen(const QColorSpace& colours) {
+    return colours.primaries() == QColorSpace::Primaries::SRgb
+           && (colours.transferFunction() == QColorSpace::TransferFunction::SRgb
+               || qAbs(colours.gamma() - 2.2f) < 0.05f);
+}
+
 QImage inScreenColours(QImage image) {
-    const QColorSpace screen(QColorSpace::SRgb);
-    if (image.colorSpace().isValid() && image.colorSpace() != screen)
-        image.convertToColorSpace(screen);
+    if (image.colorSpace().isValid() && !isScreen(image.colorSpace()))
+        image.convertToColorSpace(QColorSpace(QColorSpace::SRgb));
     return image;
 }
 
 QImage readScaled(QImageReader& reader, QSize box) {
-    const QSize size = reader.size();
     reader.setAutoTransform(true);
     // The reader scales before it turns.
-    reader.setScaledSize(fittedWithoutEnlarging(size, isTurned(reader) ? box.transposed() : box));
-    return inScreenColours(reader.read());
+    const QSize size = fittedWithoutEnlarging(reader.size(), isTurned(reader) ? box.transposed() : box);
+    // Qt's scaling while it reads is for JPEG and WebP a decoder's own, but for PNG slower than to scale afterwards.
+    if (reader.format() != "png") {
+        reader.setScaledSize(size);
+        return inScreenColours(reader.read());
+    }
+    const QImage whole = reader.read();
+    return whole.isNull() ? whole
+                          : inScreenColours(whole.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
 }
 
 } // namespace
@@ -40,7 +54,13 @@ QImage jpegPicture(OpenedFile& file, QSize box, Milliseconds limit) {
     const JpegHeader header = JpegHeader::read(file.device());
     if (header.components == 4)
         return vipsPicture(file, box, limit);
-    QImageReader reader(&file.device(), "jpeg");
+    // From memory the decoder reads without a copy.
+    QBuffer bytes;
+    if (file.size() <= bytesInMemory) {
+        bytes.setData(file.bytes(bytesInMemory));
+        bytes.open(QIODevice::ReadOnly);
+    }
+    QImageReader reader(bytes.isOpen() ? static_cast<QIODevice*>(&bytes) : &file.device(), "jpeg");
     reader.setAutoDetectImageFormat(false);
     const QSize size = reader.size();
     if (size.isEmpty() || std::max(size.width(), size.height()) > largestSide)

@@ -12,6 +12,10 @@ constexpr double goal = 0.1;     // of the duration
 constexpr double leeway = 0.3;   // a key frame up to here is as good, and much cheaper
 constexpr double interval = 0.2; // seconds between two pictures that are looked at
 
+// Millions of pixels that may be decoded on the way from a key frame to the goal: a quarter of a second of a large film
+// or some seconds of a small one. Beyond that, the key frame before the goal has to do.
+constexpr double work = 16;
+
 // All but 2% of the picture darker than an eighth: a fade, not a night.
 bool isNearBlack(const QImage& image) {
     constexpr int dark = 32;
@@ -24,6 +28,16 @@ bool isNearBlack(const QImage& image) {
     return bright * 50 < image.width() * image.height();
 }
 
+// The time of the first picture to look at, for a decoder that stands at the last key frame before the goal. May move
+// it to the next one.
+double startFor(VideoDecoder& decoder, double wanted, double duration) {
+    const double next = decoder.keyFrameFrom(wanted);
+    if (next >= wanted && next <= duration * leeway && decoder.seek(next))
+        return next;
+    const double before = std::max(0.0, decoder.keyFrameBefore(wanted));
+    return (wanted - before) * decoder.workPerSecond() <= work ? wanted : before;
+}
+
 } // namespace
 
 QImage videoPicture(OpenedFile& file, QSize box, Milliseconds limit) {
@@ -33,24 +47,15 @@ QImage videoPicture(OpenedFile& file, QSize box, Milliseconds limit) {
     if (!decoder)
         return {};
 
-    double time = media->duration() * goal;
-    if (time > 0) {
-        const bool found = decoder->seek(time); // now the index is read, where it is not at the front
-        const double keyFrame = decoder->keyFrameFrom(time);
-        if (keyFrame >= time && keyFrame <= media->duration() * leeway && decoder->seek(keyFrame))
-            time = keyFrame;
-        else if (!found)
-            time = 0;
-    }
-
+    const double wanted = media->duration() * goal;
+    const double time = decoder->seek(wanted) ? startFor(*decoder, wanted, media->duration()) : 0;
     QImage first;
-    while (decoder->advance(time)) {
+    for (double next = time; decoder->advance(next); next = std::max({next, wanted, decoder->time()}) + interval) {
         QImage image = decoder->picture(box);
         if (!image.isNull() && !isNearBlack(image))
             return image;
         if (first.isNull())
             first = image;
-        time = std::max(time, decoder->time()) + interval;
     }
     if (first.isNull() && decoder->seek(0) && decoder->advance(0))
         return decoder->picture(box); // it ends before its tenth: a film of one picture
