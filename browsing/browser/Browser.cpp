@@ -9,13 +9,6 @@ namespace lumbra {
 
 namespace {
 
-constexpr qsizetype firstEntries = 24;
-constexpr qsizetype moreEntries = 48;
-
-constexpr int feedGap = 26;
-
-const QString shelfSection = QStringLiteral("starred");
-
 QString pageName(Place::Case which) {
     switch (which) {
     case Place::Case::group:
@@ -30,10 +23,6 @@ QString pageName(Place::Case which) {
         break;
     }
     return QStringLiteral("recent");
-}
-
-bool listsAssets(const Place& place) {
-    return place.is(Place::Case::folder) || place.is(Place::Case::starred);
 }
 
 qint64 summedSize(const Assets& assets) {
@@ -65,6 +54,7 @@ Browser::Browser(Library* library, QObject* parent, Preferences& preferences)
       m_loader(new PageLoader(library, this)),
       m_rows(new PageRows(factsOf(library), this)),
       m_cards(new GroupCards(library, this)),
+      m_path(new PathBar(library, this)),
       m_drawnPlace(library->place()) {
     followLibrary();
     followSettings();
@@ -166,7 +156,7 @@ void Browser::loadFinished(const LoadKey& key) {
 }
 
 void Browser::placeChanged() {
-    m_sectionLimits.clear();
+    m_sectionLimits = {};
     m_selection = QSet<Location>();
     m_anchor.reset();
     m_loader->unload();
@@ -227,55 +217,16 @@ void Browser::turnTo(const Place& place) {
     Q_EMIT pageTurned();
 }
 
+PageContent Browser::content() const {
+    return {folders(), m_loader->assets(), shelf(), sections()};
+}
+
 void Browser::drawRows() {
-    m_rows->setBlocks(blocks());
-}
-
-QList<PageBlock> Browser::blocks() const {
-    if (m_drawnPlace.is(Place::Case::folder))
-        return {{.section = {}, .folders = folders(), .assets = m_loader->assets()}};
-    if (m_drawnPlace.is(Place::Case::starred))
-        return {{.section = {}, .assets = m_loader->assets(), .captioned = true}};
-    if (!m_drawnPlace.is(Place::Case::recent))
-        return {};
-    QList<PageBlock> feed;
-    if (!shelf().isEmpty())
-        feed.append(
-            {.section = shelfSection, .assets = PageList(shelf()), .captioned = true, .onShelf = true, .gap = feedGap});
-    for (const RecentSection& section : sections()) {
-        const QList<RecentEntry> visible = visibleEntries(section);
-        feed.append({.section = rawValue(section.kind),
-                     .entries = visible,
-                     .captioned = true,
-                     .more = visible.size() < section.entries.size() ? PageText::showMore(section.kind) : QString(),
-                     .gap = feedGap});
-    }
-    if (!feed.isEmpty())
-        feed.last().gap = PageRows::margin;
-    return feed;
-}
-
-qsizetype Browser::sectionLimit(AssetKind kind) const {
-    return m_sectionLimits.value(kind, firstEntries);
-}
-
-QList<RecentEntry> Browser::visibleEntries(const RecentSection& section) const {
-    return section.entries.first(std::min(section.entries.size(), sectionLimit(section.kind)));
-}
-
-PageList Browser::computeOrder() const {
-    if (listsAssets(m_library->place()))
-        return m_loader->assets();
-    Assets order = shelf();
-    for (const RecentSection& section : sections())
-        for (const RecentEntry& entry : visibleEntries(section))
-            if (const auto* asset = std::get_if<Asset>(&entry))
-                order.append(*asset);
-    return PageList::replacing(m_order, order);
+    m_rows->setBlocks(pageBlocks(m_drawnPlace, content(), m_sectionLimits));
 }
 
 void Browser::reorder() {
-    m_order = computeOrder();
+    m_order = pageOrder(m_library->place(), content(), m_sectionLimits, m_order);
     reselect();
 }
 
@@ -328,7 +279,7 @@ void Browser::showMore(const QString& section) {
     const auto kind = assetKindFromRaw(section);
     if (!kind)
         return;
-    m_sectionLimits[*kind] = sectionLimit(*kind) + moreEntries;
+    m_sectionLimits.reveal(*kind);
     drawRows();
     reorder();
 }
@@ -391,6 +342,10 @@ void Browser::step(int step) {
     const Selection next = selectionValue().stepped(step, order);
     select(next);
     Q_EMIT scrollRequested(m_rows->rowOf(*next.anchor), false);
+}
+
+int Browser::selectedRow() const {
+    return m_selected.value().isEmpty() ? -1 : m_rows->rowOf(m_selected.value().first().url);
 }
 
 void Browser::selectAll() {

@@ -8,14 +8,15 @@
 #pragma once
 
 #include "BrowserSettings.h"
+#include "PageContent.h"
 #include "PageLoader.h"
 #include "PageRows.h"
 #include "PageText.h"
 #include "Selection.h"
 #include "browsing/chrome/GroupCards.h"
+#include "browsing/chrome/PathBar.h"
 #include "library/Library.h"
 
-#include <QMap>
 #include <QObject>
 #include <QProperty>
 #include <QtQml/qqmlregistration.h>
@@ -30,6 +31,7 @@ class Browser : public QObject {
     Q_PROPERTY(lumbra::BrowserSettings* settings READ settings CONSTANT)
     Q_PROPERTY(lumbra::PageRows* rows READ rows CONSTANT)
     Q_PROPERTY(lumbra::GroupCards* cards READ cards CONSTANT)
+    Q_PROPERTY(lumbra::PathBar* path READ path CONSTANT)
     Q_PROPERTY(QString search READ search WRITE setSearch NOTIFY searchChanged)
     Q_PROPERTY(bool gridFocused READ gridFocused WRITE setGridFocused NOTIFY gridFocusedChanged)
     Q_PROPERTY(bool loaded READ loaded NOTIFY loadedChanged)
@@ -53,10 +55,14 @@ public:
     BrowserSettings* settings() const { return m_settings; }
     PageRows* rows() const { return m_rows; }
     GroupCards* cards() const { return m_cards; }
+    PathBar* path() const { return m_path; }
     void setContentSearch(PageLoader::ContentSearch search) { m_loader->setContentSearch(std::move(search)); }
 
     QString search() const { return m_search; }
     void setSearch(const QString& search) { m_search = search; }
+
+    // The row of the first selected tile that the page shows, or -1.
+    Q_INVOKABLE int selectedRow() const;
 
     // What the page holds. A page reads only its own lists; those of other pages may be out of date.
     QList<Location> folders() const { return m_loader->folders(); }
@@ -67,8 +73,8 @@ public:
     bool loaded() const { return m_loader->loaded(); }
 
     // How many entries of a section are revealed.
-    qsizetype sectionLimit(AssetKind kind) const;
-    QList<RecentEntry> visibleEntries(const RecentSection& section) const;
+    const SectionLimits& sectionLimits() const { return m_sectionLimits; }
+    QList<RecentEntry> visibleEntries(const RecentSection& section) const { return m_sectionLimits.visible(section); }
 
     // All selectable tiles in page order. Stacks are none.
     PageList order() const { return m_order; }
@@ -149,8 +155,7 @@ private:
     void loadFinished(const LoadKey& key);
     void turnTo(const Place& place);
     void drawRows();
-    QList<PageBlock> blocks() const;
-    PageList computeOrder() const;
+    PageContent content() const;
     void reorder();
     void reselect();
     void describe();
@@ -164,10 +169,11 @@ private:
     PageLoader* const m_loader;
     PageRows* const m_rows;
     GroupCards* const m_cards;
+    PathBar* const m_path;
 
     Q_OBJECT_BINDABLE_PROPERTY(Browser, QString, m_search, &Browser::searchChanged)
 
-    QMap<AssetKind, qsizetype> m_sectionLimits; // a kind that is absent shows the first entries only
+    SectionLimits m_sectionLimits;
     Q_OBJECT_BINDABLE_PROPERTY(Browser, QSet<Location>, m_selection, &Browser::selectionChanged)
     std::optional<Location> m_anchor;
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(Browser, bool, m_gridFocused, false, &Browser::gridFocusedChanged)

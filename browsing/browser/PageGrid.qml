@@ -33,11 +33,23 @@ FocusScope {
         motion.start()
     }
 
+    // What the right button does on a tile, for the first selected one.
+    function openMenu() {
+        const tile = list.itemAtIndex(browser.selectedRow())?.selectedTile()
+        if (tile)
+            menu.openFor(tile.cell, tile, tile.width / 2, tile.height / 2)
+    }
+
     Accessible.role: Accessible.List
     Accessible.name: browser.title
 
     onActiveFocusChanged: browser.gridFocused = activeFocus
-    Keys.onPressed: event => event.accepted = browser.press(event.key, event.modifiers, event.isAutoRepeat)
+    Keys.onPressed: event => {
+        const menuKey = event.key === Qt.Key_Menu || (event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier)
+        if (menuKey)
+            openMenu()
+        event.accepted = menuKey || browser.press(event.key, event.modifiers, event.isAutoRepeat)
+    }
 
     Binding {
         target: grid.browser.rows

@@ -17,11 +17,21 @@ Item {
     readonly property real span: rows.columns * rows.cellWidth + (rows.columns - 1) * Theme.tileGap
     readonly property real inset: (width - span) / 2
 
+    // The first tile that is selected, or null.
+    function selectedTile(): Item {
+        for (let i = 0; i < tiles.count; ++i)
+            if (tiles.itemAt(i).cell.selected)
+                return tiles.itemAt(i)
+        return null
+    }
+
     signal menuWanted(cell: var, tile: Item, x: real, y: real)
 
     implicitHeight: (isButton ? Theme.controlHeight : metrics.height(row.captioned)) + row.gap
 
     Repeater {
+        id: tiles
+
         // A model of its own for the columns: when one comes or goes, the tiles in the others stay.
         model: view.rows.slots
 

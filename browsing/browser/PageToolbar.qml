@@ -23,7 +23,14 @@ Rectangle {
         size: Theme.linePage - Theme.grid
         color: bar.browser.page === "starred" ? Theme.amber : Theme.textSoft
     }
+    PathBarView {
+        anchors { left: parent.left; leftMargin: Theme.controlPadding; right: search.left; rightMargin: Theme.pageMargin }
+        anchors.verticalCenter: parent.verticalCenter
+        visible: bar.browser.page === "folder"
+        path: bar.browser.path
+    }
     Column {
+        visible: bar.browser.page !== "folder"
         anchors { left: symbol.visible ? symbol.right : parent.left; right: search.left }
         anchors { leftMargin: symbol.visible ? Theme.gap + 2 : Theme.pageMargin; rightMargin: Theme.pageMargin }
         anchors.verticalCenter: parent.verticalCenter

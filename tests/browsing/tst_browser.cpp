@@ -1,8 +1,8 @@
+// What a page holds, and when it loads.
+//
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "browsing/browser/Browser.h"
-#include "core/Stars.h"
+#include "BrowserWindow.h"
 #include "support/Strings.h"
-#include "support/TestHome.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -14,61 +14,6 @@ using namespace lumbra;
 namespace {
 
 constexpr double day = 86400;
-
-// A library in a home of its own, and the browser over it.
-struct Window {
-    TestHome home;
-    std::unique_ptr<Preferences> preferences;
-    std::unique_ptr<Library> library;
-    std::unique_ptr<Browser> browser;
-
-    Location root() const { return home.path().child("Library"); }
-
-    Location file(std::string_view relative, double age = 60) const {
-        const Location made = home.file("Library/" + std::string(relative));
-        TestHome::touch(made, Date::now().seconds - age);
-        return made;
-    }
-
-    void open(const Place& place = Place::recent()) {
-        home.folder("Library");
-        library = std::make_unique<Library>(root(), true);
-        library->setPlace(place);
-        preferences = std::make_unique<Preferences>(home.path().child("settings.ini"));
-        browser = std::make_unique<Browser>(library.get(), nullptr, *preferences);
-        browser->appear();
-    }
-
-    Location folder(std::string_view relative) const { return root().child(relative); }
-};
-
-void star(const Location& file, double when) {
-    ExtendedAttributes::write(file, Stars::attribute, QByteArray::number(when));
-}
-
-QStringList names(const Assets& assets) {
-    QStringList names;
-    for (const Asset& asset : assets)
-        names << asset.url.name();
-    names.sort();
-    return names;
-}
-
-qsizetype totalOf(const Browser& browser) {
-    qsizetype total = 0;
-    for (const RecentSection& section : browser.sections())
-        total += section.total;
-    return total;
-}
-
-PageCell cellOf(const Location& url, bool onShelf = false) {
-    PageCell cell;
-    cell.kind = PageCell::Kind::asset;
-    cell.url = url;
-    cell.asset.url = url;
-    cell.onShelf = onShelf;
-    return cell;
-}
 
 } // namespace
 
@@ -175,14 +120,14 @@ private Q_SLOTS:
         QCOMPARE(browser.visibleEntries(browser.sections().first()).size(), 24);
         QCOMPARE(browser.order().size(), 24);
         browser.showMore(QStringLiteral("image"));
-        QCOMPARE(browser.sectionLimit(AssetKind::image), 72);
+        QCOMPARE(browser.sectionLimits().of(AssetKind::image), 72);
         QCOMPARE(browser.order().size(), 28);
         browser.setSearch(QStringLiteral("png"));
         browser.settings()->setKindRaw(QStringLiteral("image"));
         QTRY_VERIFY(browser.loaded());
-        QCOMPARE(browser.sectionLimit(AssetKind::image), 72);
+        QCOMPARE(browser.sectionLimits().of(AssetKind::image), 72);
         window.library->setPlace(Place::starred());
-        QCOMPARE(browser.sectionLimit(AssetKind::image), 24);
+        QCOMPARE(browser.sectionLimits().of(AssetKind::image), 24);
     }
 
     void theButtonShowsFromTheTwentyFifthEntryOn() {
@@ -300,26 +245,6 @@ private Q_SLOTS:
         QCOMPARE(window.browser->rows()->rowCount(), 0);
     }
 
-    void aChangeOfPlaceClearsTheSelectionAndKeepsTheLists() {
-        Window window;
-        const Location file = window.file("p/a.png");
-        window.home.folder("Library/q");
-        window.open(Place::folder(window.folder("p")));
-        Browser& browser = *window.browser;
-        QTRY_COMPARE(browser.assets().size(), 1);
-        browser.click(cellOf(file), Qt::NoModifier);
-        QCOMPARE(browser.status(), QStringLiteral("1 selected · 1 byte"));
-        window.library->setPlace(Place::folder(window.folder("q")));
-        QVERIFY(browser.selection().isEmpty());
-        QVERIFY(!browser.anchor());
-        QVERIFY(!browser.loaded());
-        QCOMPARE(browser.assets().size(), 1);
-        QVERIFY(!browser.emptyState().shown);
-        QTRY_VERIFY(browser.loaded());
-        QVERIFY(browser.assets().isEmpty());
-        QCOMPARE(browser.emptyState().title, QStringLiteral("Nothing here yet"));
-    }
-
     void aPlaceLeftAndComeBackToAtOnceLoads() {
         Window window;
         window.file("p/a.png");
@@ -329,147 +254,6 @@ private Q_SLOTS:
         window.library->setPlace(Place::folder(window.folder("p")));
         QTRY_VERIFY(window.browser->loaded());
         QCOMPARE(window.browser->assets().size(), 1);
-    }
-
-    void aReloadLeavesTheSelectionAlone() {
-        Window window;
-        const Location file = window.file("p/a.png");
-        window.open(Place::folder(window.folder("p")));
-        Browser& browser = *window.browser;
-        QTRY_COMPARE(browser.assets().size(), 1);
-        QTRY_VERIFY(!window.library->indexing());
-        browser.click(cellOf(file), Qt::NoModifier);
-        window.file("p/b.png");
-        QTRY_COMPARE(browser.assets().size(), 2);
-        QCOMPARE(names(browser.selected()), strings({"a.png"}));
-        QVERIFY(QFile::remove(file.toString()));
-        QTRY_COMPARE(browser.assets().size(), 1);
-        QVERIFY(browser.selected().isEmpty());
-        QCOMPARE(browser.selection().size(), 1);
-    }
-
-    void aPendingRevealSelectsTheFileOnceItsFolderHasLoaded() {
-        Window window;
-        const Location file = window.file("p/sub/a.png");
-        window.file("p/sub/b.png");
-        window.open();
-        Browser& browser = *window.browser;
-        QTRY_VERIFY(browser.loaded());
-        browser.settings()->setKindRaw(QStringLiteral("video"));
-        browser.setSearch(QStringLiteral("zz"));
-        const QSignalSpy scrolled(&browser, &Browser::scrollRequested);
-        window.library->setPendingReveal(file);
-        window.library->setPlace(Place::folder(file.parent()));
-        QCOMPARE(browser.settings()->kindRaw(), QStringLiteral("all"));
-        QVERIFY(browser.search().isEmpty());
-        QTRY_COMPARE(names(browser.selected()), strings({"a.png"}));
-        QVERIFY(!window.library->pendingReveal());
-        QCOMPARE(browser.anchor(), std::optional(file));
-        QCOMPARE(scrolled.size(), 1);
-        QVERIFY(scrolled.first().at(1).toBool());
-    }
-
-    void aRevealInTheFolderOnViewNeedsNoLoad() {
-        Window window;
-        const Location file = window.file("p/a.png");
-        window.open(Place::folder(window.folder("p")));
-        QTRY_VERIFY(window.browser->loaded());
-        QTRY_VERIFY(!window.library->indexing());
-        window.library->reveal(file);
-        QTRY_COMPARE(names(window.browser->selected()), strings({"a.png"}));
-    }
-
-    void aRevealThatFindsNothingStaysPending() {
-        Window window;
-        window.file("p/a.png");
-        const Location missing = window.folder("p/missing.png");
-        window.open();
-        window.library->setPendingReveal(missing);
-        window.library->setPlace(Place::folder(window.folder("p")));
-        QTRY_VERIFY(window.browser->loaded());
-        QVERIFY(window.browser->selection().isEmpty());
-        QCOMPARE(window.library->pendingReveal(), std::optional(missing));
-    }
-
-    void aShiftClickFromASectionOntoTheShelfIsAPlainClick() {
-        Window window;
-        const Location starred = window.file("p/starred.png", 10);
-        const Location other = window.file("p/other.png", 20);
-        star(starred, 1000);
-        window.open();
-        Browser& browser = *window.browser;
-        QTRY_COMPARE(browser.shelf().size(), 1);
-        QTRY_COMPARE(totalOf(browser), 2);
-        browser.click(cellOf(other), Qt::NoModifier);
-        browser.click(cellOf(starred, true), Qt::ShiftModifier);
-        QCOMPARE(browser.selection(), QSet<Location>{starred});
-    }
-
-    void theArrowKeysStepAndScroll() {
-        Window window;
-        window.file("p/a.png", 10);
-        window.file("p/b.png", 20);
-        window.open(Place::folder(window.folder("p")));
-        Browser& browser = *window.browser;
-        QTRY_COMPARE(browser.assets().size(), 2);
-        const QSignalSpy scrolled(&browser, &Browser::scrollRequested);
-        QVERIFY(browser.press(Qt::Key_Down, Qt::NoModifier, false));
-        QCOMPARE(names(browser.selected()), strings({"a.png"}));
-        QVERIFY(browser.press(Qt::Key_Right, Qt::NoModifier, true));
-        QCOMPARE(names(browser.selected()), strings({"b.png"}));
-        QVERIFY(browser.press(Qt::Key_Down, Qt::NoModifier, false));
-        QCOMPARE(names(browser.selected()), strings({"b.png"}));
-        QVERIFY(browser.press(Qt::Key_Up, Qt::NoModifier, false));
-        QVERIFY(browser.press(Qt::Key_Left, Qt::NoModifier, false));
-        QCOMPARE(names(browser.selected()), strings({"a.png"}));
-        QCOMPARE(scrolled.size(), 5);
-        QVERIFY(!scrolled.first().at(1).toBool());
-    }
-
-    void keysWithNothingSelectedPassOn() {
-        Window window;
-        window.file("p/a.png");
-        window.open(Place::folder(window.folder("p")));
-        Browser& browser = *window.browser;
-        QTRY_COMPARE(browser.assets().size(), 1);
-        QVERIFY(!browser.press(Qt::Key_Space, Qt::NoModifier, false));
-        QVERIFY(!browser.press(Qt::Key_Return, Qt::NoModifier, false));
-        QVERIFY(browser.press(Qt::Key_A, Qt::ControlModifier, false));
-        QCOMPARE(browser.selected().size(), 1);
-        QVERIFY(browser.press(Qt::Key_Space, Qt::NoModifier, false));
-        QVERIFY(window.library->playing());
-        QCOMPARE(window.library->playing()->order, browser.assets());
-        QVERIFY(browser.press(Qt::Key_Escape, Qt::NoModifier, false));
-        QVERIFY(browser.selection().isEmpty());
-        QVERIFY(!browser.press(Qt::Key_Escape, Qt::NoModifier, true));
-    }
-
-    void theSelectionKeepsUpWithWhatPlays() {
-        Window window;
-        const Location a = window.file("p/a.png", 10);
-        const Location b = window.file("p/b.png", 20);
-        window.open(Place::folder(window.folder("p")));
-        Browser& browser = *window.browser;
-        QTRY_COMPARE(browser.assets().size(), 2);
-        QTRY_VERIFY(browser.gridFocused());
-        browser.play(browser.assets().first());
-        QCOMPARE(browser.selection(), QSet<Location>{a});
-        browser.setGridFocused(false);
-        window.library->setPlaying(PlayRequest{browser.assets().last(), browser.assets()});
-        QCOMPARE(browser.selection(), QSet<Location>{b});
-        window.library->setPlaying({});
-        QVERIFY(browser.gridFocused());
-    }
-
-    void aClickOnTheBackgroundKeepsTheAnchor() {
-        Window window;
-        const Location file = window.file("p/a.png");
-        window.open(Place::folder(window.folder("p")));
-        QTRY_COMPARE(window.browser->assets().size(), 1);
-        window.browser->click(cellOf(file), Qt::NoModifier);
-        window.browser->clickBackground();
-        QVERIFY(window.browser->selection().isEmpty());
-        QCOMPARE(window.browser->anchor(), std::optional(file));
     }
 
     void settingsSurviveTheBrowser() {

@@ -1,0 +1,71 @@
+// One step of a path: a folder's name, with the badge of a project or group before it. The present one opens a menu.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Templates as T
+import Lumbra.Look
+
+T.AbstractButton {
+    id: step
+
+    property string title
+    property string badge
+    property int hue: 0
+    property bool current: false
+
+    implicitWidth: row.implicitWidth + leftPadding + rightPadding
+    implicitHeight: Theme.controlHeight
+    leftPadding: Theme.grid + 2
+    rightPadding: Theme.grid + 2
+    focusPolicy: Qt.TabFocus
+    hoverEnabled: true
+
+    Accessible.role: current ? Accessible.ButtonMenu : Accessible.Button
+    Accessible.name: title
+    Accessible.onPressAction: click()
+
+    Keys.onReturnPressed: click()
+    Keys.onEnterPressed: click()
+
+    contentItem: Item {
+        Row {
+            id: row
+            height: parent.height
+            spacing: Theme.grid + 2
+
+            ProjectBadge {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: step.badge !== ""
+                name: step.badge
+                hue: step.hue
+            }
+            Label {
+                id: name
+                anchors.verticalCenter: parent.verticalCenter
+                width: Math.min(implicitWidth, step.availableWidth - x - (step.current ? mark.width + row.spacing : 0))
+                style: step.current ? Label.Section : Label.Body
+                color: step.current || step.hovered ? Theme.text : Theme.textSoft
+                text: step.title
+                elide: Text.ElideMiddle
+                Accessible.ignored: true
+            }
+            Symbol {
+                id: mark
+                anchors.verticalCenter: parent.verticalCenter
+                visible: step.current
+                name: "chevron.down"
+                size: Theme.sizeSymbolSmall
+                color: Theme.textSoft
+            }
+        }
+    }
+
+    background: Bed {
+        radius: Theme.radiusControl
+        hovered: step.hovered
+        pressed: step.down
+    }
+
+    FocusRing { shown: step.visualFocus; outset: 0 }
+    Hint { text: name.truncated ? step.title : ""; control: step }
+}
