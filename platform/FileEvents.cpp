@@ -158,8 +158,8 @@ void FileEvents::Worker::seekRoots() {
 
 void FileEvents::Worker::sleep() {
     int timeout = -1;
-    if (!m_isAllRead || !m_watches.isSettled())
-        timeout = 0; // a walk may have taken events into memory
+    if (!m_isAllRead || m_watches.inotify().hasNext()) // a walk may have taken events into memory
+        timeout = 0;
     else if (const auto deadline = nextDeadline())
         timeout =
             int(std::max<qint64>(0, std::chrono::ceil<std::chrono::milliseconds>(*deadline - Clock::now()).count()));

@@ -3,7 +3,7 @@
 
 #include <sys/inotify.h>
 
-#include <algorithm>
+#include <utility>
 
 namespace lumbra::events {
 
@@ -28,6 +28,9 @@ bool isUtf8(const std::string& name) {
 } // namespace
 
 bool ChangeReader::readAll(Clock::time_point deadline) {
+    // Whatever happened before the end of the last reading has been read by now.
+    if (std::exchange(m_hasReadAll, false))
+        m_watches.settle();
     Inotify::Event event;
     for (;;) {
         const bool took = m_watches.inotify().take();
@@ -40,10 +43,8 @@ bool ChangeReader::readAll(Clock::time_point deadline) {
                 return false;
         }
         if (!took && !any)
-            break;
+            return m_hasReadAll = true;
     }
-    m_watches.setSettled(true);
-    return true;
 }
 
 void ChangeReader::read(const Inotify::Event& event) {
@@ -59,7 +60,7 @@ void ChangeReader::read(const Inotify::Event& event) {
     const auto parentPath = m_watches.tree().path(*folder);
     if (!parentPath) {
         // Inside a folder that is on its way. Where it arrives it is gone through, unless the tree is thought settled.
-        m_watches.setSettled(false);
+        m_watches.unsettle();
         return;
     }
     const std::string path = childPath(*parentPath, event.name);
@@ -112,43 +113,33 @@ bool ChangeReader::appear(Folder& parent, const std::string& name) {
 }
 
 void ChangeReader::leave(Folder& parent, const Inotify::Event& event) {
-    if (const auto displaced = takeDisplaced(parent, event.name))
-        m_moving[event.cookie] = *displaced;
-    else if (Folder* folder = m_watches.tree().child(parent, event.name))
+    if (Folder* folder = m_watches.tree().child(parent, event.name))
         m_moving[event.cookie] = {m_watches.tree().detach(*folder), Clock::now()};
+    // Of two folders that are exchanged the one has arrived before the other leaves, and stays.
+    if (!m_watches.isSettled())
+        appear(parent, event.name);
 }
 
 void ChangeReader::arrive(Folder& parent, const Inotify::Event& event) {
     auto& tree = m_watches.tree();
     if (Folder* there = tree.child(parent, event.name)) {
-        m_displaced.push_back({&parent, event.name, {tree.detach(*there), Clock::now()}});
-        m_watches.setSettled(false);
+        // An empty folder that was overwritten, or the other one of an exchange, or one that came later.
+        m_watches.forget(*there);
+        m_watches.unsettle();
     }
     const auto half = m_moving.extract(event.cookie);
     Folder* folder = half ? tree.detached(half.mapped().folder) : nullptr;
-    if (folder && !m_watches.enters(event.name)) {
-        m_watches.forget(*folder);
-        return;
-    }
-    if (folder)
-        tree.attach(*folder, parent, event.name);
-    if (!folder)
+    if (!folder) {
         appear(parent, event.name);
-    else if (!m_watches.isSettled())
+    } else if (!m_watches.enters(event.name)) {
+        m_watches.forget(*folder);
+    } else {
+        tree.attach(*folder, parent, event.name);
+        if (m_watches.isSettled())
+            return;
         if (const auto entered = m_watches.enter(parent, event.name); entered.folder)
             m_watches.walk(*entered.folder);
-}
-
-std::optional<ChangeReader::Moving> ChangeReader::takeDisplaced(const Folder& parent, std::string_view name) {
-    const auto found = std::ranges::find_if(m_displaced, [&](const Displaced& displaced) {
-        return displaced.parent == &parent && displaced.name == name
-               && m_watches.tree().detached(displaced.move.folder);
-    });
-    if (found == m_displaced.end())
-        return std::nullopt;
-    const Moving move = found->move;
-    m_displaced.erase(found);
-    return move;
+    }
 }
 
 // A folder that was found in the trees again by other means is no longer detached, and stays.
@@ -165,24 +156,13 @@ void ChangeReader::settleMoves() {
             abandon(half.second);
         return isOver;
     });
-    std::erase_if(m_displaced, [&](const Displaced& displaced) {
-        const bool isOver = displaced.move.since <= limit;
-        if (isOver)
-            abandon(displaced.move);
-        return isOver;
-    });
 }
 
 std::optional<ChangeReader::Clock::time_point> ChangeReader::nextSettling() const {
     std::optional<Clock::time_point> next;
-    const auto consider = [&next](Clock::time_point since) {
-        if (!next || since + patience < *next)
-            next = since + patience;
-    };
     for (const auto& [cookie, move] : m_moving)
-        consider(move.since);
-    for (const Displaced& displaced : m_displaced)
-        consider(displaced.move.since);
+        if (!next || move.since + patience < *next)
+            next = move.since + patience;
     return next;
 }
 
@@ -192,9 +172,6 @@ void ChangeReader::overflow() {
     for (const auto& [cookie, move] : m_moving)
         abandon(move);
     m_moving.clear();
-    for (const Displaced& displaced : m_displaced)
-        abandon(displaced.move);
-    m_displaced.clear();
     m_roots.walkAgain();
 }
 

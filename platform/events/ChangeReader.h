@@ -41,13 +41,6 @@ private:
         Clock::time_point since;
     };
 
-    // A folder that stood where another moved to: overwritten, or about to move itself when two were exchanged.
-    struct Displaced {
-        const Folder* parent; // to compare, not to follow
-        std::string name;
-        Moving move;
-    };
-
     void read(const Inotify::Event& event);
     void readOwn(Folder& folder, quint32 mask);
     void readFolder(Folder& parent, const Inotify::Event& event, const std::string& path);
@@ -55,14 +48,13 @@ private:
     void leave(Folder& parent, const Inotify::Event& event);
     void arrive(Folder& parent, const Inotify::Event& event);
     void overflow();
-    std::optional<Moving> takeDisplaced(const Folder& parent, std::string_view name);
     void abandon(const Moving& move);
 
     FolderWatches& m_watches;
     WatchedRoots& m_roots;
     EventBatch& m_batch;
     std::unordered_map<quint32, Moving> m_moving; // by cookie
-    std::vector<Displaced> m_displaced;
+    bool m_hasReadAll = true;
     size_t m_overflows = 0;
 };
 

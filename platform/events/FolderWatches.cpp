@@ -16,6 +16,9 @@ namespace {
 // So many folders of a walk between two looks at the kernel's queue, which must not run over meanwhile.
 constexpr size_t foldersBetweenTakes = 32;
 
+// An event is in the queue at most so long after its change shows on disk, unless the machine stands still.
+constexpr std::chrono::milliseconds queueingTime{100};
+
 bool isFolder(int descriptor, const char* name, unsigned char type) {
     if (type != DT_UNKNOWN)
         return type == DT_DIR;
@@ -45,13 +48,23 @@ bool FolderWatches::enters(std::string_view name) const {
 
 Inotify::Result FolderWatches::add(const std::string& path, int& watch) {
     // Whether it succeeds or not, it speaks of the disk as it is now, which may be ahead of the events.
-    m_settled = false;
+    unsettle();
     const auto result = m_inotify.add(path, watch);
     if (result != Inotify::Result::watching || m_watchLimit == 0 || m_tree.watchCount() < m_watchLimit
         || m_tree.find(watch))
         return result;
     m_inotify.remove(watch);
     return Inotify::Result::noSpace;
+}
+
+void FolderWatches::unsettle() {
+    m_settled = false;
+    m_lastAsked = std::chrono::steady_clock::now();
+}
+
+void FolderWatches::settle() {
+    if (std::chrono::steady_clock::now() - m_lastAsked > queueingTime)
+        m_settled = true;
 }
 
 FolderWatches::Folder* FolderWatches::enterRoot(const std::string& path) {

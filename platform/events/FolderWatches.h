@@ -12,6 +12,7 @@
 #include "WatchTree.h"
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 
 namespace lumbra::events {
@@ -50,10 +51,14 @@ public:
     void forget(Folder& folder);
 
     // True while every folder is known to stand where the tree has it: the disk, which is ahead of the events, has not
-    // been asked since the kernel's queue was last found empty. A move is then one change of parent; otherwise what
-    // moved must be gone through again.
+    // been asked since the kernel's queue was last empty. A move is then one change of parent; otherwise what moved
+    // must be gone through again.
     bool isSettled() const { return m_settled; }
-    void setSettled(bool settled) { m_settled = settled; }
+    void unsettle();
+
+    // For the time when the kernel's queue has been read to its end. A change shows on disk a moment before its event
+    // is queued, so the queue counts as complete only some time after the disk was asked.
+    void settle();
 
     size_t polledCount() const { return m_pictures.size(); }
     std::vector<Folder*> polled() const;
@@ -75,6 +80,7 @@ private:
     WatchTree m_tree;
     std::unordered_map<Folder*, FolderPicture> m_pictures;
     bool m_settled = true;
+    std::chrono::steady_clock::time_point m_lastAsked;
     quint32 m_visit = 0;
     size_t m_walked = 0;
 };

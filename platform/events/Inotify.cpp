@@ -61,7 +61,7 @@ bool Inotify::take() {
 }
 
 bool Inotify::next(Event& event) {
-    if (m_bytes.size() - m_read < sizeof(inotify_event))
+    if (!hasNext())
         return false;
     inotify_event head;
     std::memcpy(&head, m_bytes.data() + m_read, sizeof head);

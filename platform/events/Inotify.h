@@ -42,6 +42,7 @@ public:
 
     // The next event; false when none is in memory.
     bool next(Event& event);
+    bool hasNext() const { return m_read < m_bytes.size(); }
 
 private:
     int m_fd;
