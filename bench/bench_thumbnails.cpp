@@ -7,6 +7,7 @@
 #include "Measure.h"
 #include "platform/Reader.h"
 
+#include <QColorSpace>
 #include <QFile>
 #include <QGuiApplication>
 #include <QImageReader>
@@ -138,11 +139,18 @@ void byReader(Reader& reader, int pictures, const Location& file) {
     }
 }
 
+// By one road for all formats, whatever they say of their colours.
+QImage grey(const QImage& image) {
+    QImage plain = image.convertToFormat(QImage::Format_RGB32);
+    plain.setColorSpace({});
+    return plain.convertToFormat(QImage::Format_Grayscale8);
+}
+
 // Structural similarity of two pictures in grey: the mean over windows of 8 by 8.
 double similarity(const QImage& a, const QImage& b) {
     constexpr int window = 8;
     constexpr double c1 = 6.5025, c2 = 58.5225;
-    const QImage x = a.convertToFormat(QImage::Format_Grayscale8), y = b.convertToFormat(QImage::Format_Grayscale8);
+    const QImage x = grey(a), y = grey(b);
     double sum = 0;
     int count = 0;
     for (int top = 0; top + window <= x.height(); top += 4)

@@ -8,6 +8,7 @@
 #include <QPromise>
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 
 namespace lumbra {
@@ -55,6 +56,11 @@ Tasks::Task<QImage> Reader::thumbnail(const Location& file, QSize box, Urgency u
     const auto promise = std::make_shared<QPromise<QImage>>();
     promise->start();
     Tasks::Task<QImage> task(promise->future());
+    if (!file.path().startsWith('/') || file.path().size() >= PATH_MAX) {
+        promise->addResult(QImage());
+        promise->finish();
+        return task;
+    }
     reader::Job job;
     job.request.kind = reader::Kind::thumbnail;
     job.request.limit = m_limit;

@@ -47,7 +47,8 @@ public:
     static Reader& shared();
 
     // A small picture of the file: upright, in sRGB, premultiplied, inside `box` (pixels, 1 to 4,096 a side) with the
-    // file's own proportions; not enlarged, unless it is a drawing or a page. A null image when there is none.
+    // file's own proportions; not enlarged, unless it is a drawing or a page. A null image when there is none, and for
+    // a path that is relative.
     Tasks::Task<QImage> thumbnail(const Location& file, QSize box, Urgency urgency = Urgency::visible,
                                   std::stop_token stop = {});
 

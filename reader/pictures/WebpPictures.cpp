@@ -1,8 +1,9 @@
 // WebP by its own library, which scales while it decodes; a tenth quicker than through Qt. Animations, profiles and
-// turned pictures go the common way.
+// turned pictures are libvips' business.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Makers.h"
+#include "VipsPictures.h"
 
 #include <webp/decode.h>
 
@@ -23,7 +24,7 @@ bool isPlain(const QByteArray& head) {
 
 QImage webpPicture(OpenedFile& file, QSize box, Milliseconds limit) {
     if (!isPlain(file.head()) || file.size() > fileLimit)
-        return rasterPicture(file, box, limit);
+        return vipsPicture(file, box, limit);
     const QByteArray bytes = file.bytes(fileLimit);
     const auto* const data = reinterpret_cast<const uint8_t*>(bytes.constData());
     WebPDecoderConfig config;

@@ -95,6 +95,8 @@ private Q_SLOTS:
             convertByVips("quarters.png", name);
         for (const char* name : {"clear.webp", "clear.avif", "clear.tiff"})
             convertByVips("clear.png", name);
+        for (const char* name : {"turned.webp", "turned.tiff"})
+            convertByVips("quarters.png", name, 6);
     }
 
     void everyFormatComesWholeAndInItsColours_data() {
@@ -166,6 +168,20 @@ private Q_SLOTS:
                 QVERIFY(isNear(at(image, x, y), at(upright, x, y)));
         }
         QVERIFY(!showsQuarters(image));
+    }
+
+    void otherFormatsAreTurnedToo_data() {
+        QTest::addColumn<QByteArray>("name");
+        QTest::newRow("webp") << QByteArray("turned.webp");
+        QTest::newRow("tiff") << QByteArray("turned.tiff");
+    }
+
+    void otherFormatsAreTurnedToo() {
+        QFETCH(QByteArray, name);
+        const QImage image = thumbnail(name); // a quarter clockwise
+        QCOMPARE(image.size(), QSize(180, 240));
+        QVERIFY(isNear(at(image, 0.25, 0.25), Qt::blue));
+        QVERIFY(isNear(at(image, 0.75, 0.25), Qt::red));
     }
 
     void coloursAreThoseOfTheProfile_data() {
@@ -446,9 +462,12 @@ private:
             run("convert", {"quarters.png", "-quality", "95", name});
     }
 
-    void convertByVips(const QByteArray& from, const QByteArray& to) const {
+    void convertByVips(const QByteArray& from, const QByteArray& to, int orientation = 1) const {
         vips_init("tst_pictures");
-        VipsImage* const image = vips_image_new_from_file(path(from).toUtf8().constData(), nullptr);
+        VipsImage* const image =
+            vips_image_new_from_file(path(from).toUtf8().constData(), "access", VIPS_ACCESS_SEQUENTIAL, nullptr);
+        if (image)
+            vips_image_set_int(image, VIPS_META_ORIENTATION, orientation);
         if (!image || vips_image_write_to_file(image, path(to + "[Q=90]").toUtf8().constData(), nullptr) != 0)
             qFatal("%s: %s", to.constData(), vips_error_buffer());
         g_object_unref(image);
