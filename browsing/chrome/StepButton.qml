@@ -13,7 +13,10 @@ T.AbstractButton {
     property int hue: 0
     property bool current: false
 
-    implicitWidth: row.implicitWidth + leftPadding + rightPadding
+    // What stands beside the name, which gives way when there is no room for all.
+    readonly property real besideName: (badge ? mark.width + row.spacing : 0) + (current ? arrow.width + row.spacing : 0)
+
+    implicitWidth: besideName + Math.ceil(name.implicitWidth) + leftPadding + rightPadding
     implicitHeight: Theme.controlHeight
     leftPadding: Theme.grid + 2
     rightPadding: Theme.grid + 2
@@ -34,6 +37,7 @@ T.AbstractButton {
             spacing: Theme.grid + 2
 
             ProjectBadge {
+                id: mark
                 anchors.verticalCenter: parent.verticalCenter
                 visible: step.badge !== ""
                 name: step.badge
@@ -42,7 +46,7 @@ T.AbstractButton {
             Label {
                 id: name
                 anchors.verticalCenter: parent.verticalCenter
-                width: Math.min(implicitWidth, step.availableWidth - x - (step.current ? mark.width + row.spacing : 0))
+                width: Math.min(implicitWidth, step.availableWidth - step.besideName)
                 style: step.current ? Label.Section : Label.Body
                 color: step.current || step.hovered ? Theme.text : Theme.textSoft
                 text: step.title
@@ -50,7 +54,7 @@ T.AbstractButton {
                 Accessible.ignored: true
             }
             Symbol {
-                id: mark
+                id: arrow
                 anchors.verticalCenter: parent.verticalCenter
                 visible: step.current
                 name: "chevron.down"

@@ -6,10 +6,11 @@
 #include "support/Strings.h"
 #include "support/TestHome.h"
 
+#include <QClipboard>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
-#include <QQuickView>
+#include <QQuickWindow>
 #include <QtTest>
 
 using namespace lumbra;
@@ -21,7 +22,8 @@ struct Pane {
     std::unique_ptr<Preferences> preferences;
     std::unique_ptr<Library> library;
     std::unique_ptr<Browser> browser;
-    std::unique_ptr<QQuickView> view; // its items hold what stands above, so it dies first
+    QQmlEngine engine;
+    std::unique_ptr<QQuickWindow> view; // its items hold what stands above, so it dies first
 
     Location folder(std::string_view relative = {}) const {
         const Location root = home.path().child("Library");
@@ -40,15 +42,20 @@ struct Pane {
         library = std::make_unique<Library>(folder(), true);
         library->setPlace(place);
         browser = std::make_unique<Browser>(library.get(), nullptr, *preferences);
-        view = std::make_unique<QQuickView>();
-        Look::prepareEngine(*view->engine());
-        QQmlComponent component(view->engine());
-        component.setData("import Lumbra.Browsing\nBrowserView {}", QUrl(QStringLiteral("qrc:/test.qml")));
+        Look::prepareEngine(engine);
+        QQmlComponent component(&engine);
+        component.setData("import QtQuick\n"
+                          "import QtQuick.Controls.Basic\n"
+                          "import Lumbra.Browsing\n"
+                          "ApplicationWindow {\n"
+                          "    property Browser browser\n"
+                          "    BrowserView { anchors.fill: parent; browser: parent.Window.window.browser }\n"
+                          "}",
+                          QUrl(QStringLiteral("qrc:/test.qml")));
         QObject* const root =
             component.createWithInitialProperties({{QStringLiteral("browser"), QVariant::fromValue(browser.get())}});
         QVERIFY2(root, qPrintable(component.errorString()));
-        view->setContent({}, nullptr, root);
-        view->setResizeMode(QQuickView::SizeRootObjectToView);
+        view.reset(qobject_cast<QQuickWindow*>(root));
         view->resize(width, 700);
         view->show();
         view->requestActivate();
@@ -59,7 +66,8 @@ struct Pane {
     // Items of a type of ours that are on screen, from the top left.
     QList<QQuickItem*> items(const char* type) const {
         QList<QQuickItem*> found;
-        collect(view->rootObject(), QByteArray(type), found);
+        // With what floats above the pane.
+        collect(view->contentItem(), QByteArray(type), found);
         std::sort(found.begin(), found.end(), [](const QQuickItem* a, const QQuickItem* b) {
             const QPointF left = a->mapToScene({});
             const QPointF right = b->mapToScene({});
@@ -85,7 +93,15 @@ struct Pane {
 
     void click(const QQuickItem* item, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const {
         QVERIFY(item);
+        settle();
         QTest::mouseClick(view.get(), Qt::LeftButton, modifiers, centre(item));
+    }
+
+    // Items that have just come stand where they belong once they have been drawn.
+    void settle() const {
+        QSignalSpy frames(view.get(), &QQuickWindow::frameSwapped);
+        view->update();
+        QTRY_VERIFY(frames.size() >= 1);
     }
 
     static QPoint centre(const QQuickItem* item) {
@@ -241,7 +257,7 @@ private Q_SLOTS:
         QStringList forms;
         for (int width = 1000; width >= 300; width -= 10) {
             pane.view->resize(width, 700);
-            QTRY_COMPARE(pane.view->rootObject()->width(), width);
+            QTRY_COMPARE(pane.items("BrowserView").first()->width(), width);
             const QQuickItem* const kinds = pane.items("KindChips").first();
             QVERIFY(form() == u"menu"_qs || kinds->width() <= kinds->property("available").toReal());
             if (forms.isEmpty() || forms.last() != form())
@@ -302,6 +318,43 @@ private Q_SLOTS:
         QVERIFY(pane.control("Label", u"2 projects"_qs));
         pane.click(pane.items("ProjectCard").last());
         QCOMPARE(pane.library->place(), Place::folder(pane.folder("two")));
+    }
+
+    void aStepOfThePathLeadsThereAndTheLastOneToItsSiblings() {
+        Pane pane;
+        pane.file("p/a/1.txt");
+        pane.file("p/b/1.txt");
+        pane.open(Place::folder(pane.folder("p/a")));
+        QTRY_COMPARE(pane.items("StepButton").size(), 2);
+        QTRY_COMPARE(pane.browser->path()->siblings().size(), 2);
+        pane.click(pane.items("StepButton").last());
+        QTRY_VERIFY(pane.control("MenuItem", u"b"_qs));
+        pane.click(pane.control("MenuItem", u"b"_qs));
+        QTRY_COMPARE(pane.library->place(), Place::folder(pane.folder("p/b")));
+        QTRY_VERIFY(!pane.control("MenuItem", u"a"_qs));
+        pane.click(pane.items("StepButton").first());
+        QCOMPARE(pane.library->place(), Place::folder(pane.folder("p")));
+    }
+
+    void aRightClickActsOnItsTileAndTheMenuKeyOnTheSelectedOne() {
+        Pane pane;
+        pane.file("p/1.txt", 10);
+        pane.file("p/2.txt", 20);
+        pane.open(Place::folder(pane.folder("p")));
+        QTRY_COMPARE(pane.items("AssetTile").size(), 2);
+        pane.click(pane.tile("AssetTile", u"1.txt"_qs));
+        QTest::mouseClick(pane.view.get(), Qt::RightButton, Qt::NoModifier,
+                          Pane::centre(pane.tile("AssetTile", u"2.txt"_qs)));
+        QTRY_VERIFY(pane.control("MenuItem", u"Copy Path"_qs));
+        QCOMPARE(pane.selected(), strings({"1.txt"}));
+        pane.click(pane.control("MenuItem", u"Copy Path"_qs));
+        QTRY_COMPARE(QGuiApplication::clipboard()->text(), pane.folder("p/2.txt").toString());
+        QTRY_VERIFY(!pane.control("MenuItem", u"Copy Path"_qs));
+        QTRY_VERIFY(pane.browser->gridFocused());
+        QTest::keyClick(pane.view.get(), Qt::Key_Menu);
+        QTRY_VERIFY(pane.control("MenuItem", u"Copy Path"_qs));
+        pane.click(pane.control("MenuItem", u"Copy Path"_qs));
+        QTRY_COMPARE(QGuiApplication::clipboard()->text(), pane.folder("p/1.txt").toString());
     }
 
     void theSliderChangesTheTiles() {
