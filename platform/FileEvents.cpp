@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "FileEvents.h"
 
+#include "Tasks.h"
 #include "events/ChangeReader.h"
 #include "events/EventBatch.h"
 #include "events/FolderPoll.h"
@@ -60,12 +61,14 @@ public:
           m_poll(m_watches, m_batch, m_stopping),
           m_thread([this] { run(); }) {}
 
-    ~Worker() {
+    Q_DISABLE_COPY_MOVE(Worker)
+
+    // To be called before it is destroyed.
+    void stop() {
         m_stopping = true;
         wake();
         m_thread.join();
     }
-    Q_DISABLE_COPY_MOVE(Worker)
 
     Status status() const {
         const std::lock_guard lock(m_mutex);
@@ -213,9 +216,12 @@ void FileEvents::Worker::publish(bool isComplete) {
 }
 
 FileEvents::FileEvents(QList<Location> roots, Options options, std::function<void(QList<FileEvent>)> deliver)
-    : m_worker(std::make_unique<Worker>(roots, std::move(options), std::move(deliver))) {}
+    : m_worker(std::make_shared<Worker>(roots, std::move(options), std::move(deliver))) {}
 
-FileEvents::~FileEvents() = default;
+FileEvents::~FileEvents() {
+    m_worker->stop();
+    Tasks::dropLater(std::move(m_worker));
+}
 
 FileEvents::Status FileEvents::status() const {
     return m_worker->status();

@@ -70,7 +70,8 @@ public:
     // `mustScan`.
     FileEvents(QList<Location> roots, Options options, std::function<void(QList<FileEvent>)> deliver);
 
-    // Ends the thread; `deliver` is not called any more once this returns.
+    // Ends the thread; `deliver` is not called any more once this returns. The watches are given back in the
+    // background, which takes the kernel a while.
     ~FileEvents();
     Q_DISABLE_COPY_MOVE(FileEvents)
 
@@ -82,7 +83,7 @@ public:
 
 private:
     class Worker;
-    std::unique_ptr<Worker> m_worker;
+    std::shared_ptr<Worker> m_worker;
 };
 
 } // namespace lumbra

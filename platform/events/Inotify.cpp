@@ -16,22 +16,29 @@ constexpr quint32 watchedEvents = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOV
                                   | IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF;
 constexpr quint32 watchOptions = IN_ONLYDIR | IN_DONT_FOLLOW | IN_EXCL_UNLINK;
 
-constexpr size_t chunk = 256 * 1024;
+constexpr size_t chunkSize = 256 * 1024;
+
+// What a burst leaves allocated.
+constexpr size_t restingMemory = 1024 * 1024;
 
 // Beyond this the kernel may drop events: an overflow costs a look at the whole tree, endless memory costs the process.
 constexpr size_t mostInMemory = 64 * 1024 * 1024;
 
 } // namespace
 
-Inotify::Inotify() : m_fd(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {}
-
 Inotify::~Inotify() {
     if (m_fd >= 0)
         ::close(m_fd);
 }
 
-Inotify::Result Inotify::add(const std::string& folder, int& watch) {
+bool Inotify::open() {
     if (m_fd < 0)
+        m_fd = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    return m_fd >= 0;
+}
+
+Inotify::Result Inotify::add(const std::string& folder, int& watch) {
+    if (!open())
         return Result::noSpace;
     watch = ::inotify_add_watch(m_fd, folder.c_str(), watchedEvents | watchOptions);
     if (watch >= 0)
@@ -50,14 +57,18 @@ bool Inotify::take() {
     if (m_read == m_bytes.size()) {
         m_bytes.clear();
         m_read = 0;
+        if (m_bytes.capacity() > restingMemory)
+            m_bytes.shrink_to_fit();
     }
-    const size_t held = m_bytes.size();
-    if (held - m_read > mostInMemory)
+    if (m_bytes.size() - m_read > mostInMemory)
         return false;
-    m_bytes.resize(held + chunk);
-    const ssize_t count = ::read(m_fd, m_bytes.data() + held, chunk);
-    m_bytes.resize(held + size_t(std::max<ssize_t>(count, 0)));
-    return count > 0;
+    if (!m_chunk)
+        m_chunk = std::make_unique_for_overwrite<char[]>(chunkSize);
+    const ssize_t count = ::read(m_fd, m_chunk.get(), chunkSize);
+    if (count <= 0)
+        return false;
+    m_bytes.insert(m_bytes.end(), m_chunk.get(), m_chunk.get() + count);
+    return true;
 }
 
 bool Inotify::next(Event& event) {

@@ -8,6 +8,7 @@
 
 #include <QtGlobal>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -26,11 +27,11 @@ public:
 
     enum class Result { watching, noSpace, failed };
 
-    Inotify();
+    Inotify() { open(); }
     ~Inotify();
     Q_DISABLE_COPY_MOVE(Inotify)
 
-    // To wait on; -1 when the kernel gave no queue: every watch is then refused for want of space.
+    // To wait on; -1 while the kernel gives no queue, and so every watch is refused for want of space.
     int fd() const { return m_fd; }
 
     // The same folder gives the same watch again, whatever its path. Never follows a symbolic link.
@@ -45,7 +46,10 @@ public:
     bool hasNext() const { return m_read < m_bytes.size(); }
 
 private:
-    int m_fd;
+    bool open();
+
+    int m_fd = -1;
+    std::unique_ptr<char[]> m_chunk; // what one read takes
     std::vector<char> m_bytes;
     size_t m_read = 0;
 };

@@ -427,6 +427,14 @@ void tst_FileEventsRaces::worksUnderTheKernelsLimits() {
     fs::create_directories(text(root.child("n3/made/deep")));
     write(text(root.child("n3/made/deep/x.mp4")));
     QVERIFY(mirror.becomesTrue());
+
+    // Once the limit is raised, as `lumbra status` advises, every folder gets its watch.
+    QFile setting(QStringLiteral("/proc/sys/user/") + QString::fromLatin1(limit));
+    QVERIFY(setting.open(QIODevice::WriteOnly) && setting.write("1000") > 0);
+    setting.close();
+    QTRY_COMPARE_WITH_TIMEOUT(mirror.events().status(), (FileEvents::Status{foldersIn(root), 0, 0, true}), 20'000);
+    write(text(root.child("n9/deep/late.mp4")));
+    QVERIFY(mirror.becomesTrue());
 }
 
 QTEST_GUILESS_MAIN(tst_FileEventsRaces)
