@@ -211,7 +211,8 @@ void Browser::playingChanged() {
 }
 
 void Browser::turnTo(const Place& place) {
-    if (m_drawnPlace == place)
+    // A load that was overtaken by a change of place writes its lists, which the page on view may not even draw.
+    if (m_drawnPlace == place || place != m_library->place())
         return;
     m_drawnPlace = place;
     Q_EMIT pageTurned();

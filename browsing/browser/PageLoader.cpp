@@ -99,6 +99,7 @@ void PageLoader::loadRecent(const LoadKey& key, const PageFilter& filter) {
         m_shelf = shelf;
         Q_EMIT listsWritten();
         Tasks::run(pool, computeFeed).then(this, [this, key](const RecentPage& page) {
+            Q_EMIT arriving(key.place);
             m_kindCounts = page.kindCounts;
             m_sections = page.sections;
             Q_EMIT listsWritten();

@@ -48,7 +48,7 @@ public:
     const Assets& starred() const { return m_starred; }
 
 Q_SIGNALS:
-    // The first list of the place is about to be written.
+    // Lists of the place are about to be written.
     void arriving(const lumbra::Place& place);
 
     // All lists of the place that were ready at once are written.

@@ -212,6 +212,34 @@ private Q_SLOTS:
         QTRY_COMPARE(names(window.browser->assets()), strings({"quick.png"}));
     }
 
+    void aLoadOfThePlaceBeforeDoesNotTurnThePageBack() {
+        Window window;
+        for (int n = 1; n <= 6; ++n)
+            window.file("p/" + std::to_string(n) + ".png");
+        window.open();
+        QTRY_COMPARE(totalOf(*window.browser), 6);
+        const int feedRows = window.browser->rows()->rowCount();
+        std::atomic<bool> held = true;
+        std::atomic<int> searches = 0;
+        window.browser->setContentSearch([&](const QString&, const std::optional<QString>& prefix, int) {
+            while (prefix && held)
+                QThread::msleep(1);
+            ++searches;
+            return QStringList();
+        });
+        window.library->setPlace(Place::folder(window.folder("p")));
+        window.browser->setSearch(QStringLiteral("p"));
+        QTest::qWait(0);
+        window.library->setPlace(Place::recent());
+        QTRY_VERIFY(window.browser->loaded());
+        held = false;
+        QTRY_VERIFY(searches >= 3); // the folder's, the feed's, and the feed's once more
+        QTRY_COMPARE(totalOf(*window.browser), 6);
+        QCOMPARE(window.browser->rows()->rowCount(), feedRows);
+        QCOMPARE(window.browser->rows()->data(window.browser->rows()->index(0), PageRows::sectionRole).toString(),
+                 QStringLiteral("image"));
+    }
+
     void contentIsSearchedEverywhereOnOtherPages() {
         Window window;
         window.file("p/a.png");
