@@ -8,19 +8,20 @@
 #include <sys/prctl.h>
 #include <sys/resource.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <initializer_list>
 #include <memory>
 
-// The sanitizers map terabytes, write reports and look at other processes' memory.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define LUMBRA_UNDER_SANITIZER 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-#define LUMBRA_UNDER_SANITIZER 1
-#endif
-#endif
-
 namespace lumbra::reader::Sandbox {
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+const bool boundsMemory = false;
+#elif defined(__has_feature)
+const bool boundsMemory = !__has_feature(address_sanitizer) && !__has_feature(thread_sanitizer);
+#else
+const bool boundsMemory = true;
+#endif
 
 namespace {
 
@@ -51,9 +52,11 @@ constexpr int allowed[] = {
     SCMP_SYS(exit_group),
     // time and itself
     SCMP_SYS(clock_gettime), SCMP_SYS(clock_getres), SCMP_SYS(clock_nanosleep), SCMP_SYS(nanosleep),
-    SCMP_SYS(gettimeofday), SCMP_SYS(time), SCMP_SYS(times), SCMP_SYS(getrusage), SCMP_SYS(getrandom), SCMP_SYS(uname),
-    SCMP_SYS(sysinfo), SCMP_SYS(getuid), SCMP_SYS(geteuid), SCMP_SYS(getgid), SCMP_SYS(getegid), SCMP_SYS(getresuid),
-    SCMP_SYS(getresgid)};
+    SCMP_SYS(gettimeofday), SCMP_SYS(time), SCMP_SYS(times), SCMP_SYS(getrusage), SCMP_SYS(getrlimit),
+    SCMP_SYS(setrlimit), SCMP_SYS(getrandom), SCMP_SYS(uname), SCMP_SYS(sysinfo), SCMP_SYS(getuid), SCMP_SYS(geteuid),
+    SCMP_SYS(getgid), SCMP_SYS(getegid), SCMP_SYS(getresuid), SCMP_SYS(getresgid)};
+
+constexpr scmp_datum_t everyBit = ~scmp_datum_t(0);
 
 // Opening in any way that could make, cut or change a file.
 constexpr scmp_datum_t writing = O_ACCMODE | O_CREAT | O_TRUNC | O_APPEND | (O_TMPFILE & ~O_DIRECTORY);
@@ -63,6 +66,11 @@ bool limit(__rlimit_resource resource, rlim_t value) {
     return ::setrlimit(resource, &both) == 0;
 }
 
+// The argument of a call, looked at through a mask.
+scmp_arg_cmp bitsAre(unsigned argument, scmp_datum_t mask, scmp_datum_t value) {
+    return {argument, SCMP_CMP_MASKED_EQ, mask, value};
+}
+
 bool filterCalls() {
     const std::unique_ptr<void, decltype(&seccomp_release)> filter(seccomp_init(SCMP_ACT_ERRNO(EPERM)),
                                                                    &seccomp_release);
@@ -70,24 +78,26 @@ bool filterCalls() {
         return false;
     void* const context = filter.get();
     bool added = true;
-    const auto allow = [context, &added](int call, auto... conditions) {
+    const auto rule = [context, &added](uint32_t action, int call, std::initializer_list<scmp_arg_cmp> conditions) {
         if (call >= 0) // some exist on other machines only
-            added = seccomp_rule_add(context, SCMP_ACT_ALLOW, call, sizeof...(conditions), conditions...) == 0 && added;
+            added &=
+                seccomp_rule_add_array(context, action, call, unsigned(conditions.size()), conditions.begin()) == 0;
+    };
+    const auto allow = [&rule](int call, std::initializer_list<scmp_arg_cmp> conditions = {}) {
+        rule(SCMP_ACT_ALLOW, call, conditions);
     };
     for (const int call : allowed)
         allow(call);
-    allow(SCMP_SYS(open), SCMP_A1(SCMP_CMP_MASKED_EQ, writing, O_RDONLY));
-    allow(SCMP_SYS(openat), SCMP_A2(SCMP_CMP_MASKED_EQ, writing, O_RDONLY));
-    allow(SCMP_SYS(clone), SCMP_A0(SCMP_CMP_MASKED_EQ, CLONE_THREAD, CLONE_THREAD));
-    allow(SCMP_SYS(prctl), SCMP_A0(SCMP_CMP_EQ, PR_SET_NAME));
+    allow(SCMP_SYS(open), {bitsAre(1, writing, O_RDONLY)});
+    allow(SCMP_SYS(openat), {bitsAre(2, writing, O_RDONLY)});
+    allow(SCMP_SYS(clone), {bitsAre(0, CLONE_THREAD, CLONE_THREAD)});
+    allow(SCMP_SYS(prctl), {bitsAre(0, everyBit, PR_SET_NAME)});
     // Its own limits, which it can only lower for good.
-    allow(SCMP_SYS(prlimit64), SCMP_A0(SCMP_CMP_EQ, 0));
-    allow(SCMP_SYS(getrlimit));
-    allow(SCMP_SYS(setrlimit));
+    allow(SCMP_SYS(prlimit64), {bitsAre(0, everyBit, 0)});
     // A filter can't look at what clone3 is asked; told that there is none, the C library takes clone.
-    added = seccomp_rule_add(context, SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(clone3), 0) == 0 && added;
+    rule(SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(clone3), {});
     // The threads that libraries have started by now are bound too.
-    added = seccomp_attr_set(context, SCMP_FLTATR_CTL_TSYNC, 1) == 0 && added;
+    added &= seccomp_attr_set(context, SCMP_FLTATR_CTL_TSYNC, 1) == 0;
     return added && seccomp_load(context) == 0;
 }
 
@@ -101,12 +111,9 @@ bool enter() {
     // A write to a file answers an error instead of ending the process: libraries try to keep caches.
     ::signal(SIGXFSZ, SIG_IGN);
     ::signal(SIGPIPE, SIG_IGN);
-    bool granted = limit(RLIMIT_CORE, 0) && limit(RLIMIT_FSIZE, 0) && limit(RLIMIT_NOFILE, openFiles)
-                   && ::prctl(PR_SET_DUMPABLE, 0) == 0 && ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0;
-#ifndef LUMBRA_UNDER_SANITIZER
-    granted = granted && limit(RLIMIT_AS, addressSpace) && filterCalls();
-#endif
-    return granted;
+    return limit(RLIMIT_CORE, 0) && limit(RLIMIT_FSIZE, 0) && limit(RLIMIT_NOFILE, openFiles)
+           && (!boundsMemory || limit(RLIMIT_AS, addressSpace)) && ::prctl(PR_SET_DUMPABLE, 0) == 0
+           && ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 && filterCalls();
 }
 
 void limitProcessorTime(std::chrono::milliseconds time) {

@@ -15,6 +15,9 @@ void tieToParent();
 // kernel does not grant it; then nothing foreign may be read.
 [[nodiscard]] bool enter();
 
+// False in builds under a sanitizer, which maps terabytes. All other rights are taken away there too.
+extern const bool boundsMemory;
+
 // The processor time that the process may use from now on; after it the kernel ends it. Each request sets it anew.
 void limitProcessorTime(std::chrono::milliseconds time);
 
