@@ -30,7 +30,7 @@ struct Error {
 
 // A location in the folder at which nothing exists (a link that leads nowhere counts as something): the name, else the
 // name with a blank and a counter from 2 on before its extension. A name whose only dot is its first character has no
-// extension.
+// extension. Where the counter would make the name longer than 255 bytes, characters are dropped from its base's end.
 Location freeName(const QString& name, const Location& folder);
 
 // True when something, be it a broken link, stands at the location.
@@ -73,7 +73,8 @@ struct Progress {
     bool operator==(const Progress&) const = default;
 };
 
-// What became of one transfer: where it arrived, or why it did not. Neither when it was cancelled.
+// What became of one transfer: where it arrived, or why it did not. Both when a move arrived but had to leave its
+// source, or some of it, where it was. Neither when it was cancelled.
 struct Arrival {
     Location source;
     std::optional<Location> target;
@@ -82,15 +83,19 @@ struct Arrival {
 
 // Carries out the transfers in order, for as long as it takes; one that fails does not stop the others. Cancelled,
 // every transfer that has not arrived leaves nothing at its target and its source as it was. A move removes its source
-// only after the whole of it has arrived; when the target's file system can't hold the source's attributes, it keeps
-// the source and reports that.
+// only after the whole of it has arrived, and only what it copied: what was added or changed there meanwhile stays.
+// When the target's file system can't hold the source's attributes, a move arrives without them, keeps the source and
+// reports that; a copy leaves them behind in silence, since its source still has them.
+//
+// A folder that holds anything but files, folders and links (a pipe, a socket, a device) does not arrive at all.
 //
 // `journal` is the file that remembers hidden copies under way, so that `cleanLeftovers` can remove them after a crash.
 // `report` is called on the calling thread, at most every 50 ms and once at the end.
 QList<Arrival> carryOut(const QList<Transfer>& transfers, const Location& journal, std::stop_token stop = {},
                         const std::function<void(const Progress&)>& report = {});
 
-// Removes what processes that no longer run have left half-copied. Never touches what a running process works on.
+// Removes what processes that no longer run have left half-copied, as long as that takes. Never touches what a running
+// process works on, nor anything but a hidden copy, whatever the journal says.
 void cleanLeftovers(const Location& journal);
 
 } // namespace lumbra::Files
