@@ -33,6 +33,9 @@ struct Error {
 // extension. Where the counter would make the name longer than 255 bytes, characters are dropped from its base's end.
 Location freeName(const QString& name, const Location& folder);
 
+// The same, with another notion of what is taken: one who has promised names keeps them free too.
+Location freeName(const QString& name, const Location& folder, const std::function<bool(const Location&)>& taken);
+
 // True when something, be it a broken link, stands at the location.
 bool isTaken(const Location& location);
 

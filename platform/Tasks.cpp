@@ -14,8 +14,11 @@ namespace lumbra::Tasks {
 
 namespace {
 
+// Of lasting work: it waits for disks and other programs and takes little of the processor.
+constexpr int lastingThreads = 8;
+
 void waitForPools() {
-    for (const Pool which : {Pool::userInitiated, Pool::utility})
+    for (const Pool which : {Pool::userInitiated, Pool::utility, Pool::lasting})
         pool(which).waitForDone();
 }
 
@@ -35,7 +38,16 @@ QThreadPool* makePool(int threads) {
 QThreadPool& pool(Pool which) {
     static QThreadPool* const userInitiated = makePool(std::max(2, QThread::idealThreadCount()));
     static QThreadPool* const utility = makePool(std::max(2, QThread::idealThreadCount()));
-    return which == Pool::userInitiated ? *userInitiated : *utility;
+    static QThreadPool* const lasting = makePool(lastingThreads);
+    switch (which) {
+    case Pool::utility:
+        return *utility;
+    case Pool::lasting:
+        return *lasting;
+    case Pool::userInitiated:
+        break;
+    }
+    return *userInitiated;
 }
 
 void postToMain(std::function<void()> function) {
@@ -44,7 +56,7 @@ void postToMain(std::function<void()> function) {
 }
 
 void adoptPriority(Pool which) {
-    if (which == Pool::userInitiated)
+    if (which != Pool::utility)
         return;
     thread_local bool lowered = false;
     if (!std::exchange(lowered, true))

@@ -20,6 +20,7 @@ namespace lumbra::Tasks {
 enum class Pool {
     userInitiated, // the user waits for it: normal priority
     utility,       // nobody waits: nice 10, so that it yields to agents at work without starving behind them
+    lasting,       // copies, the trash, other programs: may take minutes, and must keep no page waiting meanwhile
 };
 
 // The process-wide pool. It lives until the process ends.
