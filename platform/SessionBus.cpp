@@ -5,11 +5,14 @@
 
 namespace lumbra {
 
-std::optional<QDBusConnection> sessionBus() {
+bool sessionBusIsNamed() {
     const QByteArray runtimeFolder = qgetenv("XDG_RUNTIME_DIR");
-    const bool isNamed = !qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")
-                         || (!runtimeFolder.isEmpty() && Location(runtimeFolder).child("bus").exists());
-    if (!isNamed)
+    return !qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")
+           || (!runtimeFolder.isEmpty() && Location(runtimeFolder).child("bus").exists());
+}
+
+std::optional<QDBusConnection> sessionBus() {
+    if (!sessionBusIsNamed())
         return std::nullopt;
     const QDBusConnection bus = QDBusConnection::sessionBus();
     return bus.isConnected() ? std::optional(bus) : std::nullopt;

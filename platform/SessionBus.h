@@ -9,8 +9,11 @@
 
 namespace lumbra {
 
-// Absent when nothing says where a bus would be. To ask for one regardless would start a bus of our own, which nobody
+// False when nothing says where a bus would be. To ask for one regardless would start a bus of our own, which nobody
 // else is on and which outlives us.
+bool sessionBusIsNamed();
+
+// Absent when none is named, or none answers there.
 std::optional<QDBusConnection> sessionBus();
 
 } // namespace lumbra

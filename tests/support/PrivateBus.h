@@ -27,12 +27,14 @@ public:
         qputenv("DBUS_SESSION_BUS_ADDRESS", address);
     }
 
-    ~PrivateBus() {
+    ~PrivateBus() { stop(); }
+
+    Q_DISABLE_COPY_MOVE(PrivateBus)
+
+    void stop() {
         m_daemon.kill();
         m_daemon.waitForFinished();
     }
-
-    Q_DISABLE_COPY_MOVE(PrivateBus)
 
     // Where it listens, as DBUS_SESSION_BUS_ADDRESS says too.
     QString address() const { return m_address; }
