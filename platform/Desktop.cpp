@@ -3,7 +3,6 @@
 
 #include "SessionBus.h"
 
-#include <QClipboard>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDesktopServices>
@@ -67,10 +66,6 @@ bool openTerminal(const Location& folder) {
             return true;
     }
     return false;
-}
-
-void copyText(const QString& text) {
-    QGuiApplication::clipboard()->setText(text);
 }
 
 } // namespace lumbra::Desktop

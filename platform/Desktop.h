@@ -1,5 +1,4 @@
-// What the desktop does for us with the user's files: opens them, shows where they are, opens a terminal there, and
-// holds copied text.
+// What the desktop does for us with the user's files: opens them, shows where they are, opens a terminal there.
 //
 // Nothing here waits for the other program. Main thread only, with a QGuiApplication.
 //
@@ -21,7 +20,5 @@ void reveal(const QList<Location>& locations);
 // Opens the user's terminal in the folder: $TERMINAL, else x-terminal-emulator, else xdg-terminal-exec. False when none
 // of them could be started.
 bool openTerminal(const Location& folder);
-
-void copyText(const QString& text);
 
 } // namespace lumbra::Desktop

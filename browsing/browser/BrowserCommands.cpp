@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "BrowserCommands.h"
 
+#include "core/Clipboard.h"
 #include "platform/Desktop.h"
 
 namespace lumbra {
@@ -26,7 +27,7 @@ void BrowserCommands::copyPaths() const {
     QStringList lines;
     for (const Location& path : selectedPaths())
         lines.append(path.toString());
-    Desktop::copyText(lines.join(u'\n'));
+    Clipboard::copyText(lines.join(u'\n'));
 }
 
 QList<Location> BrowserCommands::selectedPaths() const {

@@ -2,6 +2,7 @@
 #include "PathBar.h"
 
 #include "browsing/MenuEntry.h"
+#include "core/Clipboard.h"
 #include "library/Scanner.h"
 #include "platform/Desktop.h"
 #include "platform/Tasks.h"
@@ -75,7 +76,7 @@ QVariantList PathBar::menu() const {
         entries.append(MenuEntry::divider());
     entries.append(MenuEntry::item(QStringLiteral("Show in Finder"), [folder = *url] { Desktop::reveal({folder}); }));
     entries.append(
-        MenuEntry::item(QStringLiteral("Copy Path"), [folder = *url] { Desktop::copyText(folder.toString()); }));
+        MenuEntry::item(QStringLiteral("Copy Path"), [folder = *url] { Clipboard::copyText(folder.toString()); }));
     return MenuEntry::toVariants(entries);
 }
 

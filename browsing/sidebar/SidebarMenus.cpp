@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "SidebarMenus.h"
 
+#include "core/Clipboard.h"
 #include "core/ProjectLinks.h"
 #include "platform/Desktop.h"
 #include "platform/Tasks.h"
@@ -20,7 +21,7 @@ MenuEntry showInFinder(const Location& url) {
 }
 
 MenuEntry copyPath(const Location& url) {
-    return MenuEntry::item(QStringLiteral("Copy Path"), [url] { Desktop::copyText(url.toString()); });
+    return MenuEntry::item(QStringLiteral("Copy Path"), [url] { Clipboard::copyText(url.toString()); });
 }
 
 MenuEntry colorMenu(int current, const std::function<void(int)>& pick) {

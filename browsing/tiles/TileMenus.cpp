@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "TileMenus.h"
 
+#include "core/Clipboard.h"
 #include "platform/Desktop.h"
 
 namespace lumbra::TileMenus {
@@ -16,7 +17,7 @@ MenuEntry copyPaths(const QList<Location>& urls) {
         QStringList paths;
         for (const Location& url : urls)
             paths << url.toString();
-        Desktop::copyText(paths.join(u'\n'));
+        Clipboard::copyText(paths.join(u'\n'));
     });
 }
 

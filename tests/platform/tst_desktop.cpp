@@ -3,7 +3,6 @@
 #include "support/PrivateBus.h"
 #include "support/TestHome.h"
 
-#include <QClipboard>
 #include <QDBusConnection>
 #include <QDesktopServices>
 #include <QFile>
@@ -146,13 +145,6 @@ private Q_SLOTS:
         const bool started = Desktop::openTerminal(home.path());
         qputenv("PATH", path);
         QVERIFY(!started);
-    }
-
-    void copiedTextIsOnTheClipboard() {
-        Desktop::copyText(QStringLiteral("/a\n/b"));
-        QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("/a\n/b"));
-        Desktop::copyText(QString());
-        QCOMPARE(QGuiApplication::clipboard()->text(), QString());
     }
 };
 

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Clipboard.h"
+
+#include "platform/FileTypes.h"
+#include "platform/Tasks.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QImageWriter>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace lumbra::Clipboard {
+
+namespace {
+
+constexpr qint64 largestPng = 64 << 20; // bytes that are handed on as they are
+constexpr QSize largestPicture{4096, 4096};
+constexpr QSize drawingSize{1024, 1024}; // a drawing has no pixels of its own
+
+Pasteboard::Flavour text(const QString& text) {
+    return {QStringLiteral("text/plain"), text.toUtf8()};
+}
+
+QByteArray extensionOf(const Location& file) {
+    const std::string_view extension = file.extension();
+    return QByteArray(extension.data(), qsizetype(extension.size())).toLower();
+}
+
+// The whole file; nothing for one that is too large or can't be read.
+QByteArray bytesOf(const Location& file) {
+    // What only bears a picture's name may be a pipe, and opening that would wait for somebody at its other end.
+    const int descriptor = ::open(file.path().constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (descriptor < 0)
+        return {};
+    QFile opened;
+    opened.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
+    struct stat status;
+    if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))
+        return {};
+    const QByteArray bytes = opened.read(largestPng + 1);
+    return bytes.size() <= largestPng ? bytes : QByteArray();
+}
+
+Pasteboard::Contents encoded(const QImage& picture) {
+    Pasteboard::Contents flavours;
+    // Most programs ask for the first and a few for the second; Qt would make either only when it is asked, and then on
+    // the main thread.
+    for (const char* const format : {"png", "tiff"}) {
+        QBuffer buffer;
+        QImageWriter writer(&buffer, format);
+        if (qstrcmp(format, "png") == 0)
+            writer.setQuality(80); // means how little time goes into making it small
+        else
+            writer.setCompression(1); // without loss
+        if (writer.write(picture))
+            flavours.append({QLatin1String("image/") + QLatin1String(format), buffer.data()});
+    }
+    return flavours;
+}
+
+void addPicture(const Location& file, Pasteboard& pasteboard, quint64 number, Reader& reader) {
+    const bool isDrawing = extensionOf(file).startsWith("svg");
+    reader.thumbnail(file, isDrawing ? drawingSize : largestPicture)
+        .then(&pasteboard, [&pasteboard, number](const QImage& picture) {
+            if (picture.isNull())
+                return;
+            Tasks::run(Tasks::Pool::userInitiated, [picture] {
+                return encoded(picture);
+            }).then(&pasteboard, [&pasteboard, number](const Pasteboard::Contents& flavours) {
+                pasteboard.add(number, flavours);
+            });
+        });
+}
+
+void addPng(const Location& file, Pasteboard& pasteboard, quint64 number, Reader& reader) {
+    Tasks::run(Tasks::Pool::userInitiated, [file] {
+        return bytesOf(file);
+    }).then(&pasteboard, [&pasteboard, &reader, file, number](const QByteArray& bytes) {
+        if (bytes.isEmpty())
+            return addPicture(file, pasteboard, number, reader);
+        pasteboard.add(number, {{QStringLiteral("image/png"), bytes}});
+    });
+}
+
+} // namespace
+
+void write(const QList<Location>& urls, Pasteboard& pasteboard, Reader& reader) {
+    QByteArray list;
+    QByteArray copied = "copy"; // and not cut, as file managers tell them apart
+    QStringList names;
+    for (const Location& url : urls) {
+        const QByteArray encodedUrl = url.toUrl().toEncoded();
+        list += encodedUrl + "\r\n";
+        copied += '\n' + encodedUrl;
+        names.append(url.name());
+    }
+    const quint64 number = pasteboard.set({{QStringLiteral("text/uri-list"), list},
+                                           {QStringLiteral("x-special/gnome-copied-files"), copied},
+                                           text(names.join(u'\n'))});
+    if (urls.size() != 1)
+        return;
+    const Location& lone = urls.first();
+    const QByteArray extension = extensionOf(lone);
+    if (extension == "png")
+        addPng(lone, pasteboard, number, reader);
+    else if (fileTypeOf({extension.data(), size_t(extension.size())}) == FileType::image)
+        addPicture(lone, pasteboard, number, reader);
+}
+
+void copyText(const QString& copied, Pasteboard& pasteboard) {
+    pasteboard.set({text(copied)});
+}
+
+} // namespace lumbra::Clipboard

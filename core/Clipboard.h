@@ -1,0 +1,25 @@
+// Copies files and text in every form that another program may ask for.
+//
+// Nothing is kept here. Main thread.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/Location.h"
+#include "platform/Pasteboard.h"
+#include "platform/Reader.h"
+
+#include <QList>
+
+namespace lumbra::Clipboard {
+
+// Puts the files on the pasteboard: the files themselves, and as text their names, a line each, so that a text field
+// gets no paths. A lone picture follows as a picture, a PNG as its own bytes, once it has been read in the background;
+// one that can't be read stays a file and a name.
+void write(const QList<Location>& urls, Pasteboard& pasteboard = Pasteboard::general(),
+           Reader& reader = Reader::shared());
+
+// Replaces everything by the text.
+void copyText(const QString& text, Pasteboard& pasteboard = Pasteboard::general());
+
+} // namespace lumbra::Clipboard
