@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Config.h"
 
+#include "CoreError.h"
 #include "JsonFile.h"
 
 #include <QDir>
+
+#include <system_error>
 
 namespace lumbra::LumbraConfig {
 
@@ -17,9 +20,9 @@ constexpr char configVariable[] = "XDG_CONFIG_HOME";
 Location file() {
     if (!qEnvironmentVariableIsSet(configVariable))
         return Location::home().child(".config").child("lumbra").child("config.json");
-    const QByteArray folder = qgetenv(configVariable);
+    const QString folder = QString::fromUtf8(qgetenv(configVariable));
     if (folder.isEmpty())
-        return Location(QByteArray("lumbra/config.json"));
+        return Location(QStringView(u"lumbra/config.json"));
     return Location(folder).child("lumbra").child("config.json");
 }
 
@@ -36,16 +39,16 @@ bool isConfigured() {
 }
 
 Location library() {
-    const QString ofEnvironment = QString::fromUtf8(qgetenv(libraryVariable));
+    const auto ofEnvironment = Location::expandingTilde(QString::fromUtf8(qgetenv(libraryVariable)));
     if (!ofEnvironment.isEmpty())
-        return Location::expandingTilde(ofEnvironment);
-    const QString ofFile = contents().value(QLatin1String("library")).toString();
-    if (!ofFile.isEmpty())
-        return Location::expandingTilde(ofFile);
-    return suggestedLibrary();
+        return ofEnvironment;
+    const auto ofFile = Location::expandingTilde(contents().value(QLatin1String("library")).toString());
+    return ofFile.isEmpty() ? suggestedLibrary() : ofFile;
 }
 
 void setLibrary(const Location& root) {
+    if (root.isEmpty())
+        throw CoreError(QString::fromStdString(std::make_error_code(std::errc::no_such_file_or_directory).message()));
     QJsonObject configuration = contents();
     configuration.insert(QLatin1String("library"), QDir::current().absoluteFilePath(root.toString()));
     const Location target = file();

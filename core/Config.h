@@ -26,8 +26,8 @@ Location suggestedLibrary();
 // holds.
 bool isConfigured();
 
-// The library's root: LUMBRA_LIBRARY unless it is empty, else `library` of the file unless it is empty, else the
-// suggested one. Not canonical, and it need not exist.
+// The library's root: LUMBRA_LIBRARY unless it is empty, else `library` of the file unless it is empty or can be no
+// path, else the suggested one. Not canonical, and it need not exist.
 Location library();
 
 // Records the root in the file, whose other keys are kept, and makes the root's folder. Throws CoreError. If only

@@ -14,13 +14,7 @@
 
 namespace lumbra::JsonFile {
 
-namespace {
-
-constexpr qint64 largest = 4 << 20;
-
-} // namespace
-
-std::optional<QJsonObject> read(const Location& file) {
+std::optional<QJsonObject> read(const Location& file, qint64 largest) {
     // Not by QFile's own open, which would wait for the other end of a pipe that somebody left under the name.
     const int descriptor = ::open(file.path().constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     if (descriptor < 0)

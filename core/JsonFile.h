@@ -11,8 +11,9 @@
 
 namespace lumbra::JsonFile {
 
-// Absent when the file can't be read, is no regular file, is larger than 4 MiB, or holds anything but one JSON object.
-std::optional<QJsonObject> read(const Location& file);
+// Absent when the file can't be read, is no regular file, has more than `largest` bytes, or holds anything but one JSON
+// object.
+std::optional<QJsonObject> read(const Location& file, qint64 largest = 4 << 20);
 
 // Writes the object pretty-printed with sorted keys and unescaped slashes; readers see the old file or the new one,
 // never a mixture. Throws CoreError; the old file is then as it was.

@@ -16,7 +16,8 @@ namespace lumbra::ProjectLinks {
 namespace {
 
 // The current names first. The former ones are read, never written, and go when a link is made or undone.
-constexpr std::array<std::string_view, 2> manifests{manifest, ".folia.json"};
+constexpr std::string_view legacyManifest = ".folia.json";
+constexpr std::array<std::string_view, 2> manifests{manifest, legacyManifest};
 constexpr std::string_view legacyGitKey = "folia.folder";
 constexpr std::array<std::string_view, 2> gitKeys{gitKey, legacyGitKey};
 
@@ -26,6 +27,9 @@ QByteArray bytes(std::string_view text) {
 
 // What git printed, trimmed, which may be nothing; absent when it failed.
 std::optional<QString> git(const Location& repo, const QList<QByteArray>& arguments) {
+    // To git, no path at all is the working directory, which may be a repository of somebody's.
+    if (repo.isEmpty())
+        return std::nullopt;
     Processes::Options options;
     // Started from a git hook, we inherit variables that name the hook's repository and outweigh -C.
     options.unset = {"GIT_DIR", "GIT_WORK_TREE", "GIT_COMMON_DIR", "GIT_CONFIG", "GIT_INDEX_FILE", "GIT_PREFIX"};
@@ -64,9 +68,9 @@ void removeFile(const Location& file) {
 std::optional<Location> repoOf(const Location& folder) {
     for (const std::string_view name : manifests) {
         const QJsonObject object = JsonFile::read(folder.child(name)).value_or(QJsonObject());
-        const QString repo = object.value(QLatin1String("repo")).toString();
+        const auto repo = Location::expandingTilde(object.value(QLatin1String("repo")).toString());
         if (!repo.isEmpty())
-            return Location::expandingTilde(repo);
+            return repo;
     }
     return std::nullopt;
 }
@@ -83,7 +87,7 @@ void link(const Location& folder, const Location& repo) {
     if (!object.contains(QLatin1String("linked")))
         object.insert(QLatin1String("linked"), QDateTime::currentDateTimeUtc().toString(Qt::ISODate));
     JsonFile::write(folder.child(manifest), object);
-    removeFile(folder.child(manifests[1]));
+    removeFile(folder.child(legacyManifest));
     if (!pointAt(repo, folder))
         throw LinkError(QStringLiteral("Couldn't write lumbra.folder into %1's git config.").arg(repo.name()));
     unsetGitKey(repo, legacyGitKey);

@@ -2,20 +2,32 @@
 #include "Model.h"
 
 #include "core/Stars.h"
+#include "platform/FileFacts.h"
 #include "platform/FileTypes.h"
 #include "platform/NaturalOrder.h"
 
 #include <QRegularExpression>
 #include <QTextBoundaryFinder>
 
-#include <fcntl.h>
-#include <sys/stat.h>
-
 #include <algorithm>
 
 namespace lumbra {
 
 namespace {
+
+// In the order of the enumerations.
+struct KindTexts {
+    QLatin1String raw;
+    QLatin1String plural;
+};
+constexpr std::array<KindTexts, allAssetKinds.size()> kindTexts{{
+    {QLatin1String("image"), QLatin1String("Images")},
+    {QLatin1String("video"), QLatin1String("Videos")},
+    {QLatin1String("audio"), QLatin1String("Audio")},
+    {QLatin1String("document"), QLatin1String("Documents")},
+}};
+constexpr std::array<QLatin1String, allSortOrders.size()> orderTexts{QLatin1String("newest"), QLatin1String("oldest"),
+                                                                     QLatin1String("name"), QLatin1String("size")};
 
 // Extensions of icons and cursors, which no one calls a picture.
 constexpr std::array<std::string_view, 3> ignoredExtensions{"icns", "ico", "cur"};
@@ -43,17 +55,7 @@ QString firstCharacter(const QString& text) {
 } // namespace
 
 QString rawValue(AssetKind kind) {
-    switch (kind) {
-    case AssetKind::image:
-        return QStringLiteral("image");
-    case AssetKind::video:
-        return QStringLiteral("video");
-    case AssetKind::audio:
-        return QStringLiteral("audio");
-    case AssetKind::document:
-        break;
-    }
-    return QStringLiteral("document");
+    return kindTexts[size_t(kind)].raw;
 }
 
 std::optional<AssetKind> assetKindFromRaw(QStringView raw) {
@@ -64,33 +66,13 @@ std::optional<AssetKind> assetKindFromRaw(QStringView raw) {
 }
 
 QString pluralLabel(AssetKind kind) {
-    switch (kind) {
-    case AssetKind::image:
-        return QStringLiteral("Images");
-    case AssetKind::video:
-        return QStringLiteral("Videos");
-    case AssetKind::audio:
-        return QStringLiteral("Audio");
-    case AssetKind::document:
-        break;
-    }
-    return QStringLiteral("Documents");
+    return kindTexts[size_t(kind)].plural;
 }
 
 std::optional<AssetKind> assetKindOfName(std::string_view fileName) {
-    const size_t dot = fileName.rfind('.');
-    if (dot == std::string_view::npos || dot == 0)
-        return std::nullopt;
-    const std::string_view extension = fileName.substr(dot + 1);
-    // No extension that means anything here is longer, and a million names are looked at.
-    std::array<char, 16> lower;
-    if (extension.empty() || extension.size() > lower.size())
-        return std::nullopt;
-    std::transform(extension.begin(), extension.end(), lower.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; });
-    const std::string_view key(lower.data(), extension.size());
-
-    if (holds(ignoredExtensions, key))
+    const SmallExtension extension(fileName);
+    const std::string_view key = extension.view();
+    if (key.empty() || holds(ignoredExtensions, key))
         return std::nullopt;
     // Pictures come first: what the types call an image is one although it may stand among the documents too.
     const auto type = fileTypeOf(key);
@@ -113,19 +95,10 @@ std::optional<Asset> Asset::read(const Location& url) {
     const auto kind = assetKindOf(url);
     if (!kind)
         return std::nullopt;
-    struct statx facts;
-    if (::statx(AT_FDCWD, url.path().constData(), AT_SYMLINK_NOFOLLOW | AT_STATX_DONT_SYNC,
-                STATX_TYPE | STATX_SIZE | STATX_MTIME, &facts)
-        != 0)
+    const auto facts = FileFacts::of(url);
+    if (!facts || !facts->isRegularFile)
         return std::nullopt;
-    if (!S_ISREG(facts.stx_mode))
-        return std::nullopt;
-    Asset asset{url, *kind, 0, Date::distantPast(), Stars::read(url)};
-    if (facts.stx_mask & STATX_SIZE)
-        asset.size = qint64(facts.stx_size);
-    if (facts.stx_mask & STATX_MTIME)
-        asset.modified = {double(facts.stx_mtime.tv_sec) + facts.stx_mtime.tv_nsec * 1e-9};
-    return asset;
+    return Asset{url, *kind, facts->size, facts->modified, Stars::read(url)};
 }
 
 size_t qHash(const Asset& asset, size_t seed) {
@@ -134,17 +107,7 @@ size_t qHash(const Asset& asset, size_t seed) {
 }
 
 QString rawValue(SortOrder order) {
-    switch (order) {
-    case SortOrder::newest:
-        return QStringLiteral("newest");
-    case SortOrder::oldest:
-        return QStringLiteral("oldest");
-    case SortOrder::name:
-        return QStringLiteral("name");
-    case SortOrder::size:
-        break;
-    }
-    return QStringLiteral("size");
+    return orderTexts[size_t(order)];
 }
 
 std::optional<SortOrder> sortOrderFromRaw(QStringView raw) {
@@ -216,7 +179,7 @@ int indexFor(const QString& name) {
 
 QString monogram(const QString& name) {
     static const QRegularExpression separators(QStringLiteral("[-_ .]"));
-    static const QRegularExpression version(QStringLiteral("\\Av?\\d+\\z"),
+    static const QRegularExpression version(QStringLiteral("^v?\\d+$"),
                                             QRegularExpression::CaseInsensitiveOption
                                                 | QRegularExpression::UseUnicodePropertiesOption);
     const QStringList pieces = name.split(separators, Qt::SkipEmptyParts);
@@ -226,8 +189,8 @@ QString monogram(const QString& name) {
     if (pieces.size() == 1)
         return first;
     if (version.match(pieces[1]).hasMatch()) {
-        const auto digit = std::ranges::find_if(pieces[1], [](QChar c) { return c.isNumber(); });
-        return first + *digit;
+        const bool hasLetter = pieces[1].startsWith(u'v', Qt::CaseInsensitive);
+        return first + firstCharacter(pieces[1].mid(hasLetter ? 1 : 0));
     }
     return first + firstCharacter(pieces[1]).toUpper();
 }

@@ -2,18 +2,18 @@
 #include "Scanner.h"
 
 #include "core/Stars.h"
+#include "platform/FileFacts.h"
 #include "platform/FileTypes.h"
 #include "platform/NaturalOrder.h"
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <array>
 #include <condition_variable>
-#include <cstring>
+#include <cstddef>
 #include <mutex>
 #include <thread>
 
@@ -39,68 +39,60 @@ constexpr size_t bufferSize = 64 * 1024;
 
 class OpenFolder {
 public:
-    OpenFolder(const char* path, int extraFlags)
-        : m_fd(::open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK | extraFlags)) {}
+    OpenFolder(const Location& location, int extraFlags)
+        : m_descriptor(
+            ::open(location.path().constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK | extraFlags)) {}
     ~OpenFolder() {
-        if (m_fd >= 0)
-            ::close(m_fd);
+        if (m_descriptor >= 0)
+            ::close(m_descriptor);
     }
     Q_DISABLE_COPY_MOVE(OpenFolder)
 
-    bool isOpen() const { return m_fd >= 0; }
-    int fd() const { return m_fd; }
+    bool isOpen() const { return m_descriptor >= 0; }
+    int descriptor() const { return m_descriptor; }
 
 private:
-    int m_fd;
+    int m_descriptor;
 };
 
 bool isUtf8(std::string_view name) {
     return QByteArrayView(name.data(), qsizetype(name.size())).isValidUtf8();
 }
 
-// Reads one folder: `onFolder(name)` for what a walk would enter, `onFile(File)` for each asset. Names point into the
-// buffer and hold until the call returns. What is hidden, pruned or of no kind falls out before it costs a system call.
+// Looks at one entry: `onFolder(name)` for what a walk would enter, `onFile(File)` for an asset. What is hidden, pruned
+// or of no kind falls out before it costs a system call.
 template <typename OnFolder, typename OnFile>
-void readFolder(int fd, char* buffer, OnFolder onFolder, OnFile onFile) {
+void readEntry(int folder, const char* entry, unsigned char type, const OnFolder& onFolder, const OnFile& onFile) {
+    const std::string_view name(entry);
+    if (name.starts_with('.'))
+        return;
+    const auto kind = assetKindOfName(name);
+    std::optional<FileFacts> facts;
+    // Some file systems do not tell the type with the name.
+    if (type == DT_UNKNOWN || (type == DT_REG && kind)) {
+        facts = FileFacts::ofEntry(folder, entry);
+        if (!facts)
+            return;
+    }
+    if (facts ? facts->isFolder : type == DT_DIR) {
+        if (!isInvisibleFolder(name) && isUtf8(name))
+            onFolder(name);
+    } else if (facts && facts->isRegularFile && kind && isUtf8(name)) {
+        onFile(AssetIndex::File{name, *kind, facts->size, facts->modified, Stars::readAt(folder, entry)});
+    }
+}
+
+// All entries of one folder. Names point into the buffer and hold until the call returns.
+template <typename OnFolder, typename OnFile>
+void readFolder(int folder, char* buffer, const OnFolder& onFolder, const OnFile& onFile) {
     for (;;) {
-        const long filled = ::syscall(SYS_getdents64, fd, buffer, bufferSize);
+        const long filled = ::syscall(SYS_getdents64, folder, buffer, bufferSize);
         if (filled <= 0)
             return;
         for (long offset = 0; offset < filled;) {
             const auto* entry = reinterpret_cast<const DirectoryEntry*>(buffer + offset);
-            const char* const terminated = buffer + offset + offsetof(DirectoryEntry, name);
-            const std::string_view name(terminated);
+            readEntry(folder, buffer + offset + offsetof(DirectoryEntry, name), entry->type, onFolder, onFile);
             offset += entry->length;
-            if (name.starts_with('.'))
-                continue;
-            // Some file systems do not tell the type; then only statx can.
-            const bool untold = entry->type == DT_UNKNOWN;
-            if (entry->type == DT_DIR) {
-                if (!isInvisibleFolder(name) && isUtf8(name))
-                    onFolder(name);
-                continue;
-            }
-            const auto kind = assetKindOfName(name);
-            if (!untold && (entry->type != DT_REG || !kind))
-                continue;
-            struct statx facts;
-            if (::statx(fd, terminated, AT_SYMLINK_NOFOLLOW | AT_STATX_DONT_SYNC, STATX_TYPE | STATX_SIZE | STATX_MTIME,
-                        &facts)
-                != 0)
-                continue;
-            if (S_ISDIR(facts.stx_mode)) {
-                if (!isInvisibleFolder(name) && isUtf8(name))
-                    onFolder(name);
-                continue;
-            }
-            if (!S_ISREG(facts.stx_mode) || !kind || !isUtf8(name))
-                continue;
-            AssetIndex::File file{name, *kind, 0, Date::distantPast(), Stars::readAt(fd, terminated)};
-            if (facts.stx_mask & STATX_SIZE)
-                file.size = qint64(facts.stx_size);
-            if (facts.stx_mask & STATX_MTIME)
-                file.modified = {double(facts.stx_mtime.tv_sec) + facts.stx_mtime.tv_nsec * 1e-9};
-            onFile(file);
         }
     }
 }
@@ -109,24 +101,14 @@ Asset assetOf(const Location& folder, const AssetIndex::File& file) {
     return {folder.child(file.name), file.kind, file.size, file.modified, file.starred};
 }
 
-std::string childPath(const std::string& folder, std::string_view name) {
-    std::string path;
-    path.reserve(folder.size() + 1 + name.size());
-    path += folder;
-    if (!path.ends_with('/'))
-        path += '/';
-    path += name;
-    return path;
-}
-
 // The folders still to be read, shared by the workers. A worker keeps going down by itself and hands over what it finds
 // beside its way, so that the lock is taken once a folder and not once an entry.
 class FolderQueue {
 public:
-    explicit FolderQueue(std::vector<std::string> roots) : m_waiting(std::move(roots)) {}
+    explicit FolderQueue(std::vector<Location> roots) : m_waiting(std::move(roots)) {}
 
     // Blocks until there is a folder; false when all are read and nobody can find more.
-    bool take(std::string& folder) {
+    bool take(Location& folder) {
         std::unique_lock lock(m_mutex);
         m_changed.wait(lock, [this] { return !m_waiting.empty() || m_busy == 0; });
         if (m_waiting.empty())
@@ -137,7 +119,7 @@ public:
         return true;
     }
 
-    void add(std::vector<std::string>& folders) {
+    void add(std::vector<Location>& folders) {
         const std::lock_guard lock(m_mutex);
         std::ranges::move(folders, std::back_inserter(m_waiting));
         m_changed.notify_all();
@@ -152,7 +134,7 @@ public:
 private:
     std::mutex m_mutex;
     std::condition_variable m_changed;
-    std::vector<std::string> m_waiting;
+    std::vector<Location> m_waiting;
     int m_busy = 0;
 };
 
@@ -160,16 +142,16 @@ using Folders = std::vector<std::shared_ptr<AssetIndex::Folder>>;
 
 void indexFolders(FolderQueue& queue, const std::stop_token& stop, Folders& found) {
     const auto buffer = std::make_unique<char[]>(bufferSize);
-    std::vector<std::string> subfolders;
-    std::string path;
+    std::vector<Location> subfolders;
+    Location path;
     while (queue.take(path)) {
         for (bool goesDown = true; goesDown && !stop.stop_requested();) {
             subfolders.clear();
-            if (const OpenFolder folder(path.c_str(), O_NOFOLLOW); folder.isOpen()) {
-                auto assets = std::make_shared<AssetIndex::Folder>(path);
+            if (const OpenFolder folder(path, O_NOFOLLOW); folder.isOpen()) {
+                auto assets = std::make_shared<AssetIndex::Folder>(std::string(path.view()));
                 readFolder(
-                    folder.fd(), buffer.get(),
-                    [&](std::string_view name) { subfolders.push_back(childPath(path, name)); },
+                    folder.descriptor(), buffer.get(),
+                    [&](std::string_view name) { subfolders.push_back(path.child(name)); },
                     [&](const AssetIndex::File& file) { assets->add(file); });
                 if (assets->size() > 0)
                     found.push_back(std::move(assets));
@@ -206,12 +188,12 @@ void walk(const Location& root, const std::function<void(const Asset&)>& body) {
     while (!waiting.empty()) {
         const Location path = std::move(waiting.back());
         waiting.pop_back();
-        const OpenFolder folder(path.path().constData(), O_NOFOLLOW);
+        const OpenFolder folder(path, O_NOFOLLOW);
         if (!folder.isOpen())
             continue;
         const auto firstChild = qsizetype(waiting.size());
         readFolder(
-            folder.fd(), buffer.get(), [&](std::string_view name) { waiting.push_back(path.child(name)); },
+            folder.descriptor(), buffer.get(), [&](std::string_view name) { waiting.push_back(path.child(name)); },
             [&](const AssetIndex::File& file) { body(assetOf(path, file)); });
         // The stack gives the last one first; the order is the file system's.
         std::reverse(waiting.begin() + firstChild, waiting.end());
@@ -219,10 +201,7 @@ void walk(const Location& root, const std::function<void(const Asset&)>& body) {
 }
 
 AssetIndex index(const QList<Location>& roots, int workers, std::stop_token stop) {
-    std::vector<std::string> paths;
-    for (const Location& root : roots)
-        paths.emplace_back(root.view());
-    FolderQueue queue(std::move(paths));
+    FolderQueue queue({roots.begin(), roots.end()});
     std::vector<Folders> found{size_t(std::max(workers, 1))};
     {
         std::vector<std::jthread> helpers;
@@ -237,12 +216,12 @@ AssetIndex index(const QList<Location>& roots, int workers, std::stop_token stop
 
 Listing list(const Location& folder) {
     Listing listing;
-    const OpenFolder open(folder.path().constData(), 0);
+    const OpenFolder open(folder, 0);
     if (!open.isOpen())
         return listing;
     const auto buffer = std::make_unique<char[]>(bufferSize);
     readFolder(
-        open.fd(), buffer.get(), [&](std::string_view name) { listing.folders.append(folder.child(name)); },
+        open.descriptor(), buffer.get(), [&](std::string_view name) { listing.folders.append(folder.child(name)); },
         [&](const AssetIndex::File& file) { listing.assets.append(assetOf(folder, file)); });
     NaturalOrder::shared().sort(listing.folders, [](const Location& location) { return location.lastComponent(); });
     return listing;

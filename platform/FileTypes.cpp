@@ -85,25 +85,28 @@ private:
 constexpr TypeTable table;
 static_assert(table.find("heics") == FileType::image && !table.find("ts"));
 
-constexpr size_t longestPackage = 13;
-
 } // namespace
+
+std::string_view extensionOf(std::string_view name) {
+    const size_t dot = name.rfind('.');
+    return dot == std::string_view::npos || dot == 0 ? std::string_view() : name.substr(dot + 1);
+}
+
+SmallExtension::SmallExtension(std::string_view name) {
+    const std::string_view extension = extensionOf(name);
+    if (extension.size() > m_letters.size())
+        return;
+    std::ranges::transform(extension, m_letters.begin(),
+                           [](char letter) { return letter >= 'A' && letter <= 'Z' ? char(letter + 32) : letter; });
+    m_length = extension.size();
+}
 
 std::optional<FileType> fileTypeOf(std::string_view extension) {
     return table.find(extension);
 }
 
 bool isPackage(std::string_view folderName) {
-    const size_t dot = folderName.rfind('.');
-    if (dot == std::string_view::npos || dot == 0)
-        return false;
-    const std::string_view extension = folderName.substr(dot + 1);
-    if (extension.size() > longestPackage)
-        return false;
-    char lower[longestPackage];
-    std::ranges::transform(extension, lower,
-                           [](char letter) { return letter >= 'A' && letter <= 'Z' ? char(letter + 32) : letter; });
-    return std::ranges::binary_search(packages, std::string_view(lower, extension.size()));
+    return std::ranges::binary_search(packages, SmallExtension(folderName).view());
 }
 
 } // namespace lumbra

@@ -1,30 +1,47 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Location.h"
 
+#include "FileTypes.h"
+
 #include <QDir>
 
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <climits>
 #include <filesystem>
 
 namespace lumbra {
 
 namespace {
 
-void dropTrailingSlashes(QByteArray& path) {
-    qsizetype length = path.size();
-    while (length > 1 && path[length - 1] == '/')
-        --length;
-    path.truncate(length);
+bool isThere(const char* path) {
+    struct stat status;
+    return ::stat(path, &status) == 0;
+}
+
+// How much of an absolute path, up to a slash or its end, the disk can resolve: what is missing, lies in a circle of
+// links or in a folder that may not be entered can't be. 0 for no more than the root.
+size_t resolvableLength(const std::string& path) {
+    // No system call takes a path as long as PATH_MAX, so that there is no need to ask about one.
+    size_t length = path.size() < PATH_MAX ? path.size() : path.rfind('/', PATH_MAX - 1);
+    while (length > 0 && !isThere(path.substr(0, length).c_str()))
+        length = path.rfind('/', length - 1);
+    return length;
 }
 
 } // namespace
 
 Location::Location(QByteArray path) : m_path(std::move(path)) {
-    dropTrailingSlashes(m_path);
+    if (m_path.contains('\0'))
+        m_path.clear();
+    qsizetype length = m_path.size();
+    while (length > 1 && m_path[length - 1] == '/')
+        --length;
+    m_path.truncate(length);
 }
 
-Location::Location(QStringView path) : Location(path.toUtf8()) {}
+Location::Location(QStringView path) : Location(path.isValidUtf16() ? path.toUtf8() : QByteArray()) {}
 
 std::optional<Location> Location::fromFileSystem(std::string_view bytes) {
     const QByteArrayView view(bytes.data(), qsizetype(bytes.size()));
@@ -47,18 +64,17 @@ Location Location::expandingTilde(QStringView path) {
 
 Location Location::canonical() const {
     namespace fs = std::filesystem;
+    if (isEmpty())
+        return {};
     std::error_code error;
-    const fs::path given{std::string(view())};
-    fs::path resolved = fs::weakly_canonical(given, error);
-    // A loop of links or a folder that may not be entered: the text alone can still be made standard.
-    if (error)
-        resolved = fs::absolute(given, error).lexically_normal();
-    if (resolved.is_relative()) {
-        // weakly_canonical leaves a path relative when not even its first component exists.
-        resolved = fs::absolute(resolved, error).lexically_normal();
-    }
-    const std::string& text = resolved.native();
-    return Location(QByteArray(text.data(), qsizetype(text.size())));
+    const std::string path = fs::absolute(view(), error).native();
+    const size_t length = resolvableLength(path);
+    const std::string beginning = path.substr(0, std::max<size_t>(length, 1));
+    fs::path resolved = fs::canonical(beginning, error);
+    if (error) // it has gone since
+        resolved = beginning;
+    const std::string standard = fs::path(resolved.native() + path.substr(length)).lexically_normal().native();
+    return Location(QByteArray(standard.data(), qsizetype(standard.size())));
 }
 
 bool Location::isInside(const Location& other) const {
@@ -66,7 +82,7 @@ bool Location::isInside(const Location& other) const {
 }
 
 bool Location::isAtOrBelow(const Location& folder) const {
-    if (!m_path.startsWith(folder.m_path))
+    if (folder.isEmpty() || !m_path.startsWith(folder.m_path))
         return false;
     return m_path.size() == folder.m_path.size() || folder.m_path.endsWith('/') || m_path[folder.m_path.size()] == '/';
 }
@@ -88,14 +104,12 @@ QString Location::name() const {
 }
 
 std::string_view Location::extension() const {
-    const auto last = lastComponent();
-    const size_t dot = last.rfind('.');
-    if (dot == std::string_view::npos || dot == 0)
-        return {};
-    return last.substr(dot + 1);
+    return extensionOf(lastComponent());
 }
 
 Location Location::child(std::string_view name) const {
+    if (isEmpty())
+        return {};
     QByteArray path;
     path.reserve(m_path.size() + 1 + qsizetype(name.size()));
     path += m_path;
@@ -111,8 +125,7 @@ Location Location::child(QStringView name) const {
 }
 
 bool Location::exists() const {
-    struct stat status;
-    return ::stat(m_path.constData(), &status) == 0;
+    return isThere(m_path.constData());
 }
 
 bool Location::isFolder() const {

@@ -3,6 +3,10 @@
 // A location holds valid UTF-8 without a trailing slash (but for the root itself). A file whose name is not UTF-8 has
 // no location; code that must carry such files along (copy, move, trash of their folder) works on the folder.
 //
+// The empty location is nowhere: nothing exists there, it has no children and nothing is inside it. A text that no path
+// can be, since it holds a NUL or half a character, makes an empty location: a system call would read it up to the NUL
+// and reach another file.
+//
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 

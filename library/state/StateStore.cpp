@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "StateStore.h"
 
-#include <QDir>
-#include <QFile>
-#include <QJsonDocument>
-#include <QSaveFile>
+#include "core/CoreError.h"
+#include "core/JsonFile.h"
 
 namespace lumbra::StateStore {
 
@@ -13,37 +11,25 @@ namespace {
 // A state file of this size lists a hundred thousand names; anything larger is not one.
 constexpr qint64 largestFile = 16 * 1024 * 1024;
 
-Location folderIn(const Location& root) {
-    return root.child(".lumbra");
-}
-
-QString fileIn(const Location& root) {
-    return folderIn(root).child("library.json").toString();
+Location fileIn(const Location& root) {
+    return root.child(".lumbra").child("library.json");
 }
 
 } // namespace
 
 std::optional<LibraryState> load(const Location& root) {
-    QFile file(fileIn(root));
-    if (!file.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    const QByteArray bytes = file.read(largestFile + 1);
-    if (bytes.size() > largestFile)
-        return std::nullopt;
-    const QJsonDocument document = QJsonDocument::fromJson(bytes);
-    if (!document.isObject())
-        return std::nullopt;
-    return LibraryState::fromJson(document.object());
+    const auto object = JsonFile::read(fileIn(root), largestFile);
+    return object ? LibraryState::fromJson(*object) : std::nullopt;
 }
 
 void save(const LibraryState& state, const Location& root) {
-    QDir().mkpath(folderIn(root).toString());
-    QSaveFile file(fileIn(root));
-    if (!file.open(QIODevice::WriteOnly))
-        return;
-    const QByteArray bytes = QJsonDocument(state.toJson()).toJson(QJsonDocument::Indented);
-    if (file.write(bytes) == bytes.size())
-        file.commit();
+    const Location file = fileIn(root);
+    try {
+        JsonFile::makeFolder(file.parent());
+        JsonFile::write(file, state.toJson());
+    } catch (const CoreError&) {
+        // Silent, since the next change writes the whole state again.
+    }
 }
 
 } // namespace lumbra::StateStore

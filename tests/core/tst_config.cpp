@@ -103,6 +103,12 @@ private Q_SLOTS:
         QTest::newRow("a list") << QByteArray(R"(["library"])");
         QTest::newRow("no JSON") << QByteArray("library = /a");
         QTest::newRow("an empty file") << QByteArray();
+        QTest::newRow("half-written") << QByteArray("{\"library\": \"/a");
+        QTest::newRow("a text that no path can be") << QByteArray(R"({"library": "/tmp\u0000/x"})");
+        QTest::newRow("half a character") << QByteArray(R"({"library": "/tmp\ud800"})");
+        QTest::newRow("no UTF-8") << QByteArray("{\"library\": \"/a\xff\"}");
+        QTest::newRow("more than any configuration") << R"({"library": "/a"})" + QByteArray(5 << 20, ' ');
+        QTest::newRow("nested without end") << QByteArray(1 << 20, '[');
     }
 
     void aFileWithoutAUsableLibraryIsConfiguredAndYieldsTheDefault() {
@@ -110,6 +116,21 @@ private Q_SLOTS:
         configure(json);
         QVERIFY(LumbraConfig::isConfigured());
         QCOMPARE(LumbraConfig::library(), m_home->path().child("Lumbra"));
+    }
+
+    void aFolderInTheFilesPlaceIsConfiguredAndYieldsTheDefault() {
+        m_home->folder(".config/lumbra/config.json");
+        QVERIFY(LumbraConfig::isConfigured());
+        QCOMPARE(LumbraConfig::library(), m_home->path().child("Lumbra"));
+    }
+
+    void whatIsReadIsTheFileAsItIsNow() {
+        configure(R"({"library": "/first"})");
+        QCOMPARE(LumbraConfig::library().path(), QByteArray("/first"));
+        configure(R"({"library": "/second"})");
+        QCOMPARE(LumbraConfig::library().path(), QByteArray("/second"));
+        QVERIFY(QFile::remove(configFile().toString()));
+        QVERIFY(!LumbraConfig::isConfigured());
     }
 
     void aPipeUnderTheFilesNameHoldsNobodyUp() {
@@ -144,6 +165,21 @@ private Q_SLOTS:
                                               "        2.5\n"
                                               "    ]\n"
                                               "}\n");
+    }
+
+    void aRelativeLibraryIsRecordedAsAnAbsolutePath() {
+        const QString before = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(m_home->path().toString()));
+        LumbraConfig::setLibrary(Location(QByteArray("media")));
+        QDir::setCurrent(before);
+        QCOMPARE(LumbraConfig::library(), m_home->path().child("media"));
+        QVERIFY(m_home->path().child("media").isFolder());
+    }
+
+    void aLibraryThatIsNowhereIsRefused() {
+        configure(R"({"library": "/old"})");
+        QVERIFY_EXCEPTION_THROWN(LumbraConfig::setLibrary(Location()), CoreError);
+        QCOMPARE(LumbraConfig::library().path(), QByteArray("/old"));
     }
 
     void settingTheLibraryReplacesABrokenFile() {

@@ -4,10 +4,13 @@
 #include "support/TestHome.h"
 
 #include <QDateTime>
+#include <QDir>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTest>
+
+#include <sys/stat.h>
 
 #include <optional>
 
@@ -125,6 +128,19 @@ private Q_SLOTS:
         QCOMPARE(ProjectLinks::repoOf(folder), plain);
     }
 
+    // To git an empty path is the working directory.
+    void aRepositoryThatIsNowhereIsNotTheOneThatWeWorkIn() {
+        const Location bystander = repository("bystander");
+        const QString before = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(bystander.toString()));
+        QVERIFY_EXCEPTION_THROWN(ProjectLinks::link(library().child("site"), Location()), ProjectLinks::LinkError);
+        ProjectLinks::repoint(Location(), library().child("site"));
+        const auto found = ProjectLinks::mainRepositoryContaining(Location());
+        QDir::setCurrent(before);
+        QVERIFY(!found);
+        QCOMPARE(key(bystander, "lumbra.folder"), QByteArray());
+    }
+
     void aFolderThatCannotBeMadeIsThrown() {
         m_home->file("occupied");
         const Location repo = repository("site");
@@ -155,6 +171,8 @@ private Q_SLOTS:
         QTest::newRow("the new one empty: the old one") << QByteArray(R"({"repo": ""})") << b << QByteArray("/b");
         QTest::newRow("the new one no text: the old one") << QByteArray(R"({"repo": 1})") << b << QByteArray("/b");
         QTest::newRow("the new one without: the old one") << QByteArray("{}") << b << QByteArray("/b");
+        QTest::newRow("the new one nowhere: the old one")
+            << QByteArray(R"({"repo": "/a\u0000b"})") << b << QByteArray("/b");
         QTest::newRow("both malformed") << QByteArray("{") << QByteArray("{") << none;
         QTest::newRow("too large") << QByteArray(R"({"repo": "/a"})") + QByteArray(5 << 20, ' ') << none << none;
     }
@@ -293,6 +311,13 @@ private Q_SLOTS:
         QVERIFY(QFile::link(repo.toString(), m_home->path().child("alias").toString()));
         m_home->file("Lumbra/one/.lumbra.json", R"({"repo": "~/alias"})");
         QCOMPARE(ProjectLinks::findFolderForRepository(repo, library()), library().child("one"));
+    }
+
+    void aGitThatHangsSaysNothing() {
+        const Location repo = repository("site");
+        QVERIFY(QFile::remove(repo.child(".git/config").toString()));
+        QCOMPARE(::mkfifo(repo.child(".git/config").path().constData(), 0600), 0);
+        QVERIFY(!ProjectLinks::mainRepositoryContaining(repo));
     }
 
     void aMissingLibraryHoldsNoFolder() {

@@ -185,6 +185,19 @@ private Q_SLOTS:
         QVERIFY(!Stars::write(gone, false));
     }
 
+    // The system would read the name up to the NUL.
+    void aNameWithANulInItReachesNoOtherFile() {
+        TestHome home;
+        const Location file = home.file("a.png");
+        const Location hostile(QString(file.toString() + QChar(u'\0') + u'b'));
+        QVERIFY(!Stars::write(hostile, true));
+        QVERIFY(!Stars::read(file));
+        QVERIFY(Stars::write(file, true));
+        QVERIFY(!Stars::read(hostile));
+        QVERIFY(!Stars::write(hostile, false));
+        QVERIFY(Stars::read(file));
+    }
+
     void aFileSystemWithoutAttributesHasNoStars() {
         const Location file(QByteArray("/proc/self/comm"));
         QVERIFY(!starOf(file));

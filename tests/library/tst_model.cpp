@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/Stars.h"
 #include "library/Model.h"
+#include "support/Strings.h"
 #include "support/TestHome.h"
 
 #include <QtTest>
@@ -56,13 +58,50 @@ private Q_SLOTS:
         QCOMPARE(found ? rawValue(*found) : QString(), kind);
     }
 
-    void rawValuesReadBack() {
-        for (const AssetKind kind : allAssetKinds)
+    void kindsStandInTheirOrderWithTheirTexts() {
+        QStringList raw;
+        QStringList plural;
+        for (const AssetKind kind : allAssetKinds) {
+            raw.append(rawValue(kind));
+            plural.append(pluralLabel(kind));
             QCOMPARE(assetKindFromRaw(rawValue(kind)), std::optional(kind));
-        for (const SortOrder order : allSortOrders)
-            QCOMPARE(sortOrderFromRaw(rawValue(order)), std::optional(order));
+        }
+        QCOMPARE(raw, strings({"image", "video", "audio", "document"}));
+        QCOMPARE(plural, strings({"Images", "Videos", "Audio", "Documents"}));
         QVERIFY(!assetKindFromRaw(u"all"));
+        QVERIFY(!assetKindFromRaw(u"Image"));
+    }
+
+    void ordersStandInTheirOrderWithTheirTexts() {
+        QStringList raw;
+        for (const SortOrder order : allSortOrders) {
+            raw.append(rawValue(order));
+            QCOMPARE(sortOrderFromRaw(rawValue(order)), std::optional(order));
+        }
+        QCOMPARE(raw, strings({"newest", "oldest", "name", "size"}));
         QVERIFY(!sortOrderFromRaw(u""));
+    }
+
+    void assetsAreEqualOnlyInAllTheirFields() {
+        const Asset one{Location(QByteArray("/a/1.png")), AssetKind::image, 5, Date{7}, Date{9}};
+        QVERIFY(one == Asset(one));
+        QCOMPARE(qHash(one), qHash(Asset(one)));
+        Asset other = one;
+        other.url = Location(QByteArray("/a/2.png"));
+        QVERIFY(other != one && qHash(other) != qHash(one));
+        other = one;
+        other.kind = AssetKind::video;
+        QVERIFY(other != one && qHash(other) != qHash(one));
+        other = one;
+        other.size = 6;
+        QVERIFY(other != one && qHash(other) != qHash(one));
+        other = one;
+        other.modified = Date{8};
+        QVERIFY(other != one && qHash(other) != qHash(one));
+        other = one;
+        other.starred = std::nullopt;
+        QVERIFY(other != one && qHash(other) != qHash(one));
+        QVERIFY(one.isStarred() && !other.isStarred());
     }
 
     void aFolderOrAPathThatHasGoneIsNoAsset() {
@@ -76,6 +115,9 @@ private Q_SLOTS:
         QCOMPARE(asset->size, 5);
         QCOMPARE(asset->modified.seconds, 1700000000.25);
         QVERIFY(!asset->isStarred());
+        QVERIFY(Stars::write(file, true));
+        QCOMPARE(Asset::read(file)->starred, Stars::read(file));
+        QVERIFY(!Asset::read(home.file("notes.json")));
         QVERIFY(symlink(file.path().constData(), home.path().child("link.png").path().constData()) == 0);
         QVERIFY(!Asset::read(home.path().child("link.png")));
     }
@@ -86,6 +128,11 @@ private Q_SLOTS:
                  (QStringList{QStringLiteral("2.png"), QStringLiteral("1.png"), QStringLiteral("3.png")}));
         QCOMPARE(names(sorted(SortOrder::oldest, given)),
                  (QStringList{QStringLiteral("1.png"), QStringLiteral("3.png"), QStringLiteral("2.png")}));
+    }
+
+    void namesThatSortAlikeKeepTheirOrder() {
+        const Assets given{assetAt("/b/take 1.png", 0), assetAt("/a/Take 1.PNG", 0), assetAt("/a/take 01.png", 0)};
+        QCOMPARE(names(sorted(SortOrder::name, given)), strings({"take 1.png", "Take 1.PNG", "take 01.png"}));
     }
 
     void namesSortByTheNumbersInThem() {
@@ -99,6 +146,34 @@ private Q_SLOTS:
         const Assets given{assetAt("/a/1.png", 0, 5), assetAt("/a/2.png", 0, 9), assetAt("/a/3.png", 0, 5)};
         QCOMPARE(names(sorted(SortOrder::size, given)),
                  (QStringList{QStringLiteral("2.png"), QStringLiteral("1.png"), QStringLiteral("3.png")}));
+    }
+
+    void theTenHues_data() {
+        QTest::addColumn<size_t>("index"); // what projects and groups store
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QList<float>>("colours"); // background, then foreground
+        size_t index = 0;
+        const auto row = [&index](const char* name, const QList<float>& colours) {
+            QTest::newRow(name) << index++ << QString::fromLatin1(name) << colours;
+        };
+        row("Amber", {0.23f, 0.165f, 0.094f, 1.0f, 0.7f, 0.36f});
+        row("Teal", {0.075f, 0.196f, 0.184f, 0.37f, 0.83f, 0.77f});
+        row("Violet", {0.165f, 0.137f, 0.25f, 0.71f, 0.61f, 1.0f});
+        row("Sky", {0.09f, 0.172f, 0.25f, 0.49f, 0.77f, 1.0f});
+        row("Rose", {0.227f, 0.118f, 0.165f, 1.0f, 0.56f, 0.69f});
+        row("Lime", {0.153f, 0.2f, 0.102f, 0.72f, 0.88f, 0.48f});
+        row("Sand", {0.204f, 0.188f, 0.122f, 0.9f, 0.81f, 0.64f});
+        row("Periwinkle", {0.118f, 0.145f, 0.25f, 0.62f, 0.71f, 1.0f});
+        row("Coral", {0.19f, 0.137f, 0.15f, 0.91f, 0.65f, 0.63f});
+        row("Mint", {0.11f, 0.2f, 0.15f, 0.56f, 0.85f, 0.66f});
+    }
+    void theTenHues() {
+        QFETCH(size_t, index);
+        const Hue::Row& row = Hue::all.at(index);
+        QTEST(QString::fromUtf16(row.name), "name");
+        QTEST((QList<float>{row.background.red, row.background.green, row.background.blue, row.foreground.red,
+                            row.foreground.green, row.foreground.blue}),
+              "colours");
     }
 
     void hueDependsOnlyOnTheNameWhateverItsCase() {
@@ -126,6 +201,11 @@ private Q_SLOTS:
         QTest::newRow("only separators") << QStringLiteral("___") << QStringLiteral("?");
         QTest::newRow("empty") << QString() << QStringLiteral("?");
         QTest::newRow("no version after all") << QStringLiteral("site v2b") << QStringLiteral("SV");
+        QTest::newRow("digits of another script") << QStringLiteral("app-v\u0664\u0662") << QStringLiteral("A\u0664");
+        QTest::newRow("digits beyond the first plane")
+            << QString::fromUtf8("app-\xf0\x9d\x9f\x98\xf0\x9d\x9f\x99") << QString::fromUtf8("A\xf0\x9d\x9f\x98");
+        QTest::newRow("a letter whose capital is two") << QStringLiteral("\u00dfa") << QStringLiteral("SS");
+        QTest::newRow("a newline after a version") << QStringLiteral("app-v2\n") << QStringLiteral("A2");
         QTest::newRow("user-perceived characters")
             << QStringLiteral("👩‍🎨-art") << QStringLiteral("👩‍🎨A");
     }
@@ -143,6 +223,18 @@ private Q_SLOTS:
         QVERIFY(!(Place::starred() == Place::tidy()));
         QCOMPARE(Place::folder(Location(QByteArray("/a"))).folderUrl(), std::optional(Location(QByteArray("/a"))));
         QVERIFY(!Place::recent().folderUrl());
+        QVERIFY(!Place::folder(Location(QByteArray("/a"))).groupId());
+        QCOMPARE(Place::group(id).groupId(), std::optional(id));
+        QCOMPARE(qHash(Place::group(id)), qHash(Place::group(id)));
+        QVERIFY(qHash(Place::starred()) != qHash(Place::recent()));
+        QVERIFY(qHash(Place::folder(Location(QByteArray("/a")))) != qHash(Place::folder(Location(QByteArray("/b")))));
+    }
+
+    void aRepeatedTextIsANewToast() {
+        const Toast first{.text = QStringLiteral("Starred")};
+        const Toast second{.text = QStringLiteral("Starred")};
+        QVERIFY(!(first == second));
+        QVERIFY(first == Toast(first));
     }
 };
 

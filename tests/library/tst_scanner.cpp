@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/Stars.h"
 #include "library/Scanner.h"
+#include "support/AsNobody.h"
 #include "support/TestHome.h"
 
+#include <QDir>
+#include <QFile>
 #include <QtTest>
 
 #include <fcntl.h>
@@ -10,6 +13,7 @@
 #include <unistd.h>
 
 #include <set>
+#include <thread>
 
 using namespace lumbra;
 
@@ -48,6 +52,28 @@ private Q_SLOTS:
         QCOMPARE(walked(home.path().child("p")), (std::set<std::string>{"build.mp4", "Build/e.png"}));
     }
 
+    void everyPrunedNameIsPassedBy_data() {
+        QTest::addColumn<QByteArray>("name");
+        QTest::addColumn<bool>("pruned");
+        for (const char* name :
+             {"node_modules", ".git", "build", "dist", "DerivedData", "venv", ".venv", "Pods", "gradle-home", ".gradle",
+              "caches", "__pycache__", ".next", ".turbo", ".cache", "site-packages", ".build", "bower_components"})
+            QTest::newRow(name) << QByteArray(name) << true;
+        for (const char* name : {"Build", "Dist", "deriveddata", "pods", "cache", "Caches", "node_modules2", "builds"})
+            QTest::newRow(name) << QByteArray(name) << false;
+    }
+    void everyPrunedNameIsPassedBy() {
+        QFETCH(QByteArray, name);
+        QFETCH(bool, pruned);
+        const TestHome home;
+        const Location project = home.folder("p");
+        const Location file = home.file("p/deep/" + name.toStdString() + "/below/a.png");
+        QCOMPARE(walked(project).empty(), pruned);
+        QCOMPARE(indexed(project, 2).empty(), pruned);
+        QCOMPARE(Scanner::list(project.child("deep")).folders.isEmpty(), pruned);
+        QCOMPARE(Scanner::isInsidePruned(file, project), pruned);
+    }
+
     void hiddenFilesAndFoldersAreSkippedByBoth() {
         const TestHome home;
         home.file("p/.hidden.png");
@@ -67,6 +93,13 @@ private Q_SLOTS:
         const auto listing = Scanner::list(home.path().child("p"));
         QVERIFY(listing.folders.isEmpty());
         QVERIFY(listing.assets.isEmpty());
+    }
+
+    void aFileCalledLikeAPackageIsAnAsset() {
+        const TestHome home;
+        home.file("p/deck.key");
+        QCOMPARE(walked(home.path().child("p")), std::set<std::string>{"deck.key"});
+        QCOMPARE(Scanner::list(home.path().child("p")).assets.size(), 1);
     }
 
     void symbolicLinksAreNotFollowed() {
@@ -124,8 +157,12 @@ private Q_SLOTS:
             ::close(fd);
         }
         QVERIFY(::mkdir((folder + "/dir\xfe").constData(), 0755) == 0);
-        QCOMPARE(walked(home.path().child("p")), std::set<std::string>{"line\nbreak.png"});
-        QVERIFY(Scanner::list(home.path().child("p")).folders.isEmpty());
+        const std::set<std::string> expected{"line\nbreak.png"};
+        QCOMPARE(walked(home.path().child("p")), expected);
+        QCOMPARE(indexed(home.path().child("p"), 2), expected);
+        const auto listing = Scanner::list(home.path().child("p"));
+        QVERIFY(listing.folders.isEmpty());
+        QCOMPARE(listing.assets.size(), 1);
     }
 
     void specialFilesAreNoAssets() {
@@ -133,6 +170,91 @@ private Q_SLOTS:
         home.folder("p");
         QVERIFY(::mkfifo(home.path().child("p/pipe.png").path().constData(), 0644) == 0);
         QVERIFY(walked(home.path().child("p")).empty());
+    }
+
+    // The first asset that is told takes all others away, whose names the walk has read by then.
+    void whatVanishesBetweenTheListingAndTheLookIsAbsent() {
+        const TestHome home;
+        for (int i = 0; i < 50; ++i) {
+            home.file(QStringLiteral("p/%1.png").arg(i).toStdString());
+            home.file(QStringLiteral("p/sub %1/a.png").arg(i).toStdString());
+        }
+        int told = 0;
+        Scanner::walk(home.path().child("p"), [&](const Asset& asset) {
+            ++told;
+            QDir everything(home.path().child("p").toString());
+            for (const QString& name : everything.entryList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot))
+                if (name != asset.url.name())
+                    QVERIFY(everything.remove(name) || QDir(everything.filePath(name)).removeRecursively());
+        });
+        QCOMPARE(told, 1);
+    }
+
+    void aFolderThatBecomesALinkAfterTheListingIsNotFollowed() {
+        const TestHome home;
+        home.file("outside/stranger.png");
+        home.file("p/first.png");
+        const Location folder = home.folder("p/folder");
+        std::set<std::string> names;
+        Scanner::walk(home.path().child("p"), [&](const Asset& asset) {
+            names.emplace(asset.url.lastComponent());
+            QVERIFY(QDir().rmdir(folder.toString()));
+            link(home.path().child("outside"), folder);
+        });
+        QCOMPARE(names, std::set<std::string>{"first.png"});
+    }
+
+    void filesThatComeAndGoDuringTheWalkDisturbNoOthers() {
+        const TestHome home;
+        std::set<std::string> steady;
+        for (int i = 0; i < 200; ++i)
+            steady.insert("steady " + std::to_string(i) + ".png");
+        for (const std::string& name : steady)
+            home.file("p/" + name);
+        const QByteArray passing = home.path().child("p/passing ").path();
+        std::jthread agent([&](const std::stop_token& stop) {
+            for (int i = 0; !stop.stop_requested(); i = (i + 1) % 100) {
+                const QByteArray path = passing + QByteArray::number(i) + ".png";
+                ::close(::open(path.constData(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644));
+                ::unlink(path.constData());
+            }
+        });
+        for (int round = 0; round < 50; ++round) {
+            auto found = indexed(home.path().child("p"), 2);
+            std::erase_if(found, [](const std::string& name) { return name.starts_with("passing"); });
+            QCOMPARE(found, steady);
+        }
+    }
+
+    void whatMayNotBeReadIsAbsent() {
+        const TestHome home;
+        home.file("p/closed/a.png");
+        home.file("p/names only/b.png"); // may be listed, but nothing in it examined
+        home.file("p/open/c.png");
+        ::chmod(home.path().path().constData(), 0755);
+        ::chmod(home.path().child("p/closed").path().constData(), 0);
+        ::chmod(home.path().child("p/names only").path().constData(), 0744);
+        const AsNobody nobody;
+        const std::set<std::string> expected{"open/c.png"};
+        QCOMPARE(walked(home.path().child("p")), expected);
+        QCOMPARE(indexed(home.path().child("p"), 2), expected);
+        QCOMPARE(Scanner::list(home.path().child("p")).folders.size(), 3);
+        QVERIFY(Scanner::list(home.path().child("p/closed")).assets.isEmpty());
+        QVERIFY(Scanner::list(home.path().child("p/names only")).assets.isEmpty());
+    }
+
+    void aTreeOfFiveHundredFoldersIsWalkedToItsEnd() {
+        const TestHome home;
+        std::string deepest = "p";
+        std::set<std::string> expected;
+        for (int depth = 0; depth < 500; ++depth) {
+            deepest += "/d";
+            home.file(deepest + "/f.png");
+            expected.insert(deepest.substr(2) + "/f.png");
+        }
+        QCOMPARE(walked(home.path().child("p")), expected);
+        QCOMPARE(indexed(home.path().child("p"), 2), expected);
+        QCOMPARE(Scanner::list(home.path().child(deepest)).assets.size(), 1);
     }
 
     // The path of the deepest folders is longer than a system call takes; what lies above is there all the same.
@@ -167,6 +289,14 @@ private Q_SLOTS:
         QCOMPARE(walked(home.path().child("p")), one);
     }
 
+    void treesThatOverlapAreCountedOnce() {
+        const TestHome home;
+        home.file("p/a.png");
+        home.file("p/sub/b.png");
+        const Location project = home.path().child("p");
+        QCOMPARE(Scanner::index({project, project.child("sub"), project}, 2).count(), 2);
+    }
+
     void aStopRequestEndsTheWalk() {
         const TestHome home;
         home.file("p/a.png");
@@ -193,6 +323,17 @@ private Q_SLOTS:
         const TestHome home;
         const Location root = home.folder(".hidden/build/root");
         QCOMPARE(Scanner::isInsidePruned(Location(root.path() + url), root), inside);
+    }
+
+    void aPathThroughALinkIsJudgedByWhereItLeads() {
+        const TestHome home;
+        const Location root = home.folder("root");
+        home.folder("root/.hidden");
+        home.folder("root/plain");
+        link(root.child(".hidden"), root.child("alias"));
+        link(root.child("plain"), root.child(".alias"));
+        QVERIFY(Scanner::isInsidePruned(root.child("alias/a.png"), root));
+        QVERIFY(!Scanner::isInsidePruned(root.child(".alias/a.png"), root));
     }
 
     void aPathAboveTheRootIsNotInside() {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/FileEvents.h"
+#include "support/AsNobody.h"
 #include "support/EventMirror.h"
 #include "support/TestHome.h"
 
@@ -47,19 +48,6 @@ size_t shownFolders(const Location& root) {
             ++count;
     return count;
 }
-
-// Lets this thread, and those that it starts, be nobody in particular for a while, also when root runs the tests.
-class AsNobody {
-public:
-    AsNobody() : m_user(::geteuid()) { become(m_user == 0 ? 65534 : m_user); }
-    ~AsNobody() { become(m_user); }
-    Q_DISABLE_COPY_MOVE(AsNobody)
-
-private:
-    // The C library's call would change all threads.
-    static void become(uid_t user) { QCOMPARE(::syscall(SYS_setresuid, -1, user, -1), 0L); }
-    const uid_t m_user;
-};
 
 // How often the thread of the events gave up the processor, which it does once for each time that it slept.
 qint64 wakeUps() {

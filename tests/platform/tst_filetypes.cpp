@@ -47,6 +47,34 @@ private Q_SLOTS:
 
     void aZeroByteIsNotPassedOver() { QVERIFY(!fileTypeOf(std::string_view("\0png", 4))); }
 
+    void anExtensionIsWhatFollowsTheLastDot_data() {
+        QTest::addColumn<QByteArray>("name");
+        QTest::addColumn<QByteArray>("extension");
+        QTest::addColumn<QByteArray>("small");
+        const auto row = [](const char* name, const char* extension, const char* small) {
+            QTest::newRow(name) << QByteArray(name) << QByteArray(extension) << QByteArray(small);
+        };
+        row("", "", "");
+        row("plain", "", "");
+        row("a.PNG", "PNG", "png");
+        row("a.tar.Gz", "Gz", "gz");
+        row(".hidden", "", "");
+        row(".hidden.png", "png", "png");
+        row("dot.", "", "");
+        row("a.\xc3\x84", "\xc3\x84", "\xc3\x84");
+        row("a.sixteen-letters-", "sixteen-letters-", "sixteen-letters-");
+        row("a.seventeen-letters", "seventeen-letters", "");
+    }
+
+    void anExtensionIsWhatFollowsTheLastDot() {
+        QFETCH(QByteArray, name);
+        QFETCH(QByteArray, extension);
+        QFETCH(QByteArray, small);
+        const std::string text = name.toStdString();
+        QCOMPARE(extensionOf(text), std::string_view(extension.toStdString()));
+        QCOMPARE(SmallExtension(text).view(), std::string_view(small.toStdString()));
+    }
+
     void packagesAreToldByTheirName_data() {
         QTest::addColumn<QByteArray>("name");
         QTest::addColumn<bool>("package");

@@ -104,6 +104,30 @@ private Q_SLOTS:
         QCOMPARE(home.path().child("a/./x/..").canonical(), home.path().child("a"));
     }
 
+    // What lies behind a circle of links can't be resolved; what lies before it is, all the same.
+    void whatLiesAboveALoopOfLinksIsResolved() {
+        TestHome home;
+        home.folder("target");
+        makeLink(home.path().child("link"), home.path().child("target"));
+        makeLink(home.path().child("target/round"), home.path().child("target/round"));
+        QCOMPARE(home.path().child("link/round/x").canonical(), home.path().child("target/round/x"));
+        QVERIFY(home.path().child("link/round/x").isInside(home.path().child("target")));
+    }
+
+    void aPathThatNoSystemCallTakesIsResolvedAsFarAsItExists() {
+        TestHome home;
+        home.folder("target");
+        makeLink(home.path().child("link"), home.path().child("target"));
+        const QByteArray longName(300, 'n');
+        QCOMPARE(home.path().child("link/" + longName.toStdString()).canonical(),
+                 home.path().child("target/" + longName.toStdString()));
+        QByteArray deep;
+        for (int depth = 0; depth < 100'000; ++depth)
+            deep += "/x";
+        QCOMPARE(Location(home.path().child("link").path() + deep).canonical().path(),
+                 home.path().child("target").path() + deep);
+    }
+
     void aRelativePathIsTakenFromTheWorkingFolder() {
         TestHome home;
         const QString before = QDir::currentPath();
@@ -194,6 +218,33 @@ private Q_SLOTS:
         QVERIFY(Location::fromFileSystem("/a/\xc3\xa4"));
         QVERIFY(!Location::fromFileSystem("/a/\xff"));
         QVERIFY(!Location::fromFileSystem(std::string_view("/a\0b", 4)));
+    }
+
+    // A system call ends a path at its first NUL: what is told of the one file would be done to the other.
+    void aTextThatNoPathCanBeIsNowhere_data() {
+        QTest::addColumn<Location>("nowhere");
+        TestHome home;
+        const QByteArray file = home.file("a.png").path();
+        QTest::newRow("a NUL after a file's name") << Location(file + QByteArray("\0b", 2));
+        QTest::newRow("a NUL after a file's name, as text")
+            << Location(QString(QString::fromUtf8(file) + QChar(u'\0') + u'b'));
+        QTest::newRow("a NUL at the end") << Location(file + QByteArray("\0", 1));
+        QTest::newRow("a NUL in a child's name") << home.path().child(std::string_view("a.png\0b", 7));
+        QTest::newRow("a NUL behind a tilde") << Location::expandingTilde(QString(u"~/a.png"_qs + QChar(u'\0')));
+        QTest::newRow("half a character") << Location(QString(QString::fromUtf8(file) + QChar(0xd800)));
+        QTest::newRow("nothing") << Location(QByteArray());
+    }
+
+    void aTextThatNoPathCanBeIsNowhere() {
+        QFETCH(Location, nowhere);
+        QVERIFY(nowhere.isEmpty());
+        QVERIFY(!nowhere.exists());
+        QVERIFY(!nowhere.isFolder());
+        QVERIFY(nowhere.child("tmp").isEmpty()); // and not "/tmp"
+        QVERIFY(nowhere.canonical().isEmpty());  // and not the working folder
+        QVERIFY(!nowhere.isInside(at("/")));
+        QVERIFY(!at("/tmp").isInside(nowhere));
+        QVERIFY(!at("/tmp").isAtOrBelow(nowhere));
     }
 
     void whatExistsIsTold() {
