@@ -59,8 +59,11 @@ void adoptPriority(Pool which) {
     if (which != Pool::utility)
         return;
     thread_local bool lowered = false;
-    if (!std::exchange(lowered, true))
-        setpriority(PRIO_PROCESS, id_t(::syscall(SYS_gettid)), 10); // Linux keeps a nice value for each thread
+    // Whoever waits for work that has not begun does it himself, and would stay low for good.
+    if (lowered || !pool(which).contains(QThread::currentThread()))
+        return;
+    setpriority(PRIO_PROCESS, id_t(::syscall(SYS_gettid)), 10); // Linux keeps a nice value for each thread
+    lowered = true;
 }
 
 } // namespace lumbra::Tasks

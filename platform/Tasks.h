@@ -10,9 +10,12 @@
 #pragma once
 
 #include <QFuture>
+#include <QPointer>
 #include <QThreadPool>
 #include <QtConcurrentRun>
 
+#include <functional>
+#include <type_traits>
 #include <utility>
 
 namespace lumbra::Tasks {
@@ -26,7 +29,7 @@ enum class Pool {
 // The process-wide pool. It lives until the process ends.
 QThreadPool& pool(Pool which);
 
-// Lowers the calling thread to the pool's priority; called by `run` on the worker.
+// Lowers the calling thread to the pool's priority, if it is one of the pool's; called by `run` on the worker.
 void adoptPriority(Pool which);
 
 // Posts to the main thread; dropped once the application object has gone.
@@ -58,7 +61,7 @@ public:
     }
 };
 
-// Runs the function on the pool. A pool never takes the calling thread.
+// Runs the function on the pool. It begins on the calling thread only if that waits for it before a worker is free.
 template <typename Function>
 auto run(Pool which, Function function) -> Task<decltype(function())> {
     return Task<decltype(function())>(
