@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "FileEvents.h"
 
+#include "Startup.h"
 #include "Tasks.h"
 #include "events/ChangeReader.h"
 #include "events/EventBatch.h"
@@ -83,8 +84,19 @@ public:
                                  [this, asked] { return m_answered >= asked; });
     }
 
+    void deliverNow(std::function<void()> delivered) {
+        const std::lock_guard lock(m_mutex);
+        m_fences.push_back({++m_asked, std::move(delivered)});
+        wake();
+    }
+
 private:
     using TimePoint = Clock::time_point;
+
+    struct Fence {
+        quint64 asked;
+        std::function<void()> delivered;
+    };
 
     void wake() {
         const quint64 one = 1;
@@ -94,6 +106,7 @@ private:
     void run();
     void seekRoots();
     void sleep();
+    std::vector<Fence> reachedFences();
     void flush();
     void publish(bool isComplete);
     std::optional<TimePoint> nextDeadline() const;
@@ -121,14 +134,16 @@ private:
     mutable std::mutex m_mutex;
     std::condition_variable m_answer;
     Status m_status;
-    quint64 m_asked = 0; // questions whether all is watched
+    quint64 m_asked = 0; // questions whether all that happened before has been read
     quint64 m_answered = 0;
+    std::vector<Fence> m_fences;
 
     std::thread m_thread; // last: it uses all the others
 };
 
 void FileEvents::Worker::run() {
     ::pthread_setname_np(::pthread_self(), "file-events");
+    Startup::awaitEnd();
     m_roots.begin();
     publish(false);
     if (m_started && !m_stopping)
@@ -144,9 +159,24 @@ void FileEvents::Worker::run() {
             m_reader.settleMoves();
         seekRoots();
         m_poll.lookIfDue();
+        const auto fences = reachedFences();
+        if (!fences.empty())
+            m_windowEnd.reset();
         flush();
         publish(m_isAllRead);
+        for (const Fence& fence : fences)
+            fence.delivered();
     }
+}
+
+std::vector<FileEvents::Worker::Fence> FileEvents::Worker::reachedFences() {
+    const std::lock_guard lock(m_mutex);
+    // They stand in the order in which they were asked for.
+    const auto end =
+        std::ranges::find_if(m_fences, [this](const Fence& fence) { return !m_isAllRead || fence.asked > m_heard; });
+    std::vector<Fence> reached(std::move_iterator(m_fences.begin()), std::move_iterator(end));
+    m_fences.erase(m_fences.begin(), end);
+    return reached;
 }
 
 void FileEvents::Worker::seekRoots() {
@@ -229,6 +259,10 @@ FileEvents::Status FileEvents::status() const {
 
 bool FileEvents::waitUntilWatching(double seconds) const {
     return m_worker->waitUntilWatching(seconds);
+}
+
+void FileEvents::deliverNow(std::function<void()> delivered) {
+    m_worker->deliverNow(std::move(delivered));
 }
 
 } // namespace lumbra

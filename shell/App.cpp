@@ -4,17 +4,27 @@
 #include "StateDump.h"
 #include "core/Config.h"
 #include "look/Look.h"
+#include "platform/Startup.h"
 
 #include <QQmlContext>
 #include <QQuickWindow>
+#include <QTimer>
+
+#include <chrono>
 
 namespace lumbra {
+
+namespace {
+constexpr auto longestStart = std::chrono::seconds(1);
+}
 
 App::App(const QElapsedTimer& started, QObject* parent) : QObject(parent), m_started(started) {
     connect(&m_appearance, &Appearance::changed, this, &App::applyAppearance);
 }
 
-App::~App() = default;
+App::~App() {
+    Startup::end(); // what still waits for it could not be joined
+}
 
 Library& App::library() {
     if (!m_library)
@@ -47,6 +57,10 @@ bool App::show() {
         m_stateDump = std::make_unique<StateDump>(library(), *m_browser, *window, m_started);
         m_stateDump->listen(socket);
     }
+    // The library is gone through from the first frame on, or soon if nothing is drawn, as in a minimised window.
+    connect(window, &QQuickWindow::frameSwapped, this, &Startup::end,
+            Qt::ConnectionType(Qt::DirectConnection | Qt::SingleShotConnection));
+    QTimer::singleShot(longestStart, this, &Startup::end);
     // Shown here and not by the view, so that nothing misses the first frame.
     window->show();
     return true;

@@ -3,6 +3,7 @@
 #include "HangLog.h"
 #include "core/PreferenceMigration.h"
 #include "look/Look.h"
+#include "platform/Startup.h"
 
 #include <QGuiApplication>
 #include <QQuickStyle>
@@ -22,6 +23,7 @@ int main(int argc, char** argv) {
     lumbra::Look::prepareApplication();
     lumbra::migratePreferences(lumbra::Preferences::shared());
 
+    lumbra::Startup::begin();
     const lumbra::HangLog hangLog;
     lumbra::App app(started);
     QList<QUrl> opened;
