@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Rename.h"
+
+#include "Removal.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <optional>
+
+namespace lumbra::files {
+
+namespace {
+
+bool isUnknownFlag(int code) {
+    return code == EINVAL || code == ENOSYS || code == EOPNOTSUPP;
+}
+
+std::optional<struct stat> facts(int folder, const char* name) {
+    struct stat status;
+    if (::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+        return std::nullopt;
+    return status;
+}
+
+// For file systems that rename only by the oldest call, which replaces.
+int renameCarefully(int fromFolder, const char* from, int toFolder, const char* to) {
+    const auto source = facts(fromFolder, from);
+    if (!source)
+        return errno;
+    if (facts(toFolder, to))
+        return EEXIST;
+    if (!S_ISDIR(source->st_mode)) {
+        // A second name is refused when it is taken. If the first can't be given up, it alone stays.
+        if (::linkat(fromFolder, from, toFolder, to, 0) == 0) {
+            if (::unlinkat(fromFolder, from, 0) == 0)
+                return 0;
+            const int code = errno;
+            ::unlinkat(toFolder, to, 0);
+            return code;
+        }
+        if (errno == EEXIST || errno == EXDEV)
+            return errno;
+    }
+    // Having looked is the best there is without links. A folder can at worst take the place of an empty one. To hold a
+    // file's name with an empty file first would be worse: the process may end in between.
+    return ::renameat(fromFolder, from, toFolder, to) == 0 ? 0 : errno;
+}
+
+} // namespace
+
+int renameNoReplace(int fromFolder, const char* from, int toFolder, const char* to) {
+    if (::renameat2(fromFolder, from, toFolder, to, RENAME_NOREPLACE) == 0)
+        return 0;
+    if (!isUnknownFlag(errno))
+        return errno;
+    // EINVAL also says that a folder would go into itself; then this says so again.
+    return renameCarefully(fromFolder, from, toFolder, to);
+}
+
+int renameReplacing(int fromFolder, const char* from, int toFolder, const char* to) {
+    if (const int code = renameNoReplace(fromFolder, from, toFolder, to); code != EEXIST)
+        return code;
+    const auto source = facts(fromFolder, from);
+    const auto target = facts(toFolder, to);
+    if (source && target && !S_ISDIR(source->st_mode) && !S_ISDIR(target->st_mode))
+        return ::renameat(fromFolder, from, toFolder, to) == 0 ? 0 : errno;
+    if (::renameat2(fromFolder, from, toFolder, to, RENAME_EXCHANGE) == 0) {
+        removeTree(fromFolder, from);
+        return 0;
+    }
+    if (!isUnknownFlag(errno))
+        return errno;
+    if (const int code = removeTree(toFolder, to))
+        return code;
+    return renameNoReplace(fromFolder, from, toFolder, to);
+}
+
+} // namespace lumbra::files
