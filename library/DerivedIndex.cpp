@@ -49,7 +49,7 @@ struct Sums {
 // To which project a folder's files belong.
 class ProjectFinder {
 public:
-    ProjectFinder(const QList<Project>& projects, const Location& root) : m_rootPrefix(root.view()) {
+    ProjectFinder(const QList<Project>& projects, const Location& root) : m_root(root), m_rootPrefix(root.view()) {
         if (!m_rootPrefix.ends_with('/'))
             m_rootPrefix += '/';
         for (const Project& project : projects) {
@@ -61,6 +61,9 @@ public:
 
     // The project's path as a piece of `folder`; absent when the files there belong to none.
     std::optional<std::string_view> projectOf(std::string_view folder) const {
+        // What lies directly in the root belongs to none, not even to an outside project that holds the root itself.
+        if (folder == m_root.view())
+            return std::nullopt;
         if (folder.starts_with(m_rootPrefix)) {
             const auto project = folder.substr(0, folder.find('/', m_rootPrefix.size()));
             return m_known.contains(located(project)) ? std::optional(project) : std::nullopt;
@@ -76,6 +79,7 @@ private:
         return Location(QByteArray::fromRawData(path.data(), qsizetype(path.size())));
     }
 
+    const Location m_root;
     std::string m_rootPrefix;
     QSet<Location> m_known;
     QList<Location> m_outside;

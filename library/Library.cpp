@@ -3,6 +3,7 @@
 
 #include "Resolver.h"
 #include "Scanner.h"
+#include "core/PreferenceKeys.h"
 #include "core/ProjectLinks.h"
 #include "core/Stars.h"
 #include "platform/NaturalOrder.h"
@@ -11,6 +12,8 @@
 #include "state/StateStore.h"
 
 #include <QDir>
+#include <QFile>
+#include <QHash>
 #include <QThread>
 
 #include <algorithm>
@@ -40,19 +43,46 @@ std::optional<Project> longestHolding(const QList<Project>& projects, const Loca
     return best ? std::optional(*best) : std::nullopt;
 }
 
+// True of a link that leads to the folder, whether the folder is there or not.
+bool leadsTo(const Location& link, const Location& folder) {
+    const QString target = QFile::symLinkTarget(link.toString());
+    return !target.isEmpty() && Location(QStringView(target)).canonical() == folder;
+}
+
+bool isWholeTree(const FileEvent& event) {
+    return event.flags & FileEvent::mustScan;
+}
+
+// Of several batches one, with one event for each path. Since only the first event of a path counts, it gets the flags
+// of all: a folder that was touched and then made anew is to be gone through.
+QList<FileEvent> merged(const QList<FileEvent>& events) {
+    QList<FileEvent> result;
+    QHash<Location, qsizetype> places;
+    for (const FileEvent& event : events) {
+        const auto known = places.constFind(event.path);
+        if (known != places.cend()) {
+            result[*known].flags |= event.flags;
+        } else {
+            places.insert(event.path, result.size());
+            result.append(event);
+        }
+    }
+    return result;
+}
+
 } // namespace
 
 Library::Library(const Location& root, bool configured, QObject* parent)
-    : QObject(parent), m_root(root), m_derived(std::make_shared<const DerivedIndex>()) {
+    : QObject(parent), m_root(root), m_derived(std::make_shared<const DerivedIndex>()), m_rootFolder(root) {
     m_onboarding = !configured;
     m_derivedDelay.setSingleShot(true);
     m_derivedDelay.setInterval(derivedDelay);
     connect(&m_derivedDelay, &QTimer::timeout, this, &Library::computeDerived);
     if (configured)
         QDir().mkpath(m_root.toString());
+    m_rootFolder = KnownFolder(m_root);
     readState();
-    reloadProjects();
-    buildIndex();
+    reloadProjects(); // and with it the watcher, which begins the first walk
 }
 
 Library::~Library() {
@@ -66,7 +96,7 @@ void Library::readState() {
     }
     // Where older versions kept the hidden projects.
     LibraryState state;
-    state.hidden = Preferences::shared().value(QStringLiteral("hiddenProjects")).toStringList();
+    state.hidden = Preferences::shared().value(QString(PreferenceKeys::hiddenProjects)).toStringList();
     setState(state);
 }
 
@@ -74,9 +104,17 @@ void Library::setState(const LibraryState& state) {
     if (m_state == state)
         return;
     m_state = state;
-    StateStore::save(m_state, m_root);
+    saveState();
     Q_EMIT stateChanged();
     contentChanged();
+}
+
+void Library::saveState() {
+    // A save makes the folders that it needs. In the place of a root that was moved away, that would be a library whose
+    // files are all deleted; so it waits until the root is back.
+    m_isStateSaved = !m_rootFolder.isKnown() || m_rootFolder.isStillThere();
+    if (m_isStateSaved)
+        StateStore::save(m_state, m_root);
 }
 
 void Library::contentChanged() {
@@ -89,13 +127,20 @@ void Library::setLastErrorText(const QString& text) {
 }
 
 void Library::reloadProjects() {
+    const QList<Project> known = m_projects;
     QList<Project> found;
     const auto entries =
         QDir(m_root.toString()).entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::System, QDir::NoSort);
     for (const QString& name : entries) {
-        const Location url = m_root.child(name).canonical();
-        if (!name.startsWith(u'.') && url.isFolder())
+        if (name.startsWith(u'.'))
+            continue;
+        const Location entry = m_root.child(name);
+        const Location url = entry.canonical();
+        const auto before = std::ranges::find(known, name, &Project::name);
+        if (url.isFolder())
             found.append({name, url, ProjectLinks::repoOf(url)});
+        else if (before != known.end() && leadsTo(entry, before->url))
+            found.append(*before); // its disk was unplugged, and takes nothing with it
     }
     NaturalOrder::shared().sort(found, [](const Project& project) { return project.name; });
     m_projects = found;
@@ -109,14 +154,36 @@ void Library::restartWatcherIfNeeded() {
             paths.append(project.url);
     if (paths == m_watchedPaths)
         return;
+    std::ranges::copy_if(paths, std::back_inserter(m_unseenPaths),
+                         [this](const Location& path) { return !m_watchedPaths.contains(path); });
+    std::ranges::copy_if(m_watchedPaths, std::back_inserter(m_unseenPaths),
+                         [&paths](const Location& path) { return !paths.contains(path); });
     m_watchedPaths = paths;
-    // The old watcher ends after the new one has started, so that nothing falls between them.
-    m_watcher =
-        std::make_unique<Watcher>(paths, watcherLatency, [this](const QList<FileEvent>& events) { handle(events); });
+    // The old one goes on until the new one sees everything, but not one that did not come so far itself.
+    if (m_watcher && m_watcher->hasStarted())
+        m_formerWatchers.push_back(std::move(m_watcher));
+    m_watcher = std::make_unique<Watcher>(
+        paths, watcherLatency, [this](const QList<FileEvent>& events) { handle(events); },
+        [this] { watcherStarted(); });
+}
+
+// From here on nothing is missed, so what the index knows can be brought in step with the disk.
+void Library::watcherStarted() {
+    for (const auto& former : m_formerWatchers)
+        former->deliverNow([this, ended = former.get()] {
+            std::erase_if(m_formerWatchers, [ended](const auto& watcher) { return watcher.get() == ended; });
+        });
+    const auto unseen = std::exchange(m_unseenPaths, {});
+    if (!std::exchange(m_isWalkBegun, true))
+        return buildIndex();
+    QList<FileEvent> comparisons;
+    for (const Location& path : unseen)
+        comparisons.append({path, FileEvent::mustScan});
+    if (!comparisons.isEmpty())
+        handle(comparisons);
 }
 
 void Library::buildIndex() {
-    m_indexing = true;
     Tasks::run(Tasks::Pool::utility, [roots = locationsOf(m_projects), stop = m_stop.get_token()] {
         return Scanner::index(roots, walkers, stop);
     }).then(this, [this](AssetIndex index) { publishIndex(std::move(index)); });
@@ -126,34 +193,68 @@ void Library::publishIndex(AssetIndex index) {
     m_index = std::move(index);
     m_indexing = false;
     contentChanged();
-    const auto queued = std::exchange(m_queuedEvents, {});
-    if (!queued.isEmpty())
-        handle(queued);
+    handleQueuedEvents();
 }
 
 void Library::handle(const QList<FileEvent>& events) {
     Q_ASSERT(QThread::currentThread() == thread());
-    if (m_indexing) {
+    // A comparison finds out what has gone from what is known, and so must know what the batches before it found.
+    if (m_indexing || (!m_batches.empty() && std::ranges::any_of(events, isWholeTree))) {
         m_queuedEvents += events;
         return;
     }
-    const bool touchesRoot = std::ranges::any_of(events, [this](const FileEvent& event) {
-        return event.path.parent() == m_root || (event.path == m_root && (event.flags & FileEvent::mustScan));
-    });
+    const auto isRoot = [this](const FileEvent& event) { return event.path == m_root && isWholeTree(event); };
+    const auto isInRoot = [this](const FileEvent& event) { return event.path.parent() == m_root; };
+    const bool isRootBack = std::ranges::any_of(events, isRoot);
+    if (isRootBack)
+        takeUpRoot();
     // A root that was unmounted or moved away takes no project with it; it may come back.
-    if (touchesRoot && m_root.isFolder())
+    if ((isRootBack || std::ranges::any_of(events, isInRoot)) && m_rootFolder.isStillThere())
         reloadProjects();
-    Tasks::run(Tasks::Pool::userInitiated, [events, roots = locationsOf(m_projects), root = m_root, index = index()] {
-        return Resolver::resolve(events, roots, root, index);
-    }).then(this, [this](const AssetIndex::Changes& changes) { apply(changes); });
+    resolve(events);
 }
 
-void Library::apply(const AssetIndex::Changes& changes) {
-    // Batches overtake each other, so a change is of paths and never of positions.
+void Library::handleQueuedEvents() {
+    const auto queued = std::exchange(m_queuedEvents, {});
+    if (!queued.isEmpty())
+        handle(merged(queued));
+}
+
+// The root is there for the first time, or again, and may be another folder than before.
+void Library::takeUpRoot() {
+    m_rootFolder = KnownFolder(m_root);
+    if (!m_isStateSaved)
+        saveState();
+}
+
+void Library::resolve(const QList<FileEvent>& events) {
+    const quint64 number = ++m_lastBatch;
+    m_batches.push_back({number, std::nullopt});
+    Tasks::run(Tasks::Pool::userInitiated, [events, roots = locationsOf(m_projects), root = m_rootFolder,
+                                            index = index()] {
+        return Resolver::resolve(events, roots, root, index);
+    }).then(this, [this, number](AssetIndex::Changes changes) { apply(number, std::move(changes)); });
+}
+
+void Library::apply(quint64 number, AssetIndex::Changes changes) {
+    const auto batch = std::ranges::find(m_batches, number, &Batch::number);
+    batch->changes = std::move(changes);
+    // Batches overtake each other. Where several speak of one path, the last that came counts, for whatever happened to
+    // the path has made it come; so those that came later and are through already are applied again on top.
     AssetIndex before = m_index;
-    m_index = before.applying(changes);
+    AssetIndex after = before;
+    for (auto next = batch; next != m_batches.end(); ++next)
+        if (next->changes)
+            after = after.applying(*next->changes);
+    m_index = std::move(after);
     Tasks::dropLater(std::move(before));
+    while (!m_batches.empty() && m_batches.front().changes) {
+        Tasks::dropLater(*std::move(m_batches.front().changes));
+        m_batches.pop_front();
+    }
     contentChanged();
+    if (m_batches.empty())
+        handleQueuedEvents();
 }
 
 void Library::scheduleDerived() {

@@ -9,6 +9,7 @@
 
 #include "AssetIndex.h"
 #include "DerivedIndex.h"
+#include "KnownFolder.h"
 #include "Model.h"
 #include "ProjectGroups.h"
 #include "Watcher.h"
@@ -18,6 +19,7 @@
 #include <QObject>
 #include <QTimer>
 
+#include <deque>
 #include <memory>
 #include <stop_token>
 
@@ -152,6 +154,10 @@ public:
     // Takes a batch of file events; the watcher's way in.
     void handle(const QList<FileEvent>& events);
 
+    // The running watcher: the root, and each project outside it.
+    const Watcher& watcher() const { return *m_watcher; }
+    const QList<Location>& watchedPaths() const { return m_watchedPaths; }
+
 Q_SIGNALS:
     void projectsChanged();
     void stateChanged();
@@ -175,10 +181,15 @@ private:
     QString lastErrorText() const { return lastError().value_or(QString()); }
     void setLastErrorText(const QString& text);
     void readState();
+    void saveState();
     void buildIndex();
     void publishIndex(AssetIndex index);
-    void apply(const AssetIndex::Changes& changes);
+    void takeUpRoot();
+    void resolve(const QList<FileEvent>& events);
+    void apply(quint64 batch, AssetIndex::Changes changes);
+    void handleQueuedEvents();
     void restartWatcherIfNeeded();
+    void watcherStarted();
     void scheduleDerived();
     void computeDerived();
     template <typename Change>
@@ -201,9 +212,23 @@ private:
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(Library, bool, m_paletteOpen, false, &Library::paletteOpenChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(Library, bool, m_onboarding, false, &Library::onboardingChanged)
 
+    // A batch of events on its way.
+    struct Batch {
+        quint64 number;
+        std::optional<AssetIndex::Changes> changes; // once it is resolved
+    };
+
+    KnownFolder m_rootFolder;
+    bool m_isStateSaved = true;
     std::unique_ptr<Watcher> m_watcher;
+    std::vector<std::unique_ptr<Watcher>> m_formerWatchers; // each until the one after it misses nothing
     QList<Location> m_watchedPaths;
-    QList<FileEvent> m_queuedEvents; // held back while `indexing`
+    QList<Location> m_unseenPaths; // came to be watched, or ceased to, and are to be compared with the index
+    bool m_isWalkBegun = false;
+    std::deque<Batch> m_batches; // in the order in which they came, from the first that is not resolved
+    quint64 m_lastBatch = 0;
+    // Held back while `indexing`, and by a comparison while batches are on their way.
+    QList<FileEvent> m_queuedEvents;
     QTimer m_derivedDelay;           // a burst of changes collapses into one computation
     quint64 m_derivedGeneration = 0; // a computation that finds itself outdated drops its result
     std::stop_source m_stop;

@@ -2,12 +2,17 @@
 #include "ProjectGroups.h"
 
 #include <QRegularExpression>
+#include <QSet>
+#include <QTextBoundaryFinder>
 
 #include <algorithm>
 
 namespace lumbra::ProjectGroups {
 
 namespace {
+
+constexpr int shortestPrefix = 3;
+constexpr qsizetype fewestSiblings = 2;
 
 void takeOut(LibraryState& state, const QString& name) {
     for (ProjectGroup& group : state.groups)
@@ -16,6 +21,15 @@ void takeOut(LibraryState& state, const QString& name) {
 
 void dropEmpty(LibraryState& state) {
     state.groups.removeIf([](const ProjectGroup& group) { return group.projects.isEmpty(); });
+}
+
+// Counted in characters as people see them.
+bool isLongEnough(const QString& word) {
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, word);
+    for (int i = 0; i < shortestPrefix; ++i)
+        if (finder.toNextBoundary() < 0)
+            return false;
+    return true;
 }
 
 } // namespace
@@ -52,19 +66,18 @@ LibraryState removing(LibraryState state, const QString& name) {
 }
 
 std::optional<GroupSuggestion> suggestion(const LibraryState& state, const QStringList& visibleNames) {
+    QSet<QString> grouped;
+    for (const ProjectGroup& group : state.groups)
+        grouped.unite({group.projects.begin(), group.projects.end()});
     QMap<QString, QStringList> byPrefix; // in order of the prefixes, so that the first of the largest wins
     for (const QString& name : visibleNames) {
-        const bool grouped =
-            std::ranges::any_of(state.groups, [&](const ProjectGroup& group) { return group.projects.contains(name); });
-        if (grouped)
-            continue;
         const QStringList words = pieces(name.toLower());
-        if (!words.isEmpty() && words.first().toUcs4().size() >= 3)
+        if (!grouped.contains(name) && !words.isEmpty() && isLongEnough(words.first()))
             byPrefix[words.first()].append(name);
     }
     std::optional<GroupSuggestion> best;
     for (auto entry = byPrefix.begin(); entry != byPrefix.end(); ++entry) {
-        if (entry->size() < 2 || state.dismissed.contains(entry.key()))
+        if (entry->size() < fewestSiblings || state.dismissed.contains(entry.key()))
             continue;
         if (!best || entry->size() > best->projects.size())
             best = GroupSuggestion{entry.key(), *entry};

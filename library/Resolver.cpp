@@ -17,30 +17,6 @@ namespace {
 
 constexpr int walkers = 2;
 
-// A folder whose going must not be taken for the going of what is in it.
-class Holder {
-public:
-    explicit Holder(const Location& path) : m_path(path), m_before(identify()) {}
-
-    const Location& path() const { return m_path; }
-
-    // True when it is there, and was so all the time.
-    bool isTrusted() const { return m_before && m_before == identify(); }
-
-private:
-    using Identity = std::pair<dev_t, ino_t>;
-
-    std::optional<Identity> identify() const {
-        struct stat status;
-        if (::stat(m_path.path().constData(), &status) != 0 || !S_ISDIR(status.st_mode))
-            return std::nullopt;
-        return Identity(status.st_dev, status.st_ino);
-    }
-
-    Location m_path;
-    std::optional<Identity> m_before;
-};
-
 // What is true of all entries of one folder, found out once a batch: it costs a look at each of its parents.
 struct Place {
     Location folder; // canonical
@@ -50,11 +26,10 @@ struct Place {
 
 class Resolution {
 public:
-    Resolution(const QList<Location>& roots, const Location& libraryRoot, const AssetIndex& index)
-        : m_roots(roots.begin(), roots.end()), m_index(index) {
-        m_holders.emplace_back(libraryRoot);
+    Resolution(const QList<Location>& roots, const KnownFolder& library, const AssetIndex& index)
+        : m_roots(roots.begin(), roots.end()), m_index(index), m_holders{library} {
         for (const Location& root : roots)
-            if (!root.isAtOrBelow(libraryRoot))
+            if (!root.isAtOrBelow(library.path()))
                 m_holders.emplace_back(root);
     }
 
@@ -67,12 +42,12 @@ private:
     void lookAtFolder(const Location& path, quint32 flags);
     void lookAtStray(const Location& path);
     void compare(const Location& path);
-    void report(const AssetIndex& found, const Location& below, bool onlyDifferent);
+    void reportDifference(const AssetIndex& found, const Location& below);
     bool knowsBelow(const Location& path) const { return !m_index.foldersUnder(path).isEmpty(); }
 
     const QSet<Location> m_roots;
     const AssetIndex& m_index;
-    std::vector<Holder> m_holders; // the library first
+    std::vector<KnownFolder> m_holders; // the library first
     QHash<Location, Place> m_places;
     QSet<Location> m_seen;
     AssetIndex::Changes m_changes;
@@ -136,14 +111,20 @@ void Resolution::look(const Location& path, quint32 flags) {
 }
 
 void Resolution::lookAtFolder(const Location& path, quint32 flags) {
-    if (m_index.contains(path))
-        m_changes.gone.append(path); // it was a file
+    const bool isEntered = m_roots.contains(path) || !Scanner::isPackageName(path.lastComponent());
     // Other events of folders tell nothing: what happens to their files arrives by itself.
-    if (!(flags & (FileEvent::created | FileEvent::renamed)))
+    if (!isEntered || !(flags & (FileEvent::created | FileEvent::renamed))) {
+        if (m_index.contains(path))
+            m_changes.gone.append(path); // it was a file
         return;
-    if (!m_roots.contains(path) && Scanner::isPackageName(path.lastComponent()))
-        return;
-    report(Scanner::index({path}, 1), path, false);
+    }
+    // It may have taken another's place, so it is told as a whole. What the index knows of it would not do to find out
+    // what to forget: a batch before this one may be about to make more known.
+    m_changes.gone.append(path);
+    const AssetIndex found = Scanner::index({path}, 1);
+    for (const auto& folder : found.folders())
+        for (size_t i = 0; i < folder->size(); ++i)
+            m_changes.assets.append(folder->assetAt(i));
 }
 
 // What was a project and is none when the batch is resolved, since it was removed or became a file or a link.
@@ -176,11 +157,11 @@ void Resolution::compare(const Location& path) {
         if (std::ranges::none_of(trees,
                                  [&](const Location& other) { return other != tree && tree.isAtOrBelow(other); }))
             outermost.append(tree);
-    report(Scanner::index(outermost, walkers), path, true);
+    reportDifference(Scanner::index(outermost, walkers), path);
 }
 
-// Adds what was found below the folder, or only what is new or different, and what the index has there that was not.
-void Resolution::report(const AssetIndex& found, const Location& below, bool onlyDifferent) {
+// What was found below the folder that is new or different, and what the index has there that was not found.
+void Resolution::reportDifference(const AssetIndex& found, const Location& below) {
     const auto known = m_index.foldersUnder(below);
     const auto present = found.foldersUnder(below);
     auto before = known.begin();
@@ -203,7 +184,7 @@ void Resolution::report(const AssetIndex& found, const Location& below, bool onl
                                                   : (*before)->at(b).name.compare((*now)->at(n).name);
             if (order < 0)
                 forget(**before, b);
-            else if (order > 0 || !onlyDifferent || (*before)->assetAt(b) != (*now)->assetAt(n))
+            else if (order > 0 || (*before)->assetAt(b) != (*now)->assetAt(n))
                 add(**now, n);
             b += order <= 0 ? 1 : 0;
             n += order >= 0 ? 1 : 0;
@@ -214,17 +195,17 @@ void Resolution::report(const AssetIndex& found, const Location& below, bool onl
 }
 
 AssetIndex::Changes Resolution::finish() {
-    for (const Holder& holder : m_holders)
-        if (!holder.isTrusted())
+    for (const KnownFolder& holder : m_holders)
+        if (!holder.isStillThere())
             m_changes.gone.removeIf([&](const Location& path) { return path.isAtOrBelow(holder.path()); });
     return std::move(m_changes);
 }
 
 } // namespace
 
-AssetIndex::Changes resolve(const QList<FileEvent>& events, const QList<Location>& roots, const Location& libraryRoot,
+AssetIndex::Changes resolve(const QList<FileEvent>& events, const QList<Location>& roots, const KnownFolder& library,
                             const AssetIndex& index) {
-    Resolution resolution(roots, libraryRoot, index);
+    Resolution resolution(roots, library, index);
     for (const FileEvent& event : events)
         resolution.take(event);
     return resolution.finish();

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "AssetIndex.h"
+#include "KnownFolder.h"
 #include "platform/FileEvents.h"
 
 namespace lumbra::Resolver {
@@ -11,14 +12,15 @@ namespace lumbra::Resolver {
 // What a batch of events comes to. `roots` are the locations of the projects, canonical as those are; what lies in none
 // of them is passed over, but that a project which is no longer there is forgotten.
 //
-// `index` is what is known so far: of a folder that appeared or moved, and of a tree whose events were lost, the assets
-// that are no longer found below it are among the gone.
+// A folder that appeared or moved is among the gone, and all that was found in it among the assets, which come after:
+// it may have taken another's place. Of a tree whose events were lost, only the difference to `index`, which is what is
+// known so far.
 //
-// A path that has gone is not forgotten while the library's root, or the outside project that holds it, is gone itself
-// or is changed for another during the look: an unmounted disk comes back.
+// A path that has gone is not forgotten while its holder, which is `library` or the outside project that it lies in, is
+// gone itself or has another folder in its place: an unmounted disk comes back.
 //
 // Reads the disk; touches nothing else. Any thread.
-AssetIndex::Changes resolve(const QList<FileEvent>& events, const QList<Location>& roots, const Location& libraryRoot,
+AssetIndex::Changes resolve(const QList<FileEvent>& events, const QList<Location>& roots, const KnownFolder& library,
                             const AssetIndex& index);
 
 } // namespace lumbra::Resolver

@@ -19,17 +19,24 @@ public:
     using OnStarted = std::function<void()>;
 
     // `latency` in seconds. `onChange` runs on the thread that made the watcher, once for each batch. `onStarted` runs
-    // there once, when every folder is watched: a walk that begins then, and a watcher that ends then, miss nothing.
-    // Both may release the watcher.
+    // there once, when every folder is watched: a walk that begins then misses nothing. Both may release the watcher.
     Watcher(const QList<Location>& paths, double latency, OnChange onChange, OnStarted onStarted = {});
 
     // No callback runs any more once this returns.
     ~Watcher();
     Q_DISABLE_COPY_MOVE(Watcher)
 
+    // True from just before `onStarted`.
+    bool hasStarted() const { return m_hasStarted; }
+
+    // Brings all that has happened so far to `onChange` and then calls `onDelivered`, which may release the watcher:
+    // another that had started before takes over without a gap.
+    void deliverNow(std::function<void()> onDelivered);
+
     const FileEvents& events() const { return *m_events; }
 
 private:
+    bool m_hasStarted = false;
     QObject m_context; // its death drops the batches that are on their way
     std::unique_ptr<FileEvents> m_events;
 };

@@ -81,6 +81,10 @@ public:
     // tests and the command, never on the main thread.
     bool waitUntilWatching(double seconds) const;
 
+    // Delivers all that has happened so far without waiting for the window's end, and then calls `delivered`, on the
+    // thread: whoever ends these events has missed none. Not called when they end before.
+    void deliverNow(std::function<void()> delivered);
+
 private:
     class Worker;
     std::shared_ptr<Worker> m_worker;

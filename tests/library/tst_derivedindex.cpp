@@ -105,6 +105,13 @@ private Q_SLOTS:
         QVERIFY(derived == DerivedIndex());
     }
 
+    void aFileInTheRootBelongsToNoProjectThatHoldsTheRoot() {
+        const auto index = AssetIndex().applying({{}, {asset("/h/l/loose.png", now.seconds), asset("/h/x/a.png", 1)}});
+        const auto derived = DerivedIndex::compute(index, {project("all", "/h")}, {}, at("/h/l"), now);
+        QCOMPARE(derived.newToday, 0);
+        QCOMPARE(derived.stats[at("/h")].count, 1);
+    }
+
     void theMostRecentlyStarredComesFirst() {
         const auto derived = compute({asset("/l/p/1.png", 1, AssetKind::image, Date{10}),
                                       asset("/l/p/2.png", 2, AssetKind::audio, Date{30}),

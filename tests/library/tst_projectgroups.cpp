@@ -30,6 +30,9 @@ private Q_SLOTS:
                                       << list({"acme-web", "acme_api"});
         QTest::newRow("the first piece is too short")
             << list({"ab-one", "ab-two"}) << QStringList() << QString() << QStringList();
+        QTest::newRow("length is counted in characters as people see them")
+            << list({"e\u0301a-one", "e\u0301a-two", "\U0001F44D\U0001F3FDz-one", "\U0001F44D\U0001F3FDz-two"})
+            << QStringList() << QString() << QStringList();
         QTest::newRow("one project alone")
             << list({"acme-web", "other"}) << QStringList() << QString() << QStringList();
         QTest::newRow("equal counts: the alphabetically first")

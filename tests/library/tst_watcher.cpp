@@ -53,7 +53,7 @@ private:
         index = index.applying(Resolver::resolve(events, m_projects, m_library, index));
     }
 
-    const Location m_library;
+    const KnownFolder m_library;
     const QList<Location> m_projects;
     Watcher m_watcher;
 };
@@ -187,6 +187,9 @@ void tst_Watcher::theIndexFollows_data() {
         << QByteArray("mkdir later; sleep 0.1; echo 1 > later/1.png");
     QTest::newRow("a folder moved in with files") << QByteArray("mv ../../outside/filled .");
     QTest::newRow("a folder moved out") << QByteArray("mv deep ../../outside/");
+    QTest::newRow("a folder moved out and back")
+        << QByteArray("mv deep ../../outside/; echo away > ../../outside/deep/away.png; mv ../../outside/deep back;"
+                      "echo late > back/er/late.png");
     QTest::newRow("a folder moved within") << QByteArray("mkdir n; mv deep n/");
     QTest::newRow("two folders swapped") << QByteArray("mv deep t; mv other deep; mv t other");
     QTest::newRow("a folder deleted and made anew") << QByteArray("rm -r deep; mkdir deep; echo n > deep/n.png");
