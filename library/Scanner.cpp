@@ -2,6 +2,7 @@
 #include "Scanner.h"
 
 #include "core/Stars.h"
+#include "platform/Descriptor.h"
 #include "platform/FileFacts.h"
 #include "platform/FileTypes.h"
 #include "platform/NaturalOrder.h"
@@ -36,24 +37,6 @@ struct DirectoryEntry {
 };
 
 constexpr size_t bufferSize = 64 * 1024;
-
-class OpenFolder {
-public:
-    OpenFolder(const Location& location, int extraFlags)
-        : m_descriptor(
-            ::open(location.path().constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK | extraFlags)) {}
-    ~OpenFolder() {
-        if (m_descriptor >= 0)
-            ::close(m_descriptor);
-    }
-    Q_DISABLE_COPY_MOVE(OpenFolder)
-
-    bool isOpen() const { return m_descriptor >= 0; }
-    int descriptor() const { return m_descriptor; }
-
-private:
-    int m_descriptor;
-};
 
 bool isUtf8(std::string_view name) {
     return QByteArrayView(name.data(), qsizetype(name.size())).isValidUtf8();
@@ -147,10 +130,10 @@ void indexFolders(FolderQueue& queue, const std::stop_token& stop, Folders& foun
     while (queue.take(path)) {
         for (bool goesDown = true; goesDown && !stop.stop_requested();) {
             subfolders.clear();
-            if (const OpenFolder folder(path, O_NOFOLLOW); folder.isOpen()) {
+            if (const Descriptor folder = openFolder(AT_FDCWD, path.path().constData())) {
                 auto assets = std::make_shared<AssetIndex::Folder>(std::string(path.view()));
                 readFolder(
-                    folder.descriptor(), buffer.get(),
+                    folder.number(), buffer.get(),
                     [&](std::string_view name) { subfolders.push_back(path.child(name)); },
                     [&](const AssetIndex::File& file) { assets->add(file); });
                 if (assets->size() > 0)
@@ -188,12 +171,12 @@ void walk(const Location& root, const std::function<void(const Asset&)>& body) {
     while (!waiting.empty()) {
         const Location path = std::move(waiting.back());
         waiting.pop_back();
-        const OpenFolder folder(path, O_NOFOLLOW);
-        if (!folder.isOpen())
+        const Descriptor folder = openFolder(AT_FDCWD, path.path().constData());
+        if (!folder)
             continue;
         const auto firstChild = qsizetype(waiting.size());
         readFolder(
-            folder.descriptor(), buffer.get(), [&](std::string_view name) { waiting.push_back(path.child(name)); },
+            folder.number(), buffer.get(), [&](std::string_view name) { waiting.push_back(path.child(name)); },
             [&](const AssetIndex::File& file) { body(assetOf(path, file)); });
         // The stack gives the last one first; the order is the file system's.
         std::reverse(waiting.begin() + firstChild, waiting.end());
@@ -216,12 +199,12 @@ AssetIndex index(const QList<Location>& roots, int workers, std::stop_token stop
 
 Listing list(const Location& folder) {
     Listing listing;
-    const OpenFolder open(folder, 0);
-    if (!open.isOpen())
+    const Descriptor open(::open(folder.path().constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!open)
         return listing;
     const auto buffer = std::make_unique<char[]>(bufferSize);
     readFolder(
-        open.descriptor(), buffer.get(), [&](std::string_view name) { listing.folders.append(folder.child(name)); },
+        open.number(), buffer.get(), [&](std::string_view name) { listing.folders.append(folder.child(name)); },
         [&](const AssetIndex::File& file) { listing.assets.append(assetOf(folder, file)); });
     NaturalOrder::shared().sort(listing.folders, [](const Location& location) { return location.lastComponent(); });
     return listing;

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ExtendedAttributes.h"
 
+#include "Descriptor.h"
+
 #include <fcntl.h>
 #include <sys/syscall.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
-#include <cstring>
 
 namespace lumbra::ExtendedAttributes {
 
@@ -38,21 +40,9 @@ bool kernelTakesFolders() {
 }
 
 // For older kernels. Opening costs some two thirds more than the call by a full path, but needs no path and no /proc.
-class OpenedEntry {
-public:
-    OpenedEntry(int folder, const char* file)
-        : m_file(::openat(folder, file, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC)) {}
-    ~OpenedEntry() {
-        if (m_file >= 0)
-            ::close(m_file);
-    }
-    Q_DISABLE_COPY_MOVE(OpenedEntry)
-
-    int descriptor() const { return m_file; }
-
-private:
-    int m_file;
-};
+Descriptor openEntry(int folder, const char* file) {
+    return Descriptor(::openat(folder, file, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+}
 
 } // namespace
 
@@ -83,8 +73,8 @@ std::optional<std::string_view> readAt(int folder, const char* file, const Attri
     ssize_t got = -1;
     if (kernelTakesFolders()) {
         got = getAt(folder, file, name.systemName(), buffer);
-    } else if (const OpenedEntry entry(folder, file); entry.descriptor() >= 0) {
-        got = ::fgetxattr(entry.descriptor(), name.systemName(), buffer.data(), buffer.size());
+    } else if (const Descriptor entry = openEntry(folder, file)) {
+        got = ::fgetxattr(entry.number(), name.systemName(), buffer.data(), buffer.size());
     }
     if (got < 0 || size_t(got) > buffer.size())
         return std::nullopt;
@@ -96,8 +86,8 @@ std::optional<NamesAt> NamesAt::of(int folder, const char* file) {
     ssize_t got = -1;
     if (kernelTakesFolders()) {
         got = ::syscall(listxattrat, folder, file, AT_SYMLINK_NOFOLLOW, names.m_names.data(), names.m_names.size());
-    } else if (const OpenedEntry entry(folder, file); entry.descriptor() >= 0) {
-        got = ::flistxattr(entry.descriptor(), names.m_names.data(), names.m_names.size());
+    } else if (const Descriptor entry = openEntry(folder, file)) {
+        got = ::flistxattr(entry.number(), names.m_names.data(), names.m_names.size());
     } else {
         got = 0;
     }

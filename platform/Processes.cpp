@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Processes.h"
 
+#include "Descriptor.h"
+
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
@@ -9,6 +11,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -26,28 +29,6 @@ using Clock = std::chrono::steady_clock;
 constexpr auto grace = std::chrono::milliseconds(250);
 
 constexpr qsizetype errorsKept = 16'384;
-
-class Descriptor {
-public:
-    Descriptor() = default;
-    explicit Descriptor(int descriptor) : m_descriptor(descriptor) {}
-    Descriptor(Descriptor&& other) noexcept : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
-    Descriptor& operator=(Descriptor&& other) noexcept {
-        std::swap(m_descriptor, other.m_descriptor);
-        return *this;
-    }
-    ~Descriptor() { close(); }
-
-    int get() const { return m_descriptor; }
-    bool isOpen() const { return m_descriptor >= 0; }
-    void close() {
-        if (isOpen())
-            ::close(std::exchange(m_descriptor, -1));
-    }
-
-private:
-    int m_descriptor = -1;
-};
 
 struct Pipe {
     Descriptor read;
@@ -128,8 +109,8 @@ void limit(pid_t child, const Options& options) {
 // Takes what a pipe holds by now. False once more than `limit` bytes came; what is over is not kept.
 bool drain(Descriptor& from, QByteArray& into, qsizetype limit) {
     std::array<char, 16384> block;
-    while (from.isOpen()) {
-        const ssize_t got = ::read(from.get(), block.data(), block.size());
+    while (from) {
+        const ssize_t got = ::read(from.number(), block.data(), block.size());
         if (got < 0 && errno == EINTR)
             continue;
         if (got < 0 && errno == EAGAIN)
@@ -162,7 +143,7 @@ public:
         bool asked = false;
         Result result;
         result.end = End::exited;
-        for (bool running = m_ended.isOpen(); running;) {
+        for (bool running = bool(m_ended); running;) {
             running = !wait(wake);
             drain(m_errors, result.errors, errorsKept);
             const bool withinBound = drain(m_output, result.output, m_options.outputLimit);
@@ -179,7 +160,7 @@ public:
             asked = true;
             wake = Clock::now() + grace;
         }
-        if (!m_ended.isOpen())
+        if (!m_ended)
             result.end = End::notStarted; // without a handle of it there is no waiting for it with a limit
         finish(result);
         return result;
@@ -188,8 +169,8 @@ public:
 private:
     // Until something happened or it is time; true once the child has ended.
     bool wait(Clock::time_point until) {
-        std::array<pollfd, 3> files{pollfd{m_ended.get(), POLLIN, 0}, pollfd{m_output.get(), POLLIN, 0},
-                                    pollfd{m_errors.get(), POLLIN, 0}}; // a closed one is -1, which poll passes over
+        std::array<pollfd, 3> files{pollfd{m_ended.number(), POLLIN, 0}, pollfd{m_output.number(), POLLIN, 0},
+                                    pollfd{m_errors.number(), POLLIN, 0}}; // a closed one is -1, which poll passes over
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - Clock::now()).count();
         const int ready = ::poll(files.data(), files.size(), int(std::clamp<qint64>(left, 0, 60'000)));
         return ready > 0 && (files[0].revents & POLLIN) != 0;
@@ -224,7 +205,7 @@ Result run(const QByteArray& program, const QList<QByteArray>& arguments, const 
     Pipe errors;
     if (!output.open() || !errors.open())
         return {};
-    const pid_t id = start(program, arguments, options, output.write.get(), errors.write.get());
+    const pid_t id = start(program, arguments, options, output.write.number(), errors.write.number());
     if (id < 0)
         return {};
     limit(id, options);

@@ -4,7 +4,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "Descriptor.h"
+#include "platform/Descriptor.h"
 
 #include <sys/types.h>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Journal.h"
 
-#include "Descriptor.h"
 #include "Owner.h"
 #include "Removal.h"
+#include "platform/Descriptor.h"
 
 #include <QDir>
 #include <QHash>

@@ -3,8 +3,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "Descriptor.h"
 #include "TreeCopy.h"
+#include "platform/Descriptor.h"
 #include "platform/Files.h"
 
 #include <sys/stat.h>

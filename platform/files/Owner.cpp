@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Owner.h"
 
-#include "Descriptor.h"
+#include "platform/Descriptor.h"
 
 #include <QList>
 

@@ -1,4 +1,4 @@
-// An open file or folder that is closed with its owner.
+// An open file, folder or the like that is closed with its owner.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
@@ -8,7 +8,7 @@
 
 #include <utility>
 
-namespace lumbra::files {
+namespace lumbra {
 
 class Descriptor {
 public:
@@ -21,13 +21,15 @@ public:
     }
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() {
-        if (m_number >= 0)
-            ::close(m_number); // does not touch errno when it succeeds
-    }
+    ~Descriptor() { close(); }
 
     explicit operator bool() const { return m_number >= 0; }
     int number() const { return m_number; }
+
+    void close() {
+        if (m_number >= 0)
+            ::close(std::exchange(m_number, -1)); // does not touch errno when it succeeds
+    }
 
     // Whoever has taken the number over closes it.
     void release() { m_number = -1; }
@@ -42,4 +44,4 @@ inline Descriptor openFolder(int folder, const char* name) {
     return Descriptor(::openat(folder, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
 }
 
-} // namespace lumbra::files
+} // namespace lumbra
