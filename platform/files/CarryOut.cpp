@@ -27,13 +27,25 @@ QString verb(const Files::Transfer& transfer) {
     return transfer.kind == Kind::move ? QStringLiteral("move") : QStringLiteral("copy");
 }
 
+int replaceInPlace(const Location& source, const Location& target) {
+    const auto folderOf = [](const Location& location) {
+        return Descriptor(::open(location.parent().path().constData(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    };
+    const Descriptor from = folderOf(source);
+    const Descriptor to = from ? folderOf(target) : Descriptor();
+    if (!to)
+        return errno;
+    return renameReplacing(from.number(), std::string(source.lastComponent()).c_str(), to.number(),
+                           std::string(target.lastComponent()).c_str());
+}
+
 // Of a move that is nothing but a rename. EXDEV when it is not.
 int renameInPlace(const Files::Transfer& transfer, Location& target) {
     const char* const source = transfer.source.path().constData();
     if (transfer.source == transfer.target)
         return 0;
     if (transfer.ifTaken == IfTaken::replace)
-        return renameReplacing(AT_FDCWD, source, AT_FDCWD, target.path().constData());
+        return replaceInPlace(transfer.source, target);
     const Location folder = target.parent();
     QString name = target.name();
     return takeFreeName(name, [&](const QString& tried) {

@@ -49,11 +49,11 @@ Location TargetFolder::location() const {
 void refuseNonsense(const Files::Transfer& transfer) {
     const Location& source = transfer.source;
     const Location& target = transfer.target;
-    if (isImpossibleName(target))
-        throw Failure(EINVAL, target.view());
+    if (isImpossibleName(source) || isImpossibleName(target))
+        throw Failure(EINVAL, source.view());
+    if (target.lastComponent().size() > NAME_MAX)
+        throw Failure(ENAMETOOLONG, source.view()); // rather than when all of it is copied
     struct stat facts;
-    if (isImpossibleName(source))
-        throw Failure(ENOENT, source.view());
     if (::lstat(source.path().constData(), &facts) != 0)
         throw Failure(errno, source.view());
     if (S_ISDIR(facts.st_mode) && target.parent().isInside(source))

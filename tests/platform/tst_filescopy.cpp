@@ -55,7 +55,9 @@ private Q_SLOTS:
     void aFolderIsCopiedWithAllThatItCarries() {
         QFETCH(bool, across);
         TestHome home;
+        const EmptiedAtEnd homeEmptied(home.path());
         SecondDisk disk;
+        const EmptiedAtEnd diskEmptied(disk.path());
         if (across && !disk.isThere())
             QSKIP("there is no second file system here");
         const Location source = home.path().child("source");

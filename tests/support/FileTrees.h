@@ -136,4 +136,19 @@ inline void makeMixedTree(const Location& top) {
         ::utimensat(AT_FDCWD, (path + entry).c_str(), times, AT_SYMLINK_NOFOLLOW);
 }
 
+// Empties a temporary folder at the end of a test: Qt's own can't remove names that are no text.
+class EmptiedAtEnd {
+public:
+    explicit EmptiedAtEnd(Location folder) : m_folder(std::move(folder)) {}
+    ~EmptiedAtEnd() {
+        std::error_code error;
+        for (const auto& entry : std::filesystem::directory_iterator(pathOf(m_folder), error))
+            std::filesystem::remove_all(entry.path(), error);
+    }
+    Q_DISABLE_COPY_MOVE(EmptiedAtEnd)
+
+private:
+    Location m_folder;
+};
+
 } // namespace lumbra
