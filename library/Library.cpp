@@ -78,6 +78,7 @@ Library::Library(const Location& root, bool configured, QObject* parent)
     m_derivedDelay.setSingleShot(true);
     m_derivedDelay.setInterval(derivedDelay);
     connect(&m_derivedDelay, &QTimer::timeout, this, &Library::computeDerived);
+    connect(&m_transfers, &Transfers::progressChanged, this, [this] { m_transfer = m_transfers.progress(); });
     if (configured)
         QDir().mkpath(m_root.toString());
     m_rootFolder = KnownFolder(m_root);
@@ -199,7 +200,7 @@ void Library::publishIndex(AssetIndex index) {
 void Library::handle(const QList<FileEvent>& events) {
     Q_ASSERT(QThread::currentThread() == thread());
     // A comparison finds out what has gone from what is known, and so must know what the batches before it found.
-    if (m_indexing || (!m_batches.empty() && std::ranges::any_of(events, isWholeTree))) {
+    if (m_indexing || m_eventHolders > 0 || (!m_batches.empty() && std::ranges::any_of(events, isWholeTree))) {
         m_queuedEvents += events;
         return;
     }

@@ -13,11 +13,15 @@
 #include "Model.h"
 #include "ProjectGroups.h"
 #include "Watcher.h"
+#include "operations/OperationQueue.h"
+#include "operations/Transfers.h"
 #include "state/LibraryState.h"
 
 #include <QBindable>
+#include <QFuture>
 #include <QObject>
 #include <QTimer>
+#include <QUrl>
 
 #include <deque>
 #include <memory>
@@ -145,6 +149,56 @@ public:
     std::optional<GroupSuggestion> groupSuggestion() const;
     void dismiss(const GroupSuggestion& suggestion);
 
+    // Files and folders. These change the disk and report; the watcher brings what changed into `index`. One that fails
+    // sets `lastError` and does not stop the others.
+
+    // Moves into the folder what is in the library, and copies what is not; what is there already stays. What stays on
+    // its file system has arrived when the call returns, and the future is finished if nothing else is to be done; the
+    // rest goes on as `transfer`. `revision` rises once, at the end. Yields where things arrived, in the order given.
+    QFuture<QList<Location>> bring(const QList<Location>& urls, const Location& folder);
+
+    // Copies into the folder, as `transfer`; yields where the copies are.
+    QFuture<QList<Location>> exportTo(const QList<Location>& urls, const Location& folder);
+
+    // Copies to this very path, as `transfer`; what is there goes once the copy is complete.
+    QFuture<QList<Location>> exportAs(const Location& url, const Location& target);
+
+    // The new location, or absent on failure. The name is taken as given.
+    std::optional<Location> rename(const Location& url, const QString& name);
+
+    // The new folder, or absent on failure. Blanks around the name are dropped.
+    std::optional<Location> newFolderIn(const Location& folder, const QString& name);
+
+    // Asks nothing; goes on in the background, and raises `revision` at its end.
+    void trash(const QList<Location>& urls);
+
+    // Where a file of this name can go without taking the place of another, present or on its way.
+    Location freeNameFor(const QString& name, const Location& folder) const;
+
+    // The copies under way in the background, summed up; absent while there are none.
+    std::optional<Files::Progress> transfer() const { return m_transfer; }
+    QBindable<std::optional<Files::Progress>> bindableTransfer() { return &m_transfer; }
+
+    // Ends all of them: each is either wholly at its target or not at all, and its source as it was. Says nothing.
+    void cancelTransfer() { m_transfers.cancel(); }
+
+    // Stars all of the files unless all are starred, else takes their stars away, and offers to undo it. Here alone
+    // `index` changes at once; for very many files a moment later.
+    void toggleStar(const QList<Location>& urls);
+
+    // Projects. Each of these is one step to all others on the same project, though git and the trash are asked in the
+    // background.
+
+    void newProjectNamed(const QString& name, const std::optional<Location>& repository);
+    void renameProject(const Project& project, const QString& name);
+    void linkProject(const Project& project, const Location& repository);
+    void unlinkProject(const Project& project);
+    void trashProject(const Project& project);
+
+    // Follows a link from another program: "tidy" as host shows that page, "play" plays the file that the query item
+    // "path" names, any other host reveals it.
+    void handleLink(const QUrl& url);
+
     // Lists the top-level folders anew, on the spot, and watches those outside the root. Does not touch `revision`.
     void reloadProjects();
 
@@ -169,6 +223,7 @@ Q_SIGNALS:
     void pendingRevealChanged();
     void lastErrorChanged();
     void toastChanged();
+    void transferChanged();
     void playingChanged();
     void paletteOpenChanged();
     void onboardingChanged();
@@ -194,6 +249,14 @@ private:
     void computeDerived();
     template <typename Change>
     void changeState(Change change);
+    void holdEvents() { ++m_eventHolders; }
+    void releaseEvents();
+    using Finish = std::function<QList<Location>(const QList<Files::Arrival>&)>;
+    QFuture<QList<Location>> carryOut(const QList<Files::Transfer>& transfers, Finish finish);
+    void setStar(const QList<Location>& urls, bool starred, const OperationQueue::Done& done);
+    void undoStar(const QList<Location>& urls, bool starred);
+    Project upToDate(const Project& project) const;
+    void play(const Location& file);
 
     const Location m_root;
 
@@ -208,6 +271,7 @@ private:
     Q_OBJECT_BINDABLE_PROPERTY(Library, std::optional<Location>, m_pendingReveal, &Library::pendingRevealChanged)
     Q_OBJECT_BINDABLE_PROPERTY(Library, std::optional<QString>, m_lastError, &Library::lastErrorChanged)
     Q_OBJECT_BINDABLE_PROPERTY(Library, std::optional<Toast>, m_toast, &Library::toastChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(Library, std::optional<Files::Progress>, m_transfer, &Library::transferChanged)
     Q_OBJECT_BINDABLE_PROPERTY(Library, std::optional<PlayRequest>, m_playing, &Library::playingChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(Library, bool, m_paletteOpen, false, &Library::paletteOpenChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(Library, bool, m_onboarding, false, &Library::onboardingChanged)
@@ -227,8 +291,12 @@ private:
     bool m_isWalkBegun = false;
     std::deque<Batch> m_batches; // in the order in which they came, from the first that is not resolved
     quint64 m_lastBatch = 0;
-    // Held back while `indexing`, and by a comparison while batches are on their way.
+    // Held back while `indexing`, while an operation holds them, and by a comparison while batches are on their way.
     QList<FileEvent> m_queuedEvents;
+    int m_eventHolders = 0; // operations under way between whose steps no event may come
+    Transfers m_transfers;
+    OperationQueue m_projectWork;
+    OperationQueue m_starring;
     QTimer m_derivedDelay;           // a burst of changes collapses into one computation
     quint64 m_derivedGeneration = 0; // a computation that finds itself outdated drops its result
     std::stop_source m_stop;

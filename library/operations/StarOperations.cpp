@@ -1,0 +1,90 @@
+// The operations of Library that star files and take stars away.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/Stars.h"
+#include "library/Library.h"
+#include "platform/Tasks.h"
+
+#include <QPointer>
+
+#include <algorithm>
+
+namespace lumbra {
+
+namespace {
+
+// Files that are written at once, some 10 microseconds each. More would hold up the window.
+constexpr qsizetype mostAtOnce = 500;
+
+struct Starring {
+    QList<std::pair<Location, std::optional<Date>>> written; // with the star that each has now
+    std::optional<QString> lastFailed;                       // a file's name
+};
+
+Starring writeStars(const QList<Location>& urls, bool starred) {
+    Starring result;
+    for (const Location& url : urls) {
+        if (Stars::write(url, starred))
+            result.written.append({url, starred ? Stars::read(url) : std::nullopt});
+        else
+            result.lastFailed = url.name();
+    }
+    return result;
+}
+
+QString starredText(qsizetype count, bool starred) {
+    const QString verb = starred ? QStringLiteral("Added") : QStringLiteral("Removed");
+    const QString items = count > 1 ? QStringLiteral(" %1 items").arg(count) : QString();
+    return verb + items + (starred ? QStringLiteral(" to Starred") : QStringLiteral(" from Starred"));
+}
+
+} // namespace
+
+void Library::toggleStar(const QList<Location>& urls) {
+    if (urls.isEmpty())
+        return;
+    m_starring.add({m_root}, [this, urls](const OperationQueue::Done& done) {
+        const bool starred = !std::ranges::all_of(urls, [this](const Location& url) { return isStarred(url); });
+        setStar(urls, starred, [this, urls, starred, done] {
+            const auto undo = [library = QPointer(this), urls, starred] {
+                if (library)
+                    library->undoStar(urls, starred);
+            };
+            setToast(Toast{.text = starredText(urls.size(), starred), .starred = starred, .undo = undo});
+            done();
+        });
+    });
+}
+
+void Library::undoStar(const QList<Location>& urls, bool starred) {
+    m_starring.add({m_root}, [this, urls, starred](const OperationQueue::Done& done) {
+        setStar(urls, !starred, [this, done] {
+            setToast(std::nullopt);
+            done();
+        });
+    });
+}
+
+void Library::setStar(const QList<Location>& urls, bool starred, const OperationQueue::Done& done) {
+    const auto take = [this, done](const Starring& result) {
+        AssetIndex::Changes changes;
+        for (const auto& [url, date] : result.written) {
+            if (auto asset = index().find(url)) {
+                asset->starred = date;
+                changes.assets.append(*std::move(asset));
+            }
+        }
+        if (result.lastFailed)
+            setLastError(QStringLiteral("Couldn't change the star on ") + *result.lastFailed + u'.');
+        // A batch of its own, so that those before it, which may have read the stars of before, do not win.
+        m_batches.push_back({++m_lastBatch, std::nullopt});
+        apply(m_lastBatch, std::move(changes));
+        done();
+    };
+    if (urls.size() <= mostAtOnce)
+        take(writeStars(urls, starred));
+    else
+        Tasks::run(Tasks::Pool::lasting, [urls, starred] { return writeStars(urls, starred); }).then(this, take);
+}
+
+} // namespace lumbra
