@@ -1,8 +1,8 @@
 // Turns folders into assets: `walk` goes through a whole tree, `list` looks at one folder, and `isInsidePruned` answers
 // for one path whether a walk would pass it by. All apply the same rules for what is invisible.
 //
-// Failures are absence: an unreadable folder is empty, an entry that can't be examined is not there. No state; safe on
-// any thread.
+// Failures are absence: an unreadable folder is empty, an entry that can't be examined is not there, and neither is one
+// whose name is not UTF-8 or whose path is longer than the system takes (4,095 bytes). No state; safe on any thread.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once

@@ -3,6 +3,8 @@
 
 #include <QtTest>
 
+#include <algorithm>
+#include <functional>
 #include <map>
 #include <random>
 
@@ -112,27 +114,35 @@ private Q_SLOTS:
         QVERIFY(index.find(at("/l/p/b.png"))->starred == Date{3});
     }
 
-    // A thousand random batches against a plain map that follows the same rules.
+    // Random batches against a plain map that follows the same rules; few folders, and so many that they fill chunks,
+    // whose borders move as folders come and go.
+    void agreesWithAPlainMapOverRandomBatches_data() {
+        QTest::addColumn<unsigned>("letters"); // that a folder's name may have
+        QTest::addColumn<int>("atFirst");      // files
+        QTest::newRow("few folders") << 3u << 0;
+        QTest::newRow("many folders") << 16u << 8000;
+        QTest::newRow("folders that grow to many") << 16u << 0;
+    }
+
     void agreesWithAPlainMapOverRandomBatches() {
+        QFETCH(unsigned, letters);
+        QFETCH(int, atFirst);
         std::mt19937 random(20240501);
         const auto number = [&](unsigned below) { return unsigned(random() % below); };
         const auto folder = [&] {
             std::string path = "/l";
             for (unsigned depth = 1 + number(3); depth > 0; --depth)
-                path += "/" + std::string(1, char('a' + number(3))) + (number(4) == 0 ? "-" : "");
+                path += "/" + std::string(1, char('a' + number(letters))) + (number(4) == 0 ? "-" : "");
             return path;
         };
+        const auto file = [&] { return folder() + "/" + std::to_string(number(6)) + ".png"; };
+        const auto randomAsset = [&](int round) {
+            return asset(file(), qint64(number(1000)), number(3) ? std::nullopt : std::optional(Date{double(round)}));
+        };
+
         std::map<std::string, Asset> truth;
         AssetIndex index;
-        for (int round = 0; round < 1000; ++round) {
-            AssetIndex::Changes changes;
-            for (unsigned i = number(3); i > 0; --i) {
-                const std::string path = number(2) ? folder() : folder() + "/" + std::to_string(number(6)) + ".png";
-                changes.gone.append(at(path.c_str()));
-            }
-            for (unsigned i = number(5); i > 0; --i)
-                changes.assets.append(asset(folder() + "/" + std::to_string(number(6)) + ".png", qint64(number(1000)),
-                                            number(3) ? std::nullopt : std::optional(Date{double(round)})));
+        const auto apply = [&](const AssetIndex::Changes& changes) {
             for (const Location& gone : changes.gone) {
                 const std::string path(gone.view());
                 if (truth.erase(path) == 0)
@@ -140,11 +150,45 @@ private Q_SLOTS:
             }
             for (const Asset& stored : changes.assets)
                 truth.insert_or_assign(std::string(stored.url.view()), stored);
-
             // What a batch removes is told by the index it is applied to, not by what the batch itself removed before.
             index = index.applying(changes);
+        };
+        const auto agrees = [&](const Location& below) {
+            std::map<std::string, Asset> found;
+            const Assets assets = index.assetsUnder(below);
+            for (const Asset& each : assets)
+                found.insert_or_assign(std::string(each.url.view()), each);
+            std::map<std::string, Asset> expected;
+            for (const auto& [path, each] : truth)
+                if (path.starts_with(std::string(below.view()) + "/"))
+                    expected.insert_or_assign(path, each);
+            return found == expected && assets.size() == qsizetype(found.size());
+        };
+
+        AssetIndex::Changes first;
+        for (int i = 0; i < atFirst; ++i)
+            first.assets.append(randomAsset(0));
+        apply(first);
+        for (int round = 0; round < 1000; ++round) {
+            AssetIndex::Changes changes;
+            for (unsigned i = number(3); i > 0; --i)
+                changes.gone.append(at((number(2) ? folder() : file()).c_str()));
+            // Now and then a whole project arrives.
+            for (unsigned i = number(50) == 0 ? letters * 40 : number(5); i > 0; --i)
+                changes.assets.append(randomAsset(round));
+            apply(changes);
             QCOMPARE(index.count(), qsizetype(truth.size()));
+            if (round % 50 == 0)
+                QVERIFY(agrees(at(folder().c_str())));
         }
+        QVERIFY(agrees(at("/l")));
+        std::vector<std::string> folders;
+        for (const auto& each : index.folders()) {
+            QVERIFY(each->size() > 0);
+            folders.push_back(each->path());
+        }
+        QCOMPARE(folders.size(), index.folders().size());
+        QVERIFY(std::ranges::is_sorted(folders, std::ranges::less_equal()));
         for (const auto& [path, expected] : truth)
             QVERIFY(index.find(Location(QByteArray::fromStdString(path))) == expected);
     }
