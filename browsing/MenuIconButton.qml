@@ -10,7 +10,8 @@ IconButton {
 
     property var entries: () => []
 
-    onClicked: context.openAt(0, height + Theme.grid)
+    hintMuted: context.opened
+    onClicked: context.openBelow(0, -Theme.grid, height + Theme.grid)
 
     ContextMenu {
         id: context

@@ -28,7 +28,7 @@ Item {
 
     function openMenu() {
         if (row.hasMenu)
-            context.openAt(content.x + chevron.width, height)
+            context.openBelow(content.x + chevron.width, 0, height)
     }
 
     implicitHeight: Theme.rowHeight
@@ -78,6 +78,7 @@ Item {
     Hint {
         anchors.fill: bed
         text: line.row.help || (name.truncated ? line.row.title : "")
+        muted: context.opened || mouse.pressed
     }
 
     Item {
@@ -165,7 +166,7 @@ Item {
                 focusPolicy: Qt.NoFocus
                 symbol: "ellipsis"
                 text: qsTr("More")
-                onClicked: context.openAt(content.x + marks.x + x, line.height)
+                onClicked: context.openBelow(content.x + marks.x + x, 0, line.height)
             }
             IconButton {
                 visible: line.hovered && line.row.type === "pinned"

@@ -5,6 +5,7 @@
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import QtQuick.Window
 
 Item {
     id: context
@@ -15,11 +16,24 @@ Item {
     signal aboutToOpen()
 
     function openAt(x: real, y: real) {
+        make().popup(context, x, y)
+    }
+
+    // Hangs below something that ends at `bottom`, or stands on its `top` where there is no room below: what opened the
+    // menu stays in sight, and the pointer does not come to lie on an entry.
+    function openBelow(x: real, top: real, bottom: real) {
+        const menu = make()
+        const end = context.mapToItem(null, 0, bottom + menu.implicitHeight).y + menu.bottomMargin
+        const fits = end <= context.Window.height || context.mapToItem(null, 0, top - menu.implicitHeight).y < 0
+        menu.popup(context, x, fits ? bottom : top - menu.implicitHeight)
+    }
+
+    function make(): Menu {
         aboutToOpen()
         loader.active = false
         loader.active = true
         loader.item.closed.connect(() => loader.active = false)
-        loader.item.popup(context, x, y)
+        return loader.item as Menu
     }
 
     anchors.fill: parent
@@ -35,7 +49,7 @@ Item {
             if (event.key !== Qt.Key_Menu && !(event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier))
                 return
             event.accepted = true
-            context.openAt(Theme.rowInset, context.height)
+            context.openBelow(Theme.rowInset, 0, context.height)
         }
     }
     Loader {

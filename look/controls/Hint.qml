@@ -9,11 +9,16 @@ Item {
 
     property string text
     property Item control: parent
+    property bool muted: false // while something else is open here, which the tip would lie over
     // A control tells of its pointer and its focus itself; a plain item is watched.
-    readonly property bool wanted: text !== "" && control.enabled
-        && ((control.hovered ?? pointer.hovered) || (control.visualFocus ?? false)) && !(control.down ?? false)
+    readonly property bool near: (control.hovered ?? pointer.hovered) || (control.visualFocus ?? false)
+    readonly property bool pressed: control.down ?? false
+    property bool used: false // whoever has pressed it knows what it does
+    readonly property bool wanted: text !== "" && control.enabled && near && !used && !muted
 
     anchors.fill: parent
+    onPressedChanged: if (pressed) used = true
+    onNearChanged: if (!near) used = false
     onWantedChanged: wanted ? delay.restart() : delay.stop()
 
     HoverHandler {

@@ -11,6 +11,7 @@ T.Button {
 
     property string symbol
     property string hint
+    property bool hintMuted: false
     property int symbolSize: Theme.sizeSymbol
     property color ink: checked ? Theme.amber : hovered || down ? Theme.text : Theme.textSoft
 
@@ -40,5 +41,9 @@ T.Button {
     }
 
     FocusRing { shown: control.visualFocus; outset: 0 }
-    Hint { text: control.hint || control.text; control: control }
+    Hint {
+        text: control.hint || control.text
+        control: control
+        muted: control.hintMuted
+    }
 }

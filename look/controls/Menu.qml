@@ -25,9 +25,6 @@ T.Menu {
     cascade: true
     delegate: MenuItem {}
 
-    enter: Transition { EaseNumber { property: "opacity"; from: 0; to: 1 } }
-    exit: Transition { EaseNumber { property: "opacity"; to: 0 } }
-
     contentItem: ListView {
         implicitHeight: contentHeight
         model: menu.contentModel

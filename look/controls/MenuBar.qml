@@ -1,4 +1,4 @@
-// The row of menus at the top of the window.
+// The row of menus at the top of the window. F10 opens the first, from which the arrow keys lead on.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
@@ -32,12 +32,19 @@ T.MenuBar {
             Rectangle {
                 anchors { fill: parent; topMargin: Theme.grid; bottomMargin: Theme.grid }
                 radius: Theme.radiusItem
-                color: item.down || item.highlighted ? Theme.menuHover : Theme.clear
+                // Not where `highlighted`: that stays once Escape has closed a menu under the pointer.
+                color: item.down || item.hovered || (item.menu?.visible ?? false) ? Theme.menuHover : Theme.clear
             }
         }
     }
 
     contentItem: Row { Repeater { model: bar.contentModel } }
+
+    Shortcut {
+        sequence: "F10"
+        enabled: bar.count > 0
+        onActivated: bar.itemAt(0).triggered()
+    }
 
     background: Rectangle {
         color: Theme.pane

@@ -18,6 +18,7 @@ private Q_SLOTS:
     void focusShowsOnlyForTheKeyboard();
     void aDisabledButtonIsPassedOver();
     void aSymbolButtonHasANameAndAToolTip();
+    void aToolTipStaysAwayOncePressedUntilThePointerComesBack();
     void aCheckBoxIsTickedByKey();
     void aSliderMovesByKey();
     void aChipTellsWhetherItIsOn();
@@ -26,10 +27,6 @@ private Q_SLOTS:
     void escapeEmptiesASearchFirst();
     void theClearButtonEmptiesAField();
     void aNameIsSelectedWholeOnFocus();
-    void aMenuIsUsedByKey();
-    void aMenuShowsTheShortcutOfItsAction();
-    void aMenuSkipsWhatIsDisabled();
-    void aContextMenuOpensByRightClickAndByKey();
     void aSheetKeepsTheFocusInside();
     void escapeDismissesASheet();
     void aSheetThatMustBeAnsweredIgnoresEscape();
@@ -111,6 +108,23 @@ void tst_controls::aSymbolButtonHasANameAndAToolTip() {
     QTRY_VERIFY(!window.root()->findChild<QObject*>(QStringLiteral("toolTip")));
 }
 
+void tst_controls::aToolTipStaysAwayOncePressedUntilThePointerComesBack() {
+    QmlWindow window("IconButton { objectName: 'button'; text: 'New Project'; x: 50; y: 50\n"
+                     "Hint { objectName: 'hint'; text: 'More'; control: parent } }");
+    const auto wanted = [&] { return window.value("hint", "wanted").toBool(); };
+    QTest::mouseMove(window.window(), window.centreOf("button"));
+    QTRY_VERIFY(wanted());
+    window.click("button");
+    QVERIFY(!wanted());
+    QTest::mouseMove(window.window(), window.centreOf("button") + QPoint(3, 3));
+    QVERIFY(!wanted());
+    QTest::mouseMove(window.window(), QPoint(400, 300));
+    QTest::mouseMove(window.window(), window.centreOf("button"));
+    QTRY_VERIFY(wanted());
+    window.find("hint")->setProperty("muted", true);
+    QVERIFY(!wanted());
+}
+
 void tst_controls::aCheckBoxIsTickedByKey() {
     QmlWindow window("CheckBox { objectName: 'box'; text: 'Subfolders' }");
     window.press(Qt::Key_Tab);
@@ -183,71 +197,6 @@ void tst_controls::aNameIsSelectedWholeOnFocus() {
     QmlWindow window("TextField { objectName: 'field'; selectsAll: true; text: 'untitled folder' }");
     window.press(Qt::Key_Tab);
     QCOMPARE(window.value("field", "selectedText").toString(), QStringLiteral("untitled folder"));
-}
-
-void tst_controls::aMenuIsUsedByKey() {
-    QmlWindow window("property string chosen\n"
-                     "Menu { id: menu; objectName: 'menu'; MenuItem { text: 'One'; onTriggered: chosen = text }"
-                     "Menu { title: 'More'; MenuItem { text: 'Deep'; onTriggered: chosen = text } }"
-                     "MenuSeparator {} MenuItem { text: 'Two'; onTriggered: chosen = text } }\n"
-                     "function open() { menu.popup() }");
-    const auto choose = [&](const QList<int>& keys) {
-        QMetaObject::invokeMethod(window.root(), "open");
-        QTRY_VERIFY(window.value("menu", "opened").toBool());
-        for (const int key : keys)
-            window.press(key);
-        QTRY_VERIFY(!window.value("menu", "visible").toBool());
-    };
-    choose({Qt::Key_Down, Qt::Key_Return});
-    QCOMPARE(window.root()->property("chosen").toString(), QStringLiteral("One"));
-    choose({Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Space});
-    QCOMPARE(window.root()->property("chosen").toString(), QStringLiteral("Two"));
-    window.root()->setProperty("chosen", QString());
-    choose({Qt::Key_Escape});
-    QCOMPARE(window.root()->property("chosen").toString(), QString());
-    choose({Qt::Key_Down, Qt::Key_Down, Qt::Key_Right, Qt::Key_Return});
-    QCOMPARE(window.root()->property("chosen").toString(), QStringLiteral("Deep"));
-}
-
-void tst_controls::aMenuShowsTheShortcutOfItsAction() {
-    QmlWindow window("C.Action { id: action; text: 'New Folder'; shortcut: 'Ctrl+Shift+N' }\n"
-                     "MenuItem { objectName: 'item'; action: action }",
-                     "import QtQuick.Controls.Basic as C");
-    QCOMPARE(window.value("item", "shortcutText").toString(), QStringLiteral("Ctrl+Shift+N"));
-    QCOMPARE(window.value("item", "text").toString(), QStringLiteral("New Folder"));
-}
-
-void tst_controls::aMenuSkipsWhatIsDisabled() {
-    QmlWindow window("property string chosen\n"
-                     "Menu { id: menu; objectName: 'menu'; MenuItem { text: 'One'; enabled: false }"
-                     "MenuItem { text: 'Two'; onTriggered: chosen = text } }\n"
-                     "function open() { menu.popup() }");
-    QMetaObject::invokeMethod(window.root(), "open");
-    QTRY_VERIFY(window.value("menu", "opened").toBool());
-    window.press(Qt::Key_Down);
-    window.press(Qt::Key_Return);
-    QCOMPARE(window.root()->property("chosen").toString(), QStringLiteral("Two"));
-}
-
-void tst_controls::aContextMenuOpensByRightClickAndByKey() {
-    QmlWindow window("property string chosen\n"
-                     "Item { objectName: 'row'; width: 200; height: 28; activeFocusOnTab: true\n"
-                     "ContextMenu { objectName: 'context'; menu: Component { Menu {\n"
-                     "MenuItem { text: 'Rename'; onTriggered: chosen = text } } } } }");
-    window.click("row", Qt::RightButton);
-    QTRY_VERIFY(window.value("context", "opened").toBool());
-    window.press(Qt::Key_Down);
-    window.press(Qt::Key_Return);
-    QTRY_COMPARE(window.root()->property("chosen").toString(), QStringLiteral("Rename"));
-    QTRY_VERIFY(!window.value("context", "opened").toBool());
-
-    for (const auto& [key, modifiers] : {std::pair(Qt::Key_Menu, Qt::NoModifier), {Qt::Key_F10, Qt::ShiftModifier}}) {
-        window.find<QQuickItem>("row")->forceActiveFocus();
-        window.press(key, modifiers);
-        QTRY_VERIFY(window.value("context", "opened").toBool());
-        window.press(Qt::Key_Escape);
-        QTRY_VERIFY(!window.value("context", "opened").toBool());
-    }
 }
 
 void tst_controls::aSheetKeepsTheFocusInside() {

@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/QmlWindow.h"
+
+using namespace lumbra;
+
+class tst_menus : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { Look::prepareApplication(); }
+
+    void aMenuIsUsedByKey();
+    void theKeysLeadOnAtOnceWhereASubmenuWasClosed();
+    void aMenuShowsTheShortcutOfItsAction();
+    void aMenuSkipsWhatIsDisabled();
+    void aContextMenuOpensByRightClickAndByKey();
+    void aMenuHangsBelowWhatOpenedItOrStandsOnIt_data();
+    void aMenuHangsBelowWhatOpenedItOrStandsOnIt();
+    void theMenuBarIsUsedByKey();
+};
+
+void tst_menus::aMenuIsUsedByKey() {
+    QmlWindow window("property string chosen\n"
+                     "Menu { id: menu; objectName: 'menu'; MenuItem { text: 'One'; onTriggered: chosen = text }"
+                     "Menu { title: 'More'; MenuItem { text: 'Deep'; onTriggered: chosen = text } }"
+                     "MenuSeparator {} MenuItem { text: 'Two'; onTriggered: chosen = text } }\n"
+                     "function open() { menu.popup() }");
+    const auto choose = [&](const QList<int>& keys) {
+        QMetaObject::invokeMethod(window.root(), "open");
+        QTRY_VERIFY(window.value("menu", "opened").toBool());
+        for (const int key : keys)
+            window.press(key);
+        QTRY_VERIFY(!window.value("menu", "visible").toBool());
+    };
+    choose({Qt::Key_Down, Qt::Key_Return});
+    QCOMPARE(window.root()->property("chosen").toString(), QStringLiteral("One"));
+    choose({Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Space});
+    QCOMPARE(window.root()->property("chosen").toString(), QStringLiteral("Two"));
+    window.root()->setProperty("chosen", QString());
+    choose({Qt::Key_Escape});
+    QCOMPARE(window.root()->property("chosen").toString(), QString());
+    choose({Qt::Key_Down, Qt::Key_Down, Qt::Key_Right, Qt::Key_Return});
+    QCOMPARE(window.root()->property("chosen").toString(), QStringLiteral("Deep"));
+}
+
+void tst_menus::theKeysLeadOnAtOnceWhereASubmenuWasClosed() {
+    QmlWindow window("property string chosen\n"
+                     "Menu { id: menu; objectName: 'menu'; Menu { title: 'More'; MenuItem { text: 'Deep' } }"
+                     "MenuItem { text: 'Two'; onTriggered: chosen = text } }\n"
+                     "function open() { menu.popup() }");
+    QMetaObject::invokeMethod(window.root(), "open");
+    QTRY_VERIFY(window.value("menu", "opened").toBool());
+    for (const int key : {Qt::Key_Down, Qt::Key_Right, Qt::Key_Left, Qt::Key_Down, Qt::Key_Return})
+        window.press(key);
+    QCOMPARE(window.root()->property("chosen").toString(), QStringLiteral("Two"));
+}
+
+void tst_menus::aMenuShowsTheShortcutOfItsAction() {
+    QmlWindow window("C.Action { id: action; text: 'New Folder'; shortcut: 'Ctrl+Shift+N' }\n"
+                     "MenuItem { objectName: 'item'; action: action }",
+                     "import QtQuick.Controls.Basic as C");
+    QCOMPARE(window.value("item", "shortcutText").toString(), QStringLiteral("Ctrl+Shift+N"));
+    QCOMPARE(window.value("item", "text").toString(), QStringLiteral("New Folder"));
+}
+
+void tst_menus::aMenuSkipsWhatIsDisabled() {
+    QmlWindow window("property string chosen\n"
+                     "Menu { id: menu; objectName: 'menu'; MenuItem { text: 'One'; enabled: false }"
+                     "MenuItem { text: 'Two'; onTriggered: chosen = text } }\n"
+                     "function open() { menu.popup() }");
+    QMetaObject::invokeMethod(window.root(), "open");
+    QTRY_VERIFY(window.value("menu", "opened").toBool());
+    window.press(Qt::Key_Down);
+    window.press(Qt::Key_Return);
+    QCOMPARE(window.root()->property("chosen").toString(), QStringLiteral("Two"));
+}
+
+void tst_menus::aContextMenuOpensByRightClickAndByKey() {
+    QmlWindow window("property string chosen\n"
+                     "Item { objectName: 'row'; width: 200; height: 28; activeFocusOnTab: true\n"
+                     "ContextMenu { objectName: 'context'; menu: Component { Menu {\n"
+                     "MenuItem { text: 'Rename'; onTriggered: chosen = text } } } } }");
+    window.click("row", Qt::RightButton);
+    QTRY_VERIFY(window.value("context", "opened").toBool());
+    window.press(Qt::Key_Down);
+    window.press(Qt::Key_Return);
+    QTRY_COMPARE(window.root()->property("chosen").toString(), QStringLiteral("Rename"));
+    QTRY_VERIFY(!window.value("context", "opened").toBool());
+
+    for (const auto& [key, modifiers] : {std::pair(Qt::Key_Menu, Qt::NoModifier), {Qt::Key_F10, Qt::ShiftModifier}}) {
+        window.find<QQuickItem>("row")->forceActiveFocus();
+        window.press(key, modifiers);
+        QTRY_VERIFY(window.value("context", "opened").toBool());
+        window.press(Qt::Key_Escape);
+        QTRY_VERIFY(!window.value("context", "opened").toBool());
+    }
+}
+
+void tst_menus::aMenuHangsBelowWhatOpenedItOrStandsOnIt_data() {
+    QTest::addColumn<int>("y");
+    QTest::addColumn<bool>("below");
+    QTest::newRow("there is room below") << 100 << true;
+    QTest::newRow("at the window's foot") << 370 << false;
+}
+
+void tst_menus::aMenuHangsBelowWhatOpenedItOrStandsOnIt() {
+    QFETCH(int, y);
+    QFETCH(bool, below);
+    QmlWindow window("Item { objectName: 'row'; width: 200; height: 28\n"
+                     "ContextMenu { id: context; menu: Component { Menu { objectName: 'menu'\n"
+                     "MenuItem { text: 'One' } MenuItem { text: 'Two' } } } } }\n"
+                     "function open() { context.openBelow(0, 0, 28) }");
+    window.find<QQuickItem>("row")->setY(y);
+    QMetaObject::invokeMethod(window.root(), "open");
+    QTRY_VERIFY(window.value("menu", "opened").toBool());
+    const auto* drawn = window.value("menu", "contentItem").value<QQuickItem*>()->parentItem();
+    const double top = drawn->mapToScene(QPointF()).y();
+    QCOMPARE(below ? top : top + drawn->height(), below ? y + 28.0 : double(y));
+}
+
+void tst_menus::theMenuBarIsUsedByKey() {
+    QmlWindow window(
+        "property string chosen\n"
+        "MenuBar { id: bar; width: parent.width\n"
+        "Menu { title: 'File'; objectName: 'file'; MenuItem { text: 'One'; onTriggered: chosen = text } }\n"
+        "Menu { title: 'Edit'; objectName: 'edit'; MenuItem { text: 'Two'; onTriggered: chosen = text } } "
+        "}");
+    window.press(Qt::Key_F10);
+    QTRY_VERIFY(window.value("file", "visible").toBool());
+    window.press(Qt::Key_Right);
+    QTRY_VERIFY(window.value("edit", "visible").toBool());
+    QVERIFY(!window.value("file", "visible").toBool());
+    window.press(Qt::Key_Down);
+    window.press(Qt::Key_Return);
+    QTRY_COMPARE(window.root()->property("chosen").toString(), QStringLiteral("Two"));
+    QVERIFY(!window.value("edit", "visible").toBool());
+    window.press(Qt::Key_F10);
+    QTRY_VERIFY(window.value("file", "visible").toBool());
+    window.press(Qt::Key_Escape);
+    QTRY_VERIFY(!window.value("file", "visible").toBool());
+}
+
+QTEST_MAIN(tst_menus)
+#include "tst_menus.moc"
