@@ -231,6 +231,8 @@ bool AssetIndex::contains(const Location& path) const {
 
 QList<AssetIndex::FolderPointer> AssetIndex::foldersUnder(const Location& location) const {
     QList<FolderPointer> found;
+    if (location.isEmpty())
+        return found;
     const auto [first, last] = boundsBelow(location.view());
     const auto own = position(location.view());
     const auto begin = position(first);
@@ -255,6 +257,8 @@ AssetIndex::Edits AssetIndex::editsFor(const Changes& changes) const {
     Edits edits;
     edits.touchedChunks.resize(m_table->size());
     for (const Location& path : changes.gone) {
+        if (path.isEmpty())
+            continue;
         if (contains(path)) {
             edits.byFolder[parentOf(path.view())].gone.push_back(nameOf(path.view()));
             continue;

@@ -102,6 +102,14 @@ private Q_SLOTS:
         QCOMPARE(everything(index.applying({{at("/l/x"), at("/l/p/none.png")}, {}})), everything(index));
     }
 
+    // And not everything, as the beginning of every path.
+    void nowhereHoldsNothing() {
+        const AssetIndex index = indexOf({"/l/p/a.png"});
+        QVERIFY(index.assetsUnder(Location()).isEmpty());
+        QVERIFY(!index.contains(Location()));
+        QCOMPARE(index.applying({{Location()}, {}}).count(), 1);
+    }
+
     void ofTwoFoldersWithOnePathTheLaterStays() {
         auto first = std::make_shared<AssetIndex::Folder>("/l/p");
         first->add({"a.png", AssetKind::image, 1, {}, {}});
