@@ -14,11 +14,13 @@ Item {
     property alias cornerRadius: picture.cornerRadius
     readonly property alias hasImage: picture.hasImage
     readonly property alias failed: picture.failed
-    readonly property bool settled: hasImage || failed
+
+    // Nothing stands for the file before it is known to have no picture.
+    property bool plainWhileLoading: false
 
     Symbol {
         anchors.centerIn: parent
-        visible: !view.hasImage
+        visible: !view.hasImage && (view.failed || !view.plainWhileLoading)
         name: picture.kindSymbol
         size: Math.round(0.22 * Math.min(view.size, view.width))
         color: Theme.textFaint

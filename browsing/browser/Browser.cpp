@@ -2,6 +2,7 @@
 #include "Browser.h"
 
 #include "browsing/tiles/TileMenus.h"
+#include "library/Actions.h"
 
 #include <numeric>
 
@@ -28,6 +29,14 @@ QString pageName(Place::Case which) {
 qint64 summedSize(const Assets& assets) {
     return std::accumulate(assets.begin(), assets.end(), qint64(0),
                            [](qint64 sum, const Asset& asset) { return sum + asset.size; });
+}
+
+QList<Location> urlsOf(const Assets& assets) {
+    QList<Location> urls;
+    urls.reserve(assets.size());
+    for (const Asset& asset : assets)
+        urls.append(asset.url);
+    return urls;
 }
 
 PageRows::Facts factsOf(Library* library) {
@@ -303,9 +312,19 @@ void Browser::play(const Asset& asset) {
     m_library->setPlaying(PlayRequest{asset, m_order.value().assets()});
 }
 
+void Browser::toggleStar(const PageCell& cell) {
+    m_library->toggleStar(targets(cell.url));
+}
+
 bool Browser::press(int key, Qt::KeyboardModifiers modifiers, bool repeated) {
     if (key == Qt::Key_A && modifiers == Qt::ControlModifier) {
         selectAll();
+        return true;
+    }
+    if (key == Qt::Key_C && modifiers == Qt::ControlModifier) {
+        // A turn later, when whoever asks the pasteboard during this one is done.
+        QMetaObject::invokeMethod(
+            this, [this, urls = urlsOf(m_selected)] { Actions::copy(urls, m_library); }, Qt::QueuedConnection);
         return true;
     }
     if (modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))
@@ -317,6 +336,15 @@ bool Browser::press(int key, Qt::KeyboardModifiers modifiers, bool repeated) {
         if (m_selected.value().isEmpty())
             return false;
         play(m_selected.value().first());
+        return true;
+    case Qt::Key_S:
+        if (m_selected.value().isEmpty())
+            return false;
+        m_library->toggleStar(urlsOf(m_selected));
+        return true;
+    case Qt::Key_Delete:
+        trash(urlsOf(m_selected));
+        m_selection = QSet<Location>();
         return true;
     case Qt::Key_Left:
     case Qt::Key_Up:
@@ -357,9 +385,29 @@ void Browser::selectAll() {
     m_selection = all;
 }
 
+void Browser::ask(const NamePrompt& prompt) const {
+    if (m_ask)
+        m_ask(prompt);
+}
+
+void Browser::rename(const Location& url) {
+    ask(NamePrompt::request(QStringLiteral("Rename"), url.name(), [this, url](const QString& name) {
+        if (const auto renamed = m_library->rename(url, name))
+            select(Selection::just(*renamed));
+    }));
+}
+
+void Browser::trash(const QList<Location>& urls) {
+    m_library->trash(urls);
+    QSet<Location> kept = m_selection;
+    for (const Location& url : urls)
+        kept.remove(url);
+    m_selection = kept;
+}
+
 QVariantList Browser::menu(const PageCell& cell) const {
     if (cell.isAsset())
-        return MenuEntry::toVariants(TileMenus::asset(m_library, cell.url, targets(cell.url)));
+        return MenuEntry::toVariants(TileMenus::asset(*m_library, menuPage(), cell.url, targets(cell.url)));
     if (cell.isFolder())
         return MenuEntry::toVariants(TileMenus::folder(m_library, cell.url));
     return {};

@@ -13,6 +13,7 @@
 #include "PageRows.h"
 #include "PageText.h"
 #include "Selection.h"
+#include "browsing/NamePrompt.h"
 #include "browsing/chrome/GroupCards.h"
 #include "browsing/chrome/PathBar.h"
 #include "library/Library.h"
@@ -111,8 +112,19 @@ public:
     Q_INVOKABLE void click(const lumbra::PageCell& cell, Qt::KeyboardModifiers modifiers);
     Q_INVOKABLE void clickBackground();
     Q_INVOKABLE void play(const lumbra::Asset& asset);
+    Q_INVOKABLE void toggleStar(const lumbra::PageCell& cell); // with all that is selected along with it
     Q_INVOKABLE bool press(int key, Qt::KeyboardModifiers modifiers, bool repeated);
     Q_INVOKABLE void selectAll();
+
+    // Asks for another name, and selects the file under it.
+    void rename(const Location& url);
+
+    // The files leave the selection, whatever comes of it.
+    void trash(const QList<Location>& urls);
+
+    // Who shows the sheet that asks for a name. Without one nothing is renamed.
+    void setNamePrompt(std::function<void(const NamePrompt&)> ask) { m_ask = std::move(ask); }
+    void ask(const NamePrompt& prompt) const;
 
     // What stands in the context menu of a tile: a list of MenuEntry, empty for a tile without a menu.
     Q_INVOKABLE QVariantList menu(const lumbra::PageCell& cell) const;
@@ -189,6 +201,7 @@ private:
     Q_OBJECT_BINDABLE_PROPERTY(Browser, EmptyState, m_emptyState, &Browser::emptyStateChanged)
     Q_OBJECT_BINDABLE_PROPERTY(Browser, QVariantMap, m_headers, &Browser::headersChanged)
 
+    std::function<void(const NamePrompt&)> m_ask;
     bool m_appeared = false;
     bool m_loadScheduled = false;
     int m_loads = 0; // under way

@@ -3,6 +3,7 @@
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import QtQuick.Window
 import Lumbra.Browsing
 import Lumbra.Look
 
@@ -12,6 +13,10 @@ FocusScope {
     required property Browser browser
 
     readonly property TileMetrics metrics: TileMetrics { size: grid.browser.settings.zoom }
+
+    // To the pictures of the first column and of the last, with which the heads of sections are flush.
+    readonly property int pictureInset: Math.round(browser.rows.inset + (browser.rows.cellWidth - metrics.width) / 2)
+        + Theme.tileMargin
 
     // Scrolls until the row is in view; `mode` as positionViewAtIndex takes it.
     function scrollTo(row: int, mode: int) {
@@ -31,6 +36,12 @@ FocusScope {
         motion.from = from
         motion.to = to
         motion.start()
+    }
+
+    function takeFocusBack() {
+        const item = Window.activeFocusItem
+        if (list.activeFocus && item !== list)
+            item.focus = false
     }
 
     // What the right button does on a tile, for the first selected one.
@@ -63,7 +74,10 @@ FocusScope {
             if (grid.browser.gridFocused)
                 grid.forceActiveFocus(Qt.OtherFocusReason)
         }
+        // The keys belong to what was selected last, no longer to the folder that the focus had come to.
+        function onSelectionChanged() { grid.takeFocusBack() }
         function onPageTurned() {
+            grid.takeFocusBack()
             motion.stop()
             list.positionViewAtBeginning()
         }
@@ -86,6 +100,7 @@ FocusScope {
 
         anchors.fill: parent
         focus: true
+        activeFocusOnTab: true
         model: grid.browser.rows
         reuseItems: true
         keyNavigationEnabled: false
@@ -98,6 +113,7 @@ FocusScope {
         section.delegate: SectionHead {
             required property string section
             width: list.width
+            inset: grid.pictureInset
             header: grid.browser.headers[section]
             onActivated: grid.browser.showStarred()
         }

@@ -14,8 +14,6 @@ Item {
 
     readonly property PageRows rows: browser.rows
     readonly property bool isButton: row.more !== ""
-    readonly property real span: rows.columns * rows.cellWidth + (rows.columns - 1) * Theme.tileGap
-    readonly property real inset: (width - span) / 2
 
     // The first tile that is selected, or null.
     function selectedTile(): Item {
@@ -41,7 +39,7 @@ Item {
             required property int index
             readonly property var cell: view.row.cell(index)
 
-            x: Math.round(view.inset + index * (view.rows.cellWidth + Theme.tileGap)
+            x: Math.round(view.rows.inset + index * (view.rows.cellWidth + Theme.tileGap)
                           + (view.rows.cellWidth - view.metrics.width) / 2)
             sourceComponent: cell.isAsset ? assetTile : cell.isFolder ? folderTile : cell.isStack ? stackTile : null
 
@@ -67,6 +65,7 @@ Item {
             metrics: view.metrics
             onClicked: modifiers => view.browser.click(cell, modifiers)
             onOpened: view.browser.play(cell.asset)
+            onStarToggled: view.browser.toggleStar(cell)
         }
     }
     Component {

@@ -64,6 +64,10 @@ void PageRows::setZoom(double zoom) {
     Q_EMIT layoutInputChanged();
 }
 
+double PageRows::inset() const {
+    return (m_width - m_columns.count * m_columns.width - (m_columns.count - 1) * spacing) / 2;
+}
+
 void PageRows::layOut() {
     const AdaptiveColumns next = AdaptiveColumns::fitting(m_width - 2 * margin, m_zoom, m_zoom * 1.35, spacing);
     if (next == m_columns)

@@ -46,6 +46,7 @@ class PageRows : public QAbstractListModel {
     Q_PROPERTY(double zoom READ zoom WRITE setZoom NOTIFY layoutInputChanged)
     Q_PROPERTY(int columns READ columns NOTIFY columnsChanged)
     Q_PROPERTY(double cellWidth READ cellWidth NOTIFY columnsChanged)
+    Q_PROPERTY(double inset READ inset NOTIFY layoutInputChanged)
     Q_PROPERTY(QAbstractItemModel* slots READ slotModel CONSTANT)
 
 public:
@@ -73,6 +74,10 @@ public:
 
     int columns() const { return m_columns.count; }
     double cellWidth() const { return m_columns.width; }
+
+    // From the view's edge to the first column: the columns stand in the middle of what is left over.
+    double inset() const;
+
     QAbstractItemModel* slotModel() { return &m_slots; }
 
     void setBlocks(const QList<PageBlock>& blocks);

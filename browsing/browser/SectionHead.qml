@@ -9,6 +9,8 @@ Rectangle {
 
     required property var header // a SectionHeader, or undefined while its section goes
 
+    property real inset: 0 // of what stands at either side
+
     signal activated()
 
     readonly property int space: Theme.gap
@@ -20,7 +22,7 @@ Rectangle {
     Accessible.name: header ? header.title + ", " + header.detail : ""
 
     Row {
-        x: Theme.pageMargin + Theme.tileMargin
+        x: head.inset
         height: parent.height
         spacing: Theme.gap
 
@@ -43,7 +45,9 @@ Rectangle {
         }
     }
     Button {
-        anchors { right: parent.right; rightMargin: Theme.pageMargin; verticalCenter: parent.verticalCenter }
+        anchors { right: parent.right; verticalCenter: parent.verticalCenter }
+        // Its text ends where the tiles do.
+        anchors.rightMargin: head.inset - rightPadding
         visible: text !== ""
         kind: Button.Plain
         text: head.header?.button ?? ""

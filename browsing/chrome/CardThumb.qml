@@ -22,6 +22,7 @@ Rectangle {
             asset: thumb.asset
             size: thumb.thumbnailSize
             backdrop: true
+            plainWhileLoading: true
             cornerRadius: thumb.radius
         }
     }

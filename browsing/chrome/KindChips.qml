@@ -77,8 +77,12 @@ Item {
     Component {
         id: compact
         ChoiceButton {
+            readonly property bool isOn: Chips.kinds.some(kind => kind.value === chips.settings.kindRaw)
+
             text: qsTr("Kind")
-            symbol: "chevron.down"
+            symbol: "line.3.horizontal.decrease.circle"
+            // Like a chip that is on: nobody should have to open a menu to see that files are hidden.
+            kind: isOn ? Button.Default : Button.Normal
             choices: [{ value: chips.all, label: qsTr("All") }].concat(Chips.kinds)
             value: chips.settings.kindRaw
             onChosen: value => chips.settings.kindRaw = value

@@ -16,6 +16,7 @@ Item {
 
     signal clicked(modifiers: int)
     signal opened()
+    signal starToggled()
 
     implicitWidth: metrics.width
     implicitHeight: metrics.height(cell.caption !== "")
@@ -47,11 +48,6 @@ Item {
         }
 
         HoverLight { shown: tile.hovering }
-
-        Loader {
-            anchors { top: parent.top; right: parent.right; margins: Theme.grid + 2 }
-            sourceComponent: tile.cell.starred ? star : null
-        }
     }
 
     Loader {
@@ -73,24 +69,20 @@ Item {
         onClicked: mouse => tile.clicked(mouse.modifiers)
         onDoubleClicked: tile.opened()
     }
+    // A button under the pointer, otherwise a mark that lets clicks through to the tile.
+    Loader {
+        anchors { top: well.top; right: well.right; margins: Theme.grid + 2 }
+        enabled: tile.hovering
+        sourceComponent: tile.hovering || tile.cell.starred ? star : null
+    }
     TileHint { tile: tile; text: lines.elided ? tile.cell.name : "" }
 
     Component {
         id: star
 
-        // On a bed, since amber alone is lost on a bright picture.
-        Rectangle {
-            implicitWidth: Theme.sizeSymbolSmall + Theme.gap
-            implicitHeight: implicitWidth
-            radius: width / 2
-            color: Theme.badgeBed
-
-            Symbol {
-                anchors.centerIn: parent
-                name: "star.fill"
-                size: Theme.sizeSymbolSmall
-                color: Theme.amber
-            }
+        StarButton {
+            starred: tile.cell.starred
+            onClicked: tile.starToggled()
         }
     }
     Component {

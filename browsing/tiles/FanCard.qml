@@ -1,4 +1,4 @@
-// One card of a fan: a picture that fills it, or a plain face until there is one.
+// One card of a fan: the picture of a file, and a plain face until there is one.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
@@ -24,6 +24,7 @@ Rectangle {
         asset: card.asset
         size: card.thumbnailSize
         backdrop: true
+        plainWhileLoading: true
         cornerRadius: Theme.radiusFan
     }
 

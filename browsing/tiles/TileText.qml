@@ -10,6 +10,7 @@ Item {
     property alias name: title.text
     property string nameSymbol
     property string caption
+    property int captionElide: Text.ElideMiddle
 
     // The name is too long to be shown whole.
     readonly property bool elided: title.truncated
@@ -47,7 +48,7 @@ Item {
         Label {
             style: Label.Fact
             text: lines.caption
-            elide: Text.ElideMiddle
+            elide: lines.captionElide
             Accessible.ignored: true
         }
     }

@@ -87,6 +87,23 @@ private Q_SLOTS:
         QCOMPARE(window.browser->order().size(), 1);
     }
 
+    void aHiddenProjectTakesItsStarsAlongAndBringsThemBack() {
+        Window window;
+        star(window.file("secret/a.png"), 1000);
+        window.file("secret/b.png");
+        window.open();
+        QTRY_COMPARE(names(window.browser->shelf()), strings({"a.png"}));
+        const Project secret = *window.library->projectContaining(window.folder("secret"));
+        window.library->hide(secret);
+        QTRY_VERIFY(window.browser->shelf().isEmpty() && window.browser->sections().isEmpty());
+        QCOMPARE(window.browser->kindCounts(), KindCounts());
+        window.library->setPlace(Place::starred());
+        QTRY_VERIFY(window.browser->loaded());
+        QVERIFY(window.browser->assets().isEmpty());
+        window.library->unhide(secret);
+        QTRY_COMPARE(names(window.browser->assets()), strings({"a.png"}));
+    }
+
     void sixStarsFillTheShelfAndASeventhOnlyCounts() {
         Window window;
         for (int n = 1; n <= 7; ++n)
@@ -149,12 +166,14 @@ private Q_SLOTS:
 
     void anUnknownKindIsNoFilter() {
         Window window;
-        window.folder("p");
-        window.home.folder("Library/p");
+        window.file("p/a.png");
+        window.file("p/b.mp4");
+        window.home.folder("Library/empty");
         window.open(Place::folder(window.folder("p")));
         window.browser->settings()->setKindRaw(QStringLiteral("sculpture"));
-        QTRY_VERIFY(window.browser->loaded());
-        QCOMPARE(window.browser->emptyState().title, QStringLiteral("Nothing here yet"));
+        QTRY_COMPARE(names(window.browser->assets()), (strings({"a.png", "b.mp4"})));
+        window.library->setPlace(Place::folder(window.folder("empty")));
+        QTRY_COMPARE(window.browser->emptyState().title, QStringLiteral("Nothing here yet"));
     }
 
     void showEverythingTakesTheFiltersAway() {
@@ -167,6 +186,18 @@ private Q_SLOTS:
         window.browser->showEverything();
         QTRY_COMPARE(names(window.browser->assets()), strings({"a.png"}));
         QCOMPARE(window.browser->settings()->kindRaw(), QStringLiteral("all"));
+    }
+
+    void withoutAContentSearchNothingWaitsForOneAndNamesDecide() {
+        for (const bool onRecent : {false, true}) {
+            Window window;
+            window.file("p/cat.png");
+            window.file("p/dog.png");
+            window.open(onRecent ? Place::recent() : Place::folder(window.folder("p")));
+            window.browser->setSearch(QStringLiteral("cat"));
+            QTRY_VERIFY(window.browser->loaded());
+            QTRY_COMPARE(names(window.browser->order().assets()), strings({"cat.png"}));
+        }
     }
 
     void contentIsSearchedBelowTheFolderAndOffTheMainThread() {

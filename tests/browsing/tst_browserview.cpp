@@ -1,149 +1,14 @@
 // The pane on screen: real clicks and keys on real tiles over a real library.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "browsing/browser/Browser.h"
-#include "look/Look.h"
+#include "Pane.h"
+#include "core/Stars.h"
 #include "support/Strings.h"
-#include "support/TestHome.h"
 
 #include <QClipboard>
-#include <QQmlComponent>
-#include <QQmlEngine>
-#include <QQuickItem>
-#include <QQuickWindow>
 #include <QtTest>
 
 using namespace lumbra;
-
-namespace {
-
-struct Pane {
-    TestHome home;
-    std::unique_ptr<Preferences> preferences;
-    std::unique_ptr<Library> library;
-    std::unique_ptr<Browser> browser;
-    QQmlEngine engine;
-    std::unique_ptr<QQuickWindow> view; // its items hold what stands above, so it dies first
-
-    Location folder(std::string_view relative = {}) const {
-        const Location root = home.path().child("Library");
-        return relative.empty() ? root : root.child(relative);
-    }
-
-    Location file(std::string_view relative, double age = 60) const {
-        const Location made = home.file("Library/" + std::string(relative));
-        TestHome::touch(made, Date::now().seconds - age);
-        return made;
-    }
-
-    void open(const Place& place, int width = 1000) {
-        home.folder("Library");
-        preferences = std::make_unique<Preferences>(home.path().child("settings.ini"));
-        library = std::make_unique<Library>(folder(), true);
-        library->setPlace(place);
-        browser = std::make_unique<Browser>(library.get(), nullptr, *preferences);
-        Look::prepareEngine(engine);
-        QQmlComponent component(&engine);
-        component.setData("import QtQuick\n"
-                          "import QtQuick.Controls.Basic\n"
-                          "import Lumbra.Browsing\n"
-                          "ApplicationWindow {\n"
-                          "    property Browser browser\n"
-                          "    BrowserView { anchors.fill: parent; browser: parent.Window.window.browser }\n"
-                          "}",
-                          QUrl(QStringLiteral("qrc:/test.qml")));
-        QObject* const root =
-            component.createWithInitialProperties({{QStringLiteral("browser"), QVariant::fromValue(browser.get())}});
-        QVERIFY2(root, qPrintable(component.errorString()));
-        view.reset(qobject_cast<QQuickWindow*>(root));
-        view->resize(width, 700);
-        view->show();
-        view->requestActivate();
-        QVERIFY(QTest::qWaitForWindowActive(view.get()));
-        QTRY_VERIFY(browser->loaded() && !library->indexing());
-    }
-
-    // Items of a type of ours that are on screen, from the top left.
-    QList<QQuickItem*> items(const char* type) const {
-        QList<QQuickItem*> found;
-        // With what floats above the pane.
-        collect(view->contentItem(), QByteArray(type), found);
-        std::sort(found.begin(), found.end(), [](const QQuickItem* a, const QQuickItem* b) {
-            const QPointF left = a->mapToScene({});
-            const QPointF right = b->mapToScene({});
-            return left.y() != right.y() ? left.y() < right.y() : left.x() < right.x();
-        });
-        return found;
-    }
-
-    QQuickItem* tile(const char* type, const QString& name) const {
-        for (QQuickItem* item : items(type))
-            if (item->property("cell").value<PageCell>().name == name)
-                return item;
-        return nullptr;
-    }
-
-    // A control by the text that it shows.
-    QQuickItem* control(const char* type, const QString& text) const {
-        for (QQuickItem* item : items(type))
-            if (item->property("text").toString() == text)
-                return item;
-        return nullptr;
-    }
-
-    void click(const QQuickItem* item, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const {
-        QVERIFY(item);
-        settle();
-        QTest::mouseClick(view.get(), Qt::LeftButton, modifiers, centre(item));
-    }
-
-    // Items that have just come stand where they belong once they have been drawn.
-    void settle() const {
-        QSignalSpy frames(view.get(), &QQuickWindow::frameSwapped);
-        view->update();
-        QTRY_VERIFY(frames.size() >= 1);
-    }
-
-    static QPoint centre(const QQuickItem* item) {
-        return item->mapToScene({item->width() / 2, item->height() / 2}).toPoint();
-    }
-
-    QStringList selected() const {
-        QStringList names;
-        for (const Asset& asset : browser->selected())
-            names << asset.url.name();
-        return names;
-    }
-
-private:
-    static void collect(QQuickItem* item, const QByteArray& type, QList<QQuickItem*>& found) {
-        if (!item->isVisible())
-            return;
-        const QByteArray name = item->metaObject()->className();
-        if (name == type || name.startsWith(type + "_QML"))
-            found.append(item);
-        const auto live = liveRows(item);
-        for (QQuickItem* child : item->childItems())
-            if (!live || live->contains(child) || child->metaObject()->indexOfProperty("row") < 0)
-                collect(child, type, found);
-    }
-
-    // A list keeps rows to use them again, and only it knows which of them stand for something.
-    static std::optional<QSet<QQuickItem*>> liveRows(const QQuickItem* content) {
-        QQuickItem* const list = content->parentItem();
-        if (!list || !list->inherits("QQuickItemView"))
-            return {};
-        QSet<QQuickItem*> rows;
-        for (int index = 0; index < list->property("count").toInt(); ++index) {
-            QQuickItem* row = nullptr;
-            QMetaObject::invokeMethod(list, "itemAtIndex", Q_RETURN_ARG(QQuickItem*, row), Q_ARG(int, index));
-            rows.insert(row);
-        }
-        return rows;
-    }
-};
-
-} // namespace
 
 class TestBrowserView : public QObject {
     Q_OBJECT
@@ -259,7 +124,8 @@ private Q_SLOTS:
             pane.view->resize(width, 700);
             QTRY_COMPARE(pane.items("BrowserView").first()->width(), width);
             const QQuickItem* const kinds = pane.items("KindChips").first();
-            QVERIFY(form() == u"menu"_qs || kinds->width() <= kinds->property("available").toReal());
+            // Chips stand where they belong, and their row has its width, once they have been drawn.
+            QTRY_VERIFY(form() == u"menu"_qs || kinds->width() <= kinds->property("available").toReal());
             if (forms.isEmpty() || forms.last() != form())
                 forms << form();
         }
@@ -355,6 +221,60 @@ private Q_SLOTS:
         QTRY_VERIFY(pane.control("MenuItem", u"Copy Path"_qs));
         pane.click(pane.control("MenuItem", u"Copy Path"_qs));
         QTRY_COMPARE(QGuiApplication::clipboard()->text(), pane.folder("p/1.txt").toString());
+    }
+
+    void theStarOfATileIsForAllThatIsSelectedWithIt() {
+        Pane pane;
+        for (int n = 1; n <= 3; ++n)
+            pane.file("p/" + std::to_string(n) + ".txt", 10 * n);
+        pane.open(Place::folder(pane.folder("p")));
+        QTRY_COMPARE(pane.items("AssetTile").size(), 3);
+        pane.click(pane.tile("AssetTile", u"1.txt"_qs));
+        pane.click(pane.tile("AssetTile", u"2.txt"_qs), Qt::ControlModifier);
+        const auto clickStar = [&](const QString& name) {
+            QTest::mouseMove(pane.view.get(), Pane::centre(pane.tile("AssetTile", name)));
+            QTRY_VERIFY(pane.tile("AssetTile", name)->property("hovering").toBool());
+            const auto isOfTheTile = [&](const QQuickItem* star) {
+                return star->isEnabled() && pane.tile("AssetTile", name)->isAncestorOf(star);
+            };
+            const QList<QQuickItem*> stars = pane.items("StarButton");
+            const auto star = std::find_if(stars.begin(), stars.end(), isOfTheTile);
+            QVERIFY(star != stars.end());
+            pane.click(*star);
+        };
+        const auto starred = [&] {
+            QStringList names;
+            for (int n = 1; n <= 3; ++n)
+                if (Stars::read(pane.folder("p/" + std::to_string(n) + ".txt")))
+                    names << QString::number(n);
+            return names;
+        };
+        clickStar(u"3.txt"_qs);
+        QTRY_COMPARE(starred(), strings({"3"}));
+        QCOMPARE(pane.selected(), strings({"1.txt", "2.txt"}));
+        clickStar(u"2.txt"_qs);
+        QTRY_COMPARE(starred(), strings({"1", "2", "3"}));
+        QTest::keyClick(pane.view.get(), Qt::Key_S);
+        QTRY_COMPARE(starred(), strings({"3"}));
+    }
+
+    void keysReachFoldersAndGoBackToTheSelection() {
+        Pane pane;
+        pane.file("p/1.txt");
+        pane.file("p/sub/2.txt");
+        pane.open(Place::folder(pane.folder("p")));
+        QTRY_COMPARE(pane.items("FolderTile").size(), 1);
+        QTRY_VERIFY(pane.browser->gridFocused());
+        QTest::keyClick(pane.view.get(), Qt::Key_Tab);
+        QTRY_VERIFY(pane.items("FolderTile").first()->hasActiveFocus());
+        QVERIFY(pane.browser->gridFocused());
+        QTest::keyClick(pane.view.get(), Qt::Key_Right);
+        QCOMPARE(pane.selected(), strings({"1.txt"}));
+        QVERIFY(!pane.items("FolderTile").first()->hasActiveFocus());
+        QTest::keyClick(pane.view.get(), Qt::Key_Tab);
+        QTest::keyClick(pane.view.get(), Qt::Key_Return);
+        QCOMPARE(pane.library->place(), Place::folder(pane.folder("p/sub")));
+        QVERIFY(!pane.library->playing());
     }
 
     void theSliderChangesTheTiles() {

@@ -158,6 +158,8 @@ private Q_SLOTS:
         QCOMPARE(names(PageLoad::recursive(index, folder, PageFilter(AssetKind::video, {}), SortOrder::newest, {})
                            .assets.assets()),
                  strings({"3.mp4"}));
+        // Also where the search would find a folder's name.
+        QVERIFY(PageLoad::recursive(index, folder, searching("b"), SortOrder::newest, {}).folders.isEmpty());
         QCOMPARE(names(PageLoad::recursive(index, folder, searching("zz", {Location(QByteArray("/p/a/1.png"))}),
                                            SortOrder::newest, {})
                            .assets.assets()),

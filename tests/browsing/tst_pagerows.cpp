@@ -219,6 +219,15 @@ private Q_SLOTS:
         QCOMPARE(page.rows.cellWidth(), 210.0);
     }
 
+    void columnsStandInTheMiddle() {
+        Page page;
+        page.rows.setZoom(200);
+        page.rows.setWidth(32 + 414); // two of 200
+        QCOMPARE(page.rows.inset(), 16.0);
+        page.rows.setWidth(32 + 300); // one, at most 270 wide
+        QCOMPARE(page.rows.inset(), 31.0);
+    }
+
     void selectionTellsTheRowsItTouches() {
         Page page;
         page.rows.setBlocks({{.section = u"starred"_qs, .assets = files(2, 2), .onShelf = true},
