@@ -24,7 +24,7 @@ Controls.ApplicationWindow {
     readonly property int idealSidebar: 264
     readonly property int widestSidebar: 380
 
-    title: "Lumbra"
+    title: browser.subtitle === "" ? browser.title : browser.title + " — " + browser.subtitle
     width: usualWidth
     height: usualHeight
     minimumWidth: 900
