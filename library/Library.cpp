@@ -13,7 +13,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QHash>
 #include <QThread>
 
 #include <algorithm>
@@ -51,23 +50,6 @@ bool leadsTo(const Location& link, const Location& folder) {
 
 bool isWholeTree(const FileEvent& event) {
     return event.flags & FileEvent::mustScan;
-}
-
-// Of several batches one, with one event for each path. Since only the first event of a path counts, it gets the flags
-// of all: a folder that was touched and then made anew is to be gone through.
-QList<FileEvent> merged(const QList<FileEvent>& events) {
-    QList<FileEvent> result;
-    QHash<Location, qsizetype> places;
-    for (const FileEvent& event : events) {
-        const auto known = places.constFind(event.path);
-        if (known != places.cend()) {
-            result[*known].flags |= event.flags;
-        } else {
-            places.insert(event.path, result.size());
-            result.append(event);
-        }
-    }
-    return result;
 }
 
 } // namespace
@@ -218,7 +200,7 @@ void Library::handle(const QList<FileEvent>& events) {
 void Library::handleQueuedEvents() {
     const auto queued = std::exchange(m_queuedEvents, {});
     if (!queued.isEmpty())
-        handle(merged(queued));
+        handle(Resolver::merged(queued));
 }
 
 // The root is there for the first time, or again, and may be another folder than before.

@@ -211,4 +211,19 @@ AssetIndex::Changes resolve(const QList<FileEvent>& events, const QList<Location
     return resolution.finish();
 }
 
+QList<FileEvent> merged(const QList<FileEvent>& events) {
+    QList<FileEvent> result;
+    QHash<Location, qsizetype> places;
+    for (const FileEvent& event : events) {
+        const auto known = places.constFind(event.path);
+        if (known != places.cend()) {
+            result[*known].flags |= event.flags;
+        } else {
+            places.insert(event.path, result.size());
+            result.append(event);
+        }
+    }
+    return result;
+}
+
 } // namespace lumbra::Resolver

@@ -23,4 +23,8 @@ namespace lumbra::Resolver {
 AssetIndex::Changes resolve(const QList<FileEvent>& events, const QList<Location>& roots, const KnownFolder& library,
                             const AssetIndex& index);
 
+// Several batches as one, with one event for each path. Since only the first event of a path counts, it gets the flags
+// of all: a folder that was touched and then made anew is to be gone through.
+QList<FileEvent> merged(const QList<FileEvent>& events);
+
 } // namespace lumbra::Resolver

@@ -37,6 +37,7 @@ private Q_SLOTS:
     void aFileWithoutAKindBringsNothing();
     void aPathThatHasGoneIsGone();
     void onlyTheFirstEventOfAPathCounts();
+    void mergedBatchesLoseNoFlag();
     void aFileCreatedAndDeletedInOneBatchIsGone();
     void whatLiesInNoProjectIsPassedOver();
     void hiddenAndPrunedPlacesCostNothing_data();
@@ -145,6 +146,14 @@ void tst_Resolver::onlyTheFirstEventOfAPathCounts() {
     QVERIFY(resolve({{folder, 0}, {folder, FileEvent::created}}).assets.isEmpty());
     QCOMPARE(resolve({{folder, FileEvent::created}, {folder, 0}}).assets.size(), 2);
     QCOMPARE(resolve({{m_one.child("a.png"), 0}, {m_one.child("a.png"), FileEvent::created}}).assets.size(), 1);
+}
+
+void tst_Resolver::mergedBatchesLoseNoFlag() {
+    const Location folder = m_one.child("deep");
+    const Location file = m_one.child("a.png");
+    const auto merged = Resolver::merged({{folder, 0}, {file, 0}, {folder, FileEvent::created}, {folder, 0}});
+    QCOMPARE(merged, (QList<FileEvent>{{folder, FileEvent::created}, {file, 0}}));
+    QCOMPARE(resolve(merged).assets.size(), 3);
 }
 
 void tst_Resolver::aFileCreatedAndDeletedInOneBatchIsGone() {
