@@ -12,7 +12,8 @@ namespace lumbra {
 namespace {
 
 constexpr char inter[] = "Inter";
-constexpr char interDigits[] = "Digit"; // as long as the name that it takes the place of
+constexpr char interText[] = "Plain"; // as long as the name that it takes the place of, and so the next
+constexpr char interDigits[] = "Digit";
 
 struct Table {
     qsizetype offset;
@@ -50,45 +51,56 @@ QByteArray utf16(const QByteArray& latin) {
     return wide;
 }
 
-QString makeDigits() {
+QString makeFamily(const char* name, Fonts::Digits digits) {
     for (const char* weight : {"Regular", "SemiBold"}) {
         QFile file(
             QStandardPaths::locate(QStandardPaths::GenericDataLocation,
                                    QStringLiteral("fonts/opentype/inter/Inter-%1.otf").arg(QLatin1String(weight))));
         if (!file.open(QIODevice::ReadOnly))
             return {};
-        const QByteArray font = Fonts::withTabularDigits(file.readAll(), inter, interDigits);
+        const QByteArray font = Fonts::literal(file.readAll(), inter, name, digits);
         if (font.isEmpty() || QFontDatabase::addApplicationFontFromData(font) < 0)
             return {};
     }
-    return QString::fromLatin1(interDigits);
+    return QString::fromLatin1(name);
+}
+
+QString installedFamily() {
+    return QFontDatabase::hasFamily(QString::fromLatin1(inter))
+               ? QString::fromLatin1(inter)
+               : QFontDatabase::systemFont(QFontDatabase::GeneralFont).family();
 }
 
 } // namespace
 
-QByteArray Fonts::withTabularDigits(QByteArray font, const QByteArray& family, const QByteArray& name) {
+QByteArray Fonts::literal(QByteArray font, const QByteArray& family, const QByteArray& name, Digits digits) {
     const auto substitutions = tableNamed(font, "GSUB");
     const auto names = tableNamed(font, "name");
     if (!substitutions || !names || family.size() != name.size())
         return {};
 
-    // The feature "tnum" takes the tag of one that every shaper applies unasked and that Latin fonts leave unused.
+    // A feature is switched off by a tag that no shaper knows. It is switched on by the tag of one that every shaper
+    // applies unasked and that Latin fonts leave unused.
+    constexpr char unknown[] = "----", always[] = "rclt", tabular[] = "tnum", alternates[] = "calt";
     const auto features = numberAt<quint16>(font, substitutions->offset + 6);
     if (!features)
         return {};
     const qsizetype list = substitutions->offset + *features;
     const int count = numberAt<quint16>(font, list).value_or(0);
-    bool found = false;
+    bool isTabular = false;
     for (int i = 0; i < count; ++i) {
         const qsizetype at = list + 2 + i * 6;
-        if (font.mid(at, 4) == "rclt")
+        const QByteArray tag = font.mid(at, 4);
+        if (tag == always)
             return {};
-        if (font.mid(at, 4) == "tnum") {
-            font.replace(at, 4, "rclt");
-            found = true;
+        if (tag == alternates) {
+            font.replace(at, 4, unknown);
+        } else if (tag == tabular && digits == Digits::tabular) {
+            font.replace(at, 4, always);
+            isTabular = true;
         }
     }
-    if (!found)
+    if (digits == Digits::tabular && !isTabular)
         return {};
 
     QByteArray text = font.mid(names->offset, names->length);
@@ -97,14 +109,15 @@ QByteArray Fonts::withTabularDigits(QByteArray font, const QByteArray& family, c
 }
 
 QString Fonts::text() {
-    static const QString family = QFontDatabase::hasFamily(QString::fromLatin1(inter))
-                                      ? QString::fromLatin1(inter)
-                                      : QFontDatabase::systemFont(QFontDatabase::GeneralFont).family();
+    static const QString family = [] {
+        const QString made = makeFamily(interText, Digits::proportional);
+        return made.isEmpty() ? installedFamily() : made;
+    }();
     return family;
 }
 
 QString Fonts::digits() {
-    static const QString family = makeDigits();
+    static const QString family = makeFamily(interDigits, Digits::tabular);
     return family.isEmpty() ? text() : family;
 }
 

@@ -4,8 +4,10 @@
 #include <QFile>
 #include <QFontInfo>
 #include <QFontMetricsF>
+#include <QGlyphRun>
 #include <QStandardPaths>
 #include <QTest>
+#include <QTextLayout>
 
 using namespace lumbra;
 
@@ -13,7 +15,10 @@ class tst_fonts : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void textIsInter() { QCOMPARE(Fonts::text(), QStringLiteral("Inter")); }
+    void textIsInterToTheLetter_data();
+    void textIsInterToTheLetter();
+    void namesShowTheLettersThatTheyAreWrittenWith_data();
+    void namesShowTheLettersThatTheyAreWrittenWith();
 
     void everyDigitIsAsWideAsTheOthers_data();
     void everyDigitIsAsWideAsTheOthers();
@@ -21,6 +26,53 @@ private Q_SLOTS:
     void aFontThatIsNoneIsRefused_data();
     void aFontThatIsNoneIsRefused();
 };
+
+void tst_fonts::textIsInterToTheLetter_data() {
+    QTest::addColumn<int>("weight");
+    QTest::newRow("regular") << int(QFont::Normal);
+    QTest::newRow("semibold") << int(QFont::DemiBold);
+}
+
+void tst_fonts::textIsInterToTheLetter() {
+    QFETCH(int, weight);
+    QFont text(Fonts::text()), inter(QStringLiteral("Inter"));
+    for (QFont* font : {&text, &inter}) {
+        font->setPixelSize(100);
+        font->setWeight(QFont::Weight(weight));
+    }
+    QCOMPARE(QFontInfo(text).family(), Fonts::text());
+    QCOMPARE(QFontInfo(text).weight(), weight);
+    const QString sample = QStringLiteral("Understanding AVAT 2025, To. Wave");
+    QCOMPARE(QFontMetricsF(text).horizontalAdvance(sample), QFontMetricsF(inter).horizontalAdvance(sample));
+}
+
+void tst_fonts::namesShowTheLettersThatTheyAreWrittenWith_data() {
+    QTest::addColumn<QString>("family");
+    QTest::newRow("text") << Fonts::text();
+    QTest::newRow("digits") << Fonts::digits();
+}
+
+void tst_fonts::namesShowTheLettersThatTheyAreWrittenWith() {
+    QFETCH(QString, family);
+    QFont font(family);
+    font.setPixelSize(100);
+    const auto glyphs = [&font](const QString& text) {
+        QTextLayout layout(text, font);
+        layout.beginLayout();
+        layout.createLine();
+        layout.endLayout();
+        QList<quint32> all;
+        for (const QGlyphRun& run : layout.glyphRuns())
+            all += run.glyphIndexes();
+        return all;
+    };
+    for (const QString& name : {QStringLiteral("1920x1080"), QStringLiteral("a->b"), QStringLiteral("3-4 (2)")}) {
+        QList<quint32> single;
+        for (const QChar letter : name)
+            single += glyphs(QString(letter));
+        QCOMPARE(glyphs(name), single);
+    }
+}
 
 void tst_fonts::everyDigitIsAsWideAsTheOthers_data() {
     QTest::addColumn<int>("weight");
@@ -72,7 +124,8 @@ void tst_fonts::aFontThatIsNoneIsRefused_data() {
 
 void tst_fonts::aFontThatIsNoneIsRefused() {
     QFETCH(QByteArray, bytes);
-    QVERIFY(Fonts::withTabularDigits(bytes, "Inter", "Digit").isEmpty());
+    for (const Fonts::Digits digits : {Fonts::Digits::proportional, Fonts::Digits::tabular})
+        QVERIFY(Fonts::literal(bytes, "Inter", "Other", digits).isEmpty());
 }
 
 QTEST_MAIN(tst_fonts)
