@@ -145,17 +145,14 @@ bool Database::read(const char* sql, std::initializer_list<Value> values, const 
 bool Database::atomically(const std::function<bool()>& work) {
     // At once the right to write, so that a write of another process is met before the first statement and not between
     // two.
-    if (!write("BEGIN IMMEDIATE", {}))
-        return false;
-    if (work() && write("COMMIT", {}))
+    const bool begun = write("BEGIN IMMEDIATE", {});
+    if (begun && work() && write("COMMIT", {}))
         return true;
-    const int failure = m_failure;
-    // Most failures have ended the transaction already, and then this one fails without harm. One that neither could
-    // end would swallow every later write; only closing ends it.
-    write("ROLLBACK", {});
-    if (!sqlite3_get_autocommit(m_connection))
+    // A transaction may have begun though its beginning is said to have failed. None is ended by ROLLBACK, which can
+    // fail as well, and after which the full-text index may go on with a picture of itself that is no longer that of
+    // the file, and find it malformed.
+    if (begun || (m_connection && !sqlite3_get_autocommit(m_connection)))
         close();
-    m_failure = failure;
     return false;
 }
 

@@ -73,8 +73,9 @@ public:
     // Runs one statement for its rows. False when it failed, be it after some rows.
     bool read(const char* statement, std::initializer_list<Value> values, const OnRow& onRow);
 
-    // Runs `work` as one transaction: all its statements take effect or none does. False, and nothing is left of it,
-    // when `work` says so or anything fails. A process that dies in the middle leaves nothing of it either.
+    // Runs `work` as one transaction: all its statements take effect or none does, even if the process dies in the
+    // middle. False when `work` says so or anything fails; the connection is then closed, unless somebody else was
+    // writing.
     bool atomically(const std::function<bool()>& work);
 
     // What the last failure was, if it says that the database is damaged.

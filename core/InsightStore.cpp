@@ -138,22 +138,27 @@ QStringList InsightStore::search(const QString& query, const std::optional<QStri
     if (match.isEmpty())
         return {};
     const std::lock_guard turn(m_queue);
-    if (!ready())
-        return {};
     QStringList paths;
     const auto take = [&paths](const Database::Row& row) {
         if (!row.isNull(0))
             paths << row.text(0);
         return true;
     };
-    const bool done =
-        under ? m_database.read("SELECT path FROM insights_fts WHERE insights_fts MATCH ? AND path LIKE ?"
-                                " ORDER BY rank LIMIT ?",
-                                {match, *under + u'%', qint64(limit)}, take)
-              : m_database.read("SELECT path FROM insights_fts WHERE insights_fts MATCH ? ORDER BY rank LIMIT ?",
-                                {match, qint64(limit)}, take);
-    if (!done && m_database.lastFailureWasDamage())
-        m_indexIsDamaged = true;
+    const auto run = [&] {
+        paths.clear();
+        if (!ready())
+            return false;
+        return under ? m_database.read("SELECT path FROM insights_fts WHERE insights_fts MATCH ? AND path LIKE ?"
+                                       " ORDER BY rank LIMIT ?",
+                                       {match, *under + u'%', qint64(limit)}, take)
+                     : m_database.read("SELECT path FROM insights_fts WHERE insights_fts MATCH ? ORDER BY rank LIMIT ?",
+                                       {match, qint64(limit)}, take);
+    };
+    if (!run() && m_database.lastFailureWasDamage()) {
+        // It may be the connection that is wrong, not the file.
+        m_database.close();
+        m_indexIsDamaged = !run() && m_database.lastFailureWasDamage();
+    }
     return paths;
 }
 

@@ -84,6 +84,16 @@ public:
         return sqlite3_exec(m_connection, script, nullptr, nullptr, nullptr) == SQLITE_OK;
     }
 
+    // The one value that the statement yields is true.
+    bool holds(const char* statement) {
+        bool holds = false;
+        const auto note = [](void* into, int, char** values, char**) {
+            *static_cast<bool*>(into) = values[0] && values[0][0] == '1';
+            return 0;
+        };
+        return sqlite3_exec(m_connection, statement, note, &holds, nullptr) == SQLITE_OK && holds;
+    }
+
 private:
     sqlite3* m_connection = nullptr;
 };
