@@ -33,6 +33,8 @@ Library& App::library() {
 }
 
 bool App::show() {
+    m_insights = std::make_unique<InsightEngine>(&library());
+    connect(m_insights.get(), &InsightEngine::storeOpened, this, &App::searchContent);
     m_browser = std::make_unique<Browser>(&library());
     m_commands = std::make_unique<BrowserCommands>(m_browser.get());
     m_sidebar = std::make_unique<Sidebar>(&library());
@@ -73,6 +75,14 @@ void App::open(const QList<QUrl>& urls) {
         library().reveal(Location(urls.first().toLocalFile()));
     if (m_engine)
         qobject_cast<QQuickWindow*>(m_engine->rootObjects().first())->requestActivate();
+}
+
+// Pages find files by what is in them as soon as there is a store to ask.
+void App::searchContent() {
+    m_browser->setContentSearch(
+        [store = m_insights->store()](const QString& query, const std::optional<QString>& prefix, int limit) {
+            return store->search(query, prefix, limit);
+        });
 }
 
 void App::applyAppearance() {

@@ -11,6 +11,7 @@
 #include "browsing/sidebar/Sidebar.h"
 #include "library/Library.h"
 #include "platform/Appearance.h"
+#include "understanding/InsightEngine.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -40,10 +41,12 @@ public:
 
 private:
     void applyAppearance();
+    void searchContent();
 
     QElapsedTimer m_started;
     Appearance m_appearance;
     std::unique_ptr<Library> m_library;
+    std::unique_ptr<InsightEngine> m_insights;
     std::unique_ptr<Browser> m_browser;
     std::unique_ptr<BrowserCommands> m_commands;
     std::unique_ptr<Sidebar> m_sidebar;
