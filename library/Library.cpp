@@ -182,7 +182,7 @@ void Library::publishIndex(AssetIndex index) {
 void Library::handle(const QList<FileEvent>& events) {
     Q_ASSERT(QThread::currentThread() == thread());
     // A comparison finds out what has gone from what is known, and so must know what the batches before it found.
-    if (m_indexing || m_eventHolders > 0 || (!m_batches.empty() && std::ranges::any_of(events, isWholeTree))) {
+    if (m_indexing || m_eventHolders > 0 || (!m_batches.isEmpty() && std::ranges::any_of(events, isWholeTree))) {
         m_queuedEvents += events;
         return;
     }
@@ -211,32 +211,19 @@ void Library::takeUpRoot() {
 }
 
 void Library::resolve(const QList<FileEvent>& events) {
-    const quint64 number = ++m_lastBatch;
-    m_batches.push_back({number, std::nullopt});
+    const quint64 number = m_batches.begin();
     Tasks::run(Tasks::Pool::userInitiated, [events, roots = locationsOf(m_projects), root = m_rootFolder,
                                             index = index()] {
         return Resolver::resolve(events, roots, root, index);
     }).then(this, [this, number](AssetIndex::Changes changes) { apply(number, std::move(changes)); });
 }
 
-void Library::apply(quint64 number, AssetIndex::Changes changes) {
-    const auto batch = std::ranges::find(m_batches, number, &Batch::number);
-    batch->changes = std::move(changes);
-    // Batches overtake each other. Where several speak of one path, the last that came counts, for whatever happened to
-    // the path has made it come; so those that came later and are through already are applied again on top.
+void Library::apply(quint64 batch, AssetIndex::Changes changes) {
     AssetIndex before = m_index;
-    AssetIndex after = before;
-    for (auto next = batch; next != m_batches.end(); ++next)
-        if (next->changes)
-            after = after.applying(*next->changes);
-    m_index = std::move(after);
+    m_index = m_batches.finish(batch, std::move(changes), before);
     Tasks::dropLater(std::move(before));
-    while (!m_batches.empty() && m_batches.front().changes) {
-        Tasks::dropLater(*std::move(m_batches.front().changes));
-        m_batches.pop_front();
-    }
     contentChanged();
-    if (m_batches.empty())
+    if (m_batches.isEmpty())
         handleQueuedEvents();
 }
 

@@ -11,6 +11,7 @@
 #include "DerivedIndex.h"
 #include "KnownFolder.h"
 #include "Model.h"
+#include "PendingBatches.h"
 #include "ProjectGroups.h"
 #include "Watcher.h"
 #include "operations/OperationQueue.h"
@@ -23,7 +24,6 @@
 #include <QTimer>
 #include <QUrl>
 
-#include <deque>
 #include <memory>
 #include <stop_token>
 
@@ -276,12 +276,6 @@ private:
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(Library, bool, m_paletteOpen, false, &Library::paletteOpenChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(Library, bool, m_onboarding, false, &Library::onboardingChanged)
 
-    // A batch of events on its way.
-    struct Batch {
-        quint64 number;
-        std::optional<AssetIndex::Changes> changes; // once it is resolved
-    };
-
     KnownFolder m_rootFolder;
     bool m_isStateSaved = true;
     std::unique_ptr<Watcher> m_watcher;
@@ -289,8 +283,7 @@ private:
     QList<Location> m_watchedPaths;
     QList<Location> m_unseenPaths; // came to be watched, or ceased to, and are to be compared with the index
     bool m_isWalkBegun = false;
-    std::deque<Batch> m_batches; // in the order in which they came, from the first that is not resolved
-    quint64 m_lastBatch = 0;
+    PendingBatches m_batches;
     // Held back while `indexing`, while an operation holds them, and by a comparison while batches are on their way.
     QList<FileEvent> m_queuedEvents;
     int m_eventHolders = 0; // operations under way between whose steps no event may come

@@ -6,7 +6,6 @@
 #include "support/EventMirror.h"
 #include "support/TestHome.h"
 
-#include <QFile>
 #include <QScopeGuard>
 #include <QTest>
 
@@ -58,7 +57,6 @@ private Q_SLOTS:
     void whatLandsDuringTheStartIsNotMissed();
     void everyBatchRaisesTheRevision_data();
     void everyBatchRaisesTheRevision();
-    void aBatchThatIsOvertakenBringsNothingBack();
     void aComparisonKnowsOfTheBatchesBeforeIt();
 
     void aNewProjectAppearsAtOnceAndItsFilesWithIt();
@@ -158,29 +156,6 @@ void tst_LibraryEvents::everyBatchRaisesTheRevision() {
     library->handle({{m_root.child(std::string_view(path.constData())), FileEvent::created}});
     QTRY_COMPARE(library->revision(), revision + 1);
     QVERIFY(library->index().isEmpty());
-}
-
-void tst_LibraryEvents::aBatchThatIsOvertakenBringsNothingBack() {
-    m_home->folder("Library/one");
-    const auto library = open();
-    constexpr int count = 10'000;
-    for (int i = 0; i < count; ++i)
-        QFile(m_home->folder("aside/many").child("f" + std::to_string(i) + ".png").toString()).open(QFile::WriteOnly);
-    const Location many = m_root.child("one/many");
-    const int revision = library->revision();
-    fs::rename(text(m_home->path().child("aside/many")), text(many));
-    library->handle({{many, FileEvent::renamed}});
-    // Goes through the folder for a while. Meanwhile files are deleted that it may have come by already.
-    int batches = 1;
-    for (int i = 0; i < count; i += 50, ++batches) {
-        const Location file = many.child("f" + std::to_string(i) + ".png");
-        fs::remove(text(file));
-        library->handle({{file, 0}});
-    }
-    // These, and the one in which the watcher tells of the folder; what it tells of the files comes later.
-    QTRY_VERIFY_WITH_TIMEOUT(library->revision() > revision + batches, patience);
-    QCOMPARE(library->index().count(), count - count / 50);
-    QVERIFY(isTrue(*library));
 }
 
 void tst_LibraryEvents::aComparisonKnowsOfTheBatchesBeforeIt() {
