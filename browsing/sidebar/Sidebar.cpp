@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace lumbra {
 
@@ -31,9 +32,9 @@ Sidebar::Sidebar(Library* library, QObject* parent)
     m_aging.setSingleShot(true);
     connect(&m_aging, &QTimer::timeout, this, &Sidebar::refresh);
 
-    connect(library, &Library::projectsChanged, this, &Sidebar::refreshLater);
-    connect(library, &Library::stateChanged, this, &Sidebar::refreshLater);
-    connect(library, &Library::derivedChanged, this, &Sidebar::refreshLater);
+    connect(library, &Library::projectsChanged, this, &Sidebar::takeInLibrary);
+    connect(library, &Library::stateChanged, this, &Sidebar::takeInLibrary);
+    connect(library, &Library::derivedChanged, this, &Sidebar::takeInLibrary);
     connect(library, &Library::indexingChanged, this, &Sidebar::refreshLater);
     connect(library, &Library::placeChanged, this, &Sidebar::followPlace);
     connect(&m_listings, &FolderListings::changed, this, &Sidebar::refreshLater);
@@ -45,6 +46,7 @@ void Sidebar::setFilter(const QString& filter) {
     if (m_filter == filter)
         return;
     m_filter = filter;
+    m_outdated = true;
     refresh();
     Q_EMIT filterChanged();
 }
@@ -54,6 +56,7 @@ void Sidebar::setByActivity(bool byActivity) {
         return;
     m_byActivity = byActivity;
     Preferences::shared().setValue(byActivityPreference, byActivity);
+    m_outdated = true;
     refresh();
     Q_EMIT byActivityChanged();
 }
@@ -197,10 +200,6 @@ void Sidebar::dismissSuggestion() {
         m_library->dismiss(*suggestion);
 }
 
-void Sidebar::openPalette() {
-    m_library->setPaletteOpen(true);
-}
-
 const SidebarRow* Sidebar::rowAt(int row) const {
     const QList<SidebarRow>& rows = m_rows.rows();
     return row >= 0 && row < rows.size() ? &rows[row] : nullptr;
@@ -259,50 +258,53 @@ void Sidebar::followPlace() {
     refreshLater();
 }
 
+void Sidebar::takeInLibrary() {
+    m_outdated = true;
+    refreshLater();
+}
+
 void Sidebar::refreshLater() {
     m_refresh.start();
 }
 
 void Sidebar::refresh() {
     m_refresh.stop();
-    const SidebarRows::Facts present = facts();
-    m_rows.setRows(SidebarRows::list(present));
+    if (std::exchange(m_outdated, false))
+        gather();
+    m_facts.place = m_library->place();
+    m_facts.open = m_open;
+    m_facts.subfolders = m_listings.subfolders();
+    m_facts.now = Date::now();
+    m_rows.setRows(SidebarRows::list(m_facts));
     refreshFooter();
     listNewlyOpen();
-    wakeWhenSomethingAges(present.now);
+    wakeWhenSomethingAges();
 }
 
-SidebarRows::Facts Sidebar::facts() const {
+// The larger part of a refresh where there are many projects; turning to another place and opening a row do without.
+void Sidebar::gather() {
     const LibraryState state = m_library->state();
-    const DerivedIndex derived = m_library->derived();
-    const QList<Project> visible = m_library->visibleProjects();
+    const DerivedIndex& derived = m_library->derived();
+    m_visible = m_library->visibleProjects();
 
-    SidebarRows::Facts facts;
-    facts.place = m_library->place();
-    facts.newToday = derived.newToday;
-    facts.starred = derived.starred.size();
+    m_facts.newToday = derived.newToday;
+    m_facts.starred = derived.starred.size();
+    m_facts.activity = derived.activity;
+    m_facts.filter = m_filter;
+    m_facts.suggestion = m_filter.isEmpty() ? m_library->groupSuggestion() : std::nullopt;
+    m_facts.entries =
+        SidebarEntries::list({m_visible, state.groups, derived.activity, m_filter,
+                              m_byActivity ? SidebarEntries::Order::activity : SidebarEntries::Order::name});
+    m_facts.hues = SidebarRules::hues(state, m_library->projects()); // of hidden ones too, in which pins may lie
+    m_facts.groupHues.clear();
+    for (const ProjectGroup& group : state.groups)
+        m_facts.groupHues.insert(group.id, SidebarRules::groupHue(state, group));
+    m_facts.pins.clear();
     const QList<Location> pins = m_library->pinnedURLs();
     for (const Location& pin : pins) {
         const auto project = m_library->projectContaining(pin);
-        facts.pins.append({pin, project ? std::optional(project->name) : std::nullopt});
-        if (project)
-            facts.hues.insert(project->name, m_library->hueFor(project->name));
+        m_facts.pins.append({pin, project ? std::optional(project->name) : std::nullopt});
     }
-    if (m_filter.isEmpty())
-        facts.suggestion = m_library->groupSuggestion();
-    facts.entries =
-        SidebarEntries::list({visible, state.groups, derived.activity, m_filter,
-                              m_byActivity ? SidebarEntries::Order::activity : SidebarEntries::Order::name});
-    facts.filter = m_filter;
-    facts.activity = derived.activity;
-    for (const Project& project : visible)
-        facts.hues.insert(project.name, m_library->hueFor(project.name));
-    for (const ProjectGroup& group : state.groups)
-        facts.groupHues.insert(group.id, m_library->groupHue(group));
-    facts.open = m_open;
-    facts.subfolders = m_listings.subfolders();
-    facts.now = Date::now();
-    return facts;
 }
 
 void Sidebar::refreshFooter() {
@@ -310,8 +312,7 @@ void Sidebar::refreshFooter() {
     if (m_library->indexing())
         footer = {true, {}, QStringLiteral("Indexing…")};
     else
-        footer = {false, QStringLiteral("folder"),
-                  SidebarRules::footerText(m_library->root(), m_library->visibleProjects().size())};
+        footer = {false, QStringLiteral("folder"), SidebarRules::footerText(m_library->root(), m_visible.size())};
     if (m_footer == footer)
         return;
     m_footer = footer;
@@ -332,20 +333,19 @@ void Sidebar::listNewlyOpen() {
     m_listed = shown;
 }
 
-void Sidebar::wakeWhenSomethingAges(Date now) {
+void Sidebar::wakeWhenSomethingAges() {
+    // The timer stands still while the machine sleeps, so it is not set for longer than a dot may outstay its day. That
+    // also keeps a file dated far ahead from overflowing it.
+    constexpr double longest = 3600;
     double soonest = std::numeric_limits<double>::infinity();
-    const QList<Project> visible = m_library->visibleProjects();
-    for (const Project& project : visible) {
+    for (const Project& project : std::as_const(m_visible)) {
         const auto last = m_library->lastActivity(project);
-        if (SidebarRules::isFresh(last, now))
-            soonest = std::min(soonest, *last + SidebarRules::freshFor - now);
+        if (SidebarRules::isFresh(last, m_facts.now))
+            soonest = std::min(soonest, *last + SidebarRules::freshFor - m_facts.now);
     }
     m_aging.stop();
-    if (std::isfinite(soonest)) {
-        // A file dated far ahead must not overflow the timer, which counts milliseconds in an int.
-        const double seconds = std::min(soonest, SidebarRules::freshFor);
-        m_aging.start(int(std::ceil(seconds * 1000)));
-    }
+    if (std::isfinite(soonest))
+        m_aging.start(int(std::ceil(std::min(soonest, longest) * 1000)));
 }
 
 } // namespace lumbra

@@ -89,7 +89,6 @@ public:
     Q_INVOKABLE void unpin(int row);
     Q_INVOKABLE void acceptSuggestion();
     Q_INVOKABLE void dismissSuggestion();
-    Q_INVOKABLE void openPalette();
 
 Q_SIGNALS:
     void filterChanged();
@@ -104,12 +103,13 @@ private:
     void setOpen(const SidebarRow& row, bool open);
     void dropOnProject(const QString& dropped, const SidebarRow& target);
     void followPlace();
+    void takeInLibrary();
     void refreshLater();
     void refresh();
+    void gather();
     void refreshFooter();
     void listNewlyOpen();
-    void wakeWhenSomethingAges(Date now);
-    SidebarRows::Facts facts() const;
+    void wakeWhenSomethingAges();
 
     Library* const m_library;
     SidebarModel m_rows;
@@ -119,6 +119,9 @@ private:
     bool m_byActivity = true;
     QSet<Location> m_open;   // projects and folders whose rows are open, whether they are shown or not
     QSet<Location> m_listed; // those of them that the present rows show
+    QList<Project> m_visible;
+    SidebarRows::Facts m_facts; // what the rows were last made from
+    bool m_outdated = true;     // what the library holds, the filter or the order differ from that
     SidebarFooter m_footer;
     QTimer m_refresh; // joins the changes of one turn of the event loop
     QTimer m_aging;   // until the next project's dot goes out

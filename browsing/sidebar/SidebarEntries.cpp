@@ -6,6 +6,8 @@
 #include <QSet>
 
 #include <algorithm>
+#include <numeric>
+#include <vector>
 
 namespace lumbra::SidebarEntries {
 
@@ -23,9 +25,10 @@ Date activityOf(const Project& project, const Facts& facts) {
 }
 
 QList<Candidate> groupCandidates(const Facts& facts) {
-    QHash<QString, Project> byName;
+    QHash<QString, const Project*> byName;
+    byName.reserve(facts.visible.size());
     for (const Project& project : facts.visible)
-        byName.insert(project.name, project);
+        byName.insert(project.name, &project);
 
     QList<Candidate> candidates;
     for (const ProjectGroup& group : facts.groups) {
@@ -33,8 +36,8 @@ QList<Candidate> groupCandidates(const Facts& facts) {
         Date latest = Date::distantPast();
         bool kept = matches(group.name, facts.filter);
         for (const QString& name : group.projects) {
-            const auto member = byName.constFind(name);
-            if (member == byName.constEnd())
+            const Project* member = byName.value(name);
+            if (!member)
                 continue;
             entry.members.append(*member);
             latest = std::max(latest, activityOf(*member, facts));
@@ -49,7 +52,8 @@ QList<Candidate> groupCandidates(const Facts& facts) {
 QList<Candidate> looseCandidates(const Facts& facts) {
     QSet<QString> grouped;
     for (const ProjectGroup& group : facts.groups)
-        grouped.unite(QSet<QString>(group.projects.cbegin(), group.projects.cend()));
+        for (const QString& name : group.projects)
+            grouped.insert(name);
 
     QList<Candidate> candidates;
     for (const Project& project : facts.visible) {
@@ -64,17 +68,17 @@ QList<Candidate> looseCandidates(const Facts& facts) {
 QList<SidebarEntry> list(const Facts& facts) {
     // Groups come first, so that the stable sort keeps them ahead of loose projects with the same key.
     QList<Candidate> candidates = groupCandidates(facts) + looseCandidates(facts);
-    if (facts.order == Order::activity) {
-        std::stable_sort(candidates.begin(), candidates.end(),
-                         [](const Candidate& a, const Candidate& b) { return a.date > b.date; });
-    } else {
-        NaturalOrder::shared().sort(candidates, [](const Candidate& candidate) { return candidate.name; });
-    }
+    std::vector<qsizetype> places(size_t(candidates.size()));
+    std::iota(places.begin(), places.end(), 0);
+    if (facts.order == Order::activity)
+        std::ranges::stable_sort(places, std::greater(), [&](qsizetype place) { return candidates.at(place).date; });
+    else
+        NaturalOrder::shared().sort(places, [&](qsizetype place) { return candidates.at(place).name; });
 
     QList<SidebarEntry> entries;
     entries.reserve(candidates.size());
-    for (Candidate& candidate : candidates)
-        entries.append(std::move(candidate.entry));
+    for (const qsizetype place : places)
+        entries.append(std::move(candidates[place].entry));
     return entries;
 }
 

@@ -87,14 +87,7 @@ QList<MenuEntry> SidebarMenus::group(const ProjectGroup& group) const {
         ask(NamePrompt::request(QStringLiteral("Rename Group"), name,
                                 [library, id](const QString& to) { library->renameGroup(id, to); }));
     };
-    const auto pick = [library, id = group.id](int hue) {
-        LibraryState state = library->state();
-        for (ProjectGroup& stored : state.groups) {
-            if (stored.id == id)
-                stored.color = hue;
-        }
-        library->setState(state);
-    };
+    const auto pick = [library, id = group.id](int hue) { library->setGroupHue(id, hue); };
     return {
         MenuEntry::item(QStringLiteral("Rename Group…"), rename),
         colorMenu(library->groupHue(group), pick),

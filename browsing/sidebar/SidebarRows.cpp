@@ -40,6 +40,8 @@ public:
     explicit Builder(const Facts& facts) : m_facts(facts) {
         for (const Pin& pin : facts.pins)
             m_pinned.insert(pin.url);
+        m_ids.reserve(facts.hues.size());
+        m_rows.reserve(facts.hues.size());
     }
 
     QList<SidebarRow> build() {
@@ -129,8 +131,8 @@ private:
                                 .title = group.name,
                                 .badgeName = group.name,
                                 .hue = m_facts.groupHues.value(group.id),
-                                // The chevron tells what is stored, also while a filter shows every member.
-                                .chevron = open ? Chevron::open : Chevron::closed,
+                                // What is stored, also while a filter shows every member: a click changes that.
+                                .chevron = group.collapsed ? Chevron::closed : Chevron::open,
                                 .count = QString::number(entry.members.size()),
                                 .place = Place::group(group.id)});
         if (!added || !open)

@@ -116,4 +116,6 @@ QList<SidebarRow> list(const Facts& facts);
 } // namespace SidebarRows
 } // namespace lumbra
 
+// Nothing in it points into it, so that a list of many may move its rows as bytes when some come or go.
+Q_DECLARE_TYPEINFO(lumbra::SidebarRow, Q_RELOCATABLE_TYPE);
 Q_DECLARE_METATYPE(lumbra::SidebarRow)

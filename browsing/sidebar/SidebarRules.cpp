@@ -11,6 +11,11 @@ namespace {
 
 const QString projectPrefix = QStringLiteral("lumbra-project:");
 
+int ownHue(const LibraryState& state, const QString& name) {
+    const auto chosen = state.colors.constFind(name);
+    return chosen != state.colors.cend() ? *chosen : Hue::indexFor(name);
+}
+
 } // namespace
 
 QString newBadge(qsizetype count) {
@@ -53,6 +58,27 @@ std::optional<QString> projectNameIn(const QString& payload) {
     if (!payload.startsWith(projectPrefix))
         return std::nullopt;
     return payload.mid(projectPrefix.size());
+}
+
+QHash<QString, int> hues(const LibraryState& state, const QList<Project>& projects) {
+    QHash<QString, int> found;
+    found.reserve(projects.size());
+    for (const ProjectGroup& group : state.groups) {
+        const int hue = groupHue(state, group);
+        for (const QString& name : group.projects) {
+            if (!found.contains(name))
+                found.insert(name, hue);
+        }
+    }
+    for (const Project& project : projects) {
+        if (!found.contains(project.name))
+            found.insert(project.name, ownHue(state, project.name));
+    }
+    return found;
+}
+
+int groupHue(const LibraryState& state, const ProjectGroup& group) {
+    return group.color.value_or(ownHue(state, group.name));
 }
 
 QString footerText(const Location& root, qsizetype visibleProjects) {

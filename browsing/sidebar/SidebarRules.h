@@ -7,7 +7,9 @@
 #pragma once
 
 #include "library/Model.h"
+#include "library/state/LibraryState.h"
 
+#include <QHash>
 #include <QSet>
 
 namespace lumbra::SidebarRules {
@@ -34,6 +36,11 @@ QString capitalized(const QString& text);
 // The drag payload of a project's row, and the name in a payload; absent for any other text.
 QString dragPayload(const QString& projectName);
 std::optional<QString> projectNameIn(const QString& payload);
+
+// The hue of each of the projects by its name: that of the first group that it stands in, or its own. What the library
+// answers for one name, found for all of them in one pass over the groups.
+QHash<QString, int> hues(const LibraryState& state, const QList<Project>& projects);
+int groupHue(const LibraryState& state, const ProjectGroup& group);
 
 // The line at the foot of the pane when nothing is under way. The plural is fixed.
 QString footerText(const Location& root, qsizetype visibleProjects);

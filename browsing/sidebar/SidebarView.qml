@@ -23,20 +23,11 @@ Rectangle {
             objectName: "filter"
             x: Theme.rowInset
             anchors.verticalCenter: parent.verticalCenter
-            width: jump.x - x - Theme.grid
+            width: parent.width - 2 * x
             placeholderText: qsTr("Find a project")
             text: pane.sidebar.filter
             onTextChanged: pane.sidebar.filter = text
             Keys.onDownPressed: list.enter(pane.sidebar.firstResult())
-        }
-        IconButton {
-            id: jump
-            anchors.right: parent.right
-            anchors.rightMargin: Theme.rowInset
-            anchors.verticalCenter: parent.verticalCenter
-            symbol: "arrow.turn.down.right"
-            text: qsTr("Jump to anything (⌘K)")
-            onClicked: pane.sidebar.openPalette()
         }
     }
 

@@ -1,133 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "browsing/sidebar/Sidebar.h"
-#include "core/ProjectLinks.h"
-#include "library/Library.h"
-#include "platform/Preferences.h"
-#include "support/TestHome.h"
+#include "SidebarPane.h"
 
-#include <QAbstractItemModelTester>
-#include <QClipboard>
-#include <QDir>
-#include <QGuiApplication>
-#include <QProcess>
 #include <QSignalSpy>
-#include <QTest>
 
 #include <unistd.h>
 
 using namespace lumbra;
 
-namespace {
-
-QString text(const char* latin) {
-    return QString::fromLatin1(latin);
-}
-
-QStringList texts(const char* latin) {
-    return text(latin).split(QStringLiteral(", "), Qt::SkipEmptyParts);
-}
-
-QList<MenuEntry> entriesOf(const QVariantList& menu) {
-    QList<MenuEntry> entries;
-    for (const QVariant& entry : menu)
-        entries.append(entry.value<MenuEntry>());
-    return entries;
-}
-
-// "-" for a divider, "Title >" for a submenu.
-QString written(const QList<MenuEntry>& entries) {
-    QStringList lines;
-    for (const MenuEntry& entry : entries)
-        lines.append(entry.isDivider() ? text("-") : entry.isSubmenu() ? entry.title + text(" >") : entry.title);
-    return lines.join(QStringLiteral(", "));
-}
-
-MenuEntry find(const QList<MenuEntry>& entries, const char* title) {
-    for (const MenuEntry& entry : entries) {
-        if (entry.title == QString::fromUtf8(title))
-            return entry;
-    }
-    qFatal("no entry %s", title);
-}
-
-} // namespace
-
-class tst_Sidebar : public QObject {
+class tst_Sidebar : public QObject, SidebarPane {
     Q_OBJECT
 
 private:
-    std::unique_ptr<TestHome> m_home;
-    std::unique_ptr<Library> m_library;
-    std::unique_ptr<Sidebar> m_sidebar;
-    std::unique_ptr<QAbstractItemModelTester> m_tester;
-    std::optional<NamePrompt> m_prompt;
-
-    Location root() const { return m_home->path().child("Library"); }
-    Location at(const char* relative) const { return root().child(std::string_view(relative)); }
-
-    void folders(const char* names) {
-        const QStringList all = texts(names);
-        for (const QString& name : all)
-            m_home->folder((QStringLiteral("Library/") + name).toStdString());
-    }
-
     void link(const Location& target, const char* name) {
         QVERIFY(::symlink(target.path().constData(), at(name).path().constData()) == 0);
     }
 
-    // Opens the library that the folders make, with its pane.
-    void open() {
-        m_library = std::make_unique<Library>(root(), true);
-        m_sidebar = std::make_unique<Sidebar>(m_library.get());
-        m_tester = std::make_unique<QAbstractItemModelTester>(m_sidebar->rows(),
-                                                              QAbstractItemModelTester::FailureReportingMode::Fatal);
-        m_sidebar->setNamePrompt([this](const NamePrompt& prompt) { m_prompt = prompt; });
-        if (!QTest::qWaitFor([this] { return !m_library->indexing(); }, 10000))
-            qFatal("the first walk does not end");
-    }
-
-    QStringList rows() const {
-        QStringList all;
-        for (const SidebarRow& row : m_sidebar->rows()->rows())
-            all.append(QString(row.depth, u'.') + row.title);
-        return all;
-    }
-
-    // The project list alone.
-    QString projects() const {
-        const QStringList all = rows();
-        return all.mid(all.indexOf(text("Projects")) + 1).join(QStringLiteral(", "));
-    }
-
-    int rowOf(const char* title, SidebarRow::Type type) const {
-        const QList<SidebarRow>& all = m_sidebar->rows()->rows();
-        for (int row = 0; row < all.size(); ++row) {
-            if (all[row].title == QString::fromUtf8(title) && all[row].type == type)
-                return row;
-        }
-        return -1;
-    }
-    int projectRow(const char* name) const { return rowOf(name, SidebarRow::Type::project); }
-    int folderRow(const char* name) const { return rowOf(name, SidebarRow::Type::folder); }
-    int groupRow(const char* name) const { return rowOf(name, SidebarRow::Type::group); }
-    const SidebarRow& shown(int row) const { return m_sidebar->rows()->rows()[row]; }
-
-    QList<MenuEntry> menuOf(int row) const { return entriesOf(m_sidebar->menu(row)); }
-
-    void drop(const char* project, int row) { m_sidebar->drop(row, m_sidebar->dragPayload(projectRow(project))); }
-
-    // "Name(a b)" for each stored group.
-    QString groups() const {
-        QStringList all;
-        const QList<ProjectGroup> stored = m_library->state().groups;
-        for (const ProjectGroup& group : stored)
-            all.append(group.name + u'(' + group.projects.join(u' ') + u')');
-        return all.join(QStringLiteral(", "));
-    }
-
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init() { make(); }
+    void cleanup() { takeDown(); }
 
     void theLibraryItsPinsAndItsProjectsAreListed();
     void choosingARowGoesThere();
@@ -137,6 +27,8 @@ private Q_SLOTS:
     void theOrderOfProjectsSurvivesALaunch();
     void aProjectIsFreshOnTheDayOfItsFiles();
     void aFilterOpensGroupsAndHidesPinsAndSuggestion();
+    void theChevronOfAGroupWorksUnderAFilter();
+    void turningToAnotherProjectDrawsTwoRowsAnew();
 
     void anOpenProjectListsItsFolders();
     void aNewSubfolderShowsOnceItsParentIsReopened();
@@ -150,45 +42,9 @@ private Q_SLOTS:
     void theKeyboardOpensClosesAndClimbs();
     void theKeyboardStartsAtTheRowOfThePlace();
 
-    void droppingAProjectOnItsSiblingMakesAGroupOfTheirWord();
-    void droppingAStrangerMakesANewGroup();
-    void droppingAProjectOnItselfDoesNothing();
-    void droppingOnAGroupedProjectJoinsItsGroup();
-    void droppingOnAGroupAddsToIt();
-    void droppingOnTheHeaderTakesOutOfTheGroup();
-    void foreignTextIsNotDropped();
-    void onlyProjectsCanBeDragged();
-
-    void projectMenuHoldsWhatTheProjectAllows();
-    void pinningFromTheMenuPinsAndUnpins();
-    void projectsAreGroupedFromTheMenu();
-    void aProjectGetsAColor();
-    void aHiddenProjectComesBackFromTheOptions();
-    void aLinkedProjectCanBeUnlinked();
-    void copyPathCopiesThePath();
-    void groupMenuRenamesColorsAndUngroups();
-    void folderMenuHoldsWhatAFolderAllows();
-    void pinnedRowsCanBeUnpinned();
-    void optionsHoldTheOrderAndTheLibrary();
-    void rowsWithoutAMenuHaveNone();
-
     void theSuggestionGroupsOrGoes();
     void theFootTellsOfIndexingAndThenOfTheLibrary();
-    void thePaletteOpens();
 };
-
-void tst_Sidebar::init() {
-    m_home = std::make_unique<TestHome>();
-    m_home->folder("Library");
-    m_prompt.reset();
-}
-
-void tst_Sidebar::cleanup() {
-    m_tester.reset();
-    m_sidebar.reset();
-    m_library.reset();
-    Preferences::shared().remove(text("projectsByActivity"));
-}
 
 void tst_Sidebar::theLibraryItsPinsAndItsProjectsAreListed() {
     folders("cats/renders, dogs");
@@ -284,6 +140,47 @@ void tst_Sidebar::aFilterOpensGroupsAndHidesPinsAndSuggestion() {
     QVERIFY(m_library->groupWithId(group.id)->collapsed);
     m_sidebar->setFilter(text("nothing"));
     QCOMPARE(projects(), QStringLiteral("No project matches “nothing”"));
+}
+
+void tst_Sidebar::theChevronOfAGroupWorksUnderAFilter() {
+    folders("cats, dogs");
+    open();
+    const ProjectGroup group = m_library->newGroup(text("Pets"), {text("cats"), text("dogs")});
+    m_sidebar->setFilter(text("dog"));
+    QTRY_COMPARE(projects(), text("Pets, .cats, .dogs"));
+    m_sidebar->toggle(groupRow("Pets"));
+    QVERIFY(m_library->groupWithId(group.id)->collapsed);
+    QVERIFY(!shown(groupRow("Pets")).isExpanded());
+    QCOMPARE(projects(), text("Pets, .cats, .dogs"));
+    m_sidebar->toggle(groupRow("Pets"));
+    QVERIFY(!m_library->groupWithId(group.id)->collapsed);
+    m_sidebar->toggle(groupRow("Pets"));
+    m_sidebar->setFilter(QString());
+    QCOMPARE(projects(), text("Pets"));
+}
+
+// However many there are.
+void tst_Sidebar::turningToAnotherProjectDrawsTwoRowsAnew() {
+    for (int number = 0; number < 200; ++number)
+        m_home->folder("Library/project " + std::to_string(number));
+    open();
+    QTRY_VERIFY(projectRow("project 7") >= 0);
+    m_sidebar->choose(projectRow("project 7"));
+    QTRY_COMPARE(m_sidebar->selectedRow(), projectRow("project 7"));
+    QSignalSpy changed(m_sidebar->rows(), &QAbstractItemModel::dataChanged);
+    QSignalSpy inserted(m_sidebar->rows(), &QAbstractItemModel::rowsInserted);
+    QSignalSpy removed(m_sidebar->rows(), &QAbstractItemModel::rowsRemoved);
+    const int before = m_sidebar->selectedRow();
+    const int after = projectRow("project 150");
+    m_sidebar->choose(after);
+    QTRY_COMPARE(m_sidebar->selectedRow(), after);
+    QSet<int> drawn;
+    for (const QList<QVariant>& signal : changed) {
+        for (int row = signal[0].toModelIndex().row(); row <= signal[1].toModelIndex().row(); ++row)
+            drawn.insert(row);
+    }
+    QCOMPARE(drawn, (QSet<int>{before, after}));
+    QVERIFY(inserted.isEmpty() && removed.isEmpty());
 }
 
 void tst_Sidebar::anOpenProjectListsItsFolders() {
@@ -411,254 +308,6 @@ void tst_Sidebar::theKeyboardStartsAtTheRowOfThePlace() {
     QCOMPARE(m_sidebar->firstResult(), projectRow("cats"));
 }
 
-void tst_Sidebar::droppingAProjectOnItsSiblingMakesAGroupOfTheirWord() {
-    folders("cats-a, cats-b");
-    open();
-    drop("cats-b", projectRow("cats-a"));
-    QCOMPARE(groups(), text("Cats(cats-a cats-b)"));
-    QTRY_COMPARE(projects(), text("Cats, .cats-a, .cats-b"));
-}
-
-void tst_Sidebar::droppingAStrangerMakesANewGroup() {
-    folders("cats-a, dogs");
-    open();
-    drop("dogs", projectRow("cats-a"));
-    QCOMPARE(groups(), text("New Group(cats-a dogs)"));
-}
-
-void tst_Sidebar::droppingAProjectOnItselfDoesNothing() {
-    folders("cats-a, cats-b");
-    open();
-    const int row = projectRow("cats-a");
-    QVERIFY(!m_sidebar->accepts(row, m_sidebar->dragPayload(row)));
-    drop("cats-a", row);
-    QVERIFY(m_library->state() == LibraryState());
-}
-
-void tst_Sidebar::droppingOnAGroupedProjectJoinsItsGroup() {
-    folders("ants, cats-a, dogs");
-    open();
-    m_library->newGroup(text("Pets"), {text("cats-a")});
-    QTRY_VERIFY(groupRow("Pets") >= 0);
-    drop("dogs", projectRow("cats-a"));
-    QCOMPARE(groups(), text("Pets(cats-a dogs)"));
-}
-
-void tst_Sidebar::droppingOnAGroupAddsToIt() {
-    folders("cats, dogs");
-    open();
-    m_library->newGroup(text("Pets"), {text("cats")});
-    m_library->newGroup(text("Others"), {text("dogs")});
-    QTRY_VERIFY(groupRow("Others") >= 0);
-    drop("dogs", groupRow("Pets"));
-    QCOMPARE(groups(), text("Pets(cats dogs)"));
-}
-
-void tst_Sidebar::droppingOnTheHeaderTakesOutOfTheGroup() {
-    folders("cats, dogs");
-    open();
-    m_library->newGroup(text("Pets"), {text("cats"), text("dogs")});
-    QTRY_VERIFY(groupRow("Pets") >= 0);
-    drop("dogs", rowOf("Projects", SidebarRow::Type::projectsHeader));
-    QCOMPARE(groups(), text("Pets(cats)"));
-}
-
-void tst_Sidebar::foreignTextIsNotDropped() {
-    folders("cats");
-    open();
-    const int row = projectRow("cats");
-    for (const char* payload : {"", "dogs", "lumbra-project:", "lumbra-project:unknown", "file:///etc/passwd"}) {
-        QVERIFY(!m_sidebar->accepts(row, text(payload)));
-        m_sidebar->drop(row, text(payload));
-    }
-    QVERIFY(!m_sidebar->accepts(0, text("lumbra-project:cats")));
-    QVERIFY(!m_sidebar->accepts(99, text("lumbra-project:cats")));
-    QVERIFY(m_library->state() == LibraryState());
-}
-
-void tst_Sidebar::onlyProjectsCanBeDragged() {
-    folders("cats/a");
-    open();
-    m_sidebar->toggle(projectRow("cats"));
-    QTRY_VERIFY(folderRow("a") >= 0);
-    QCOMPARE(m_sidebar->dragPayload(projectRow("cats")), text("lumbra-project:cats"));
-    QCOMPARE(m_sidebar->dragPayload(folderRow("a")), QString());
-    QCOMPARE(m_sidebar->dragPayload(0), QString());
-}
-
-void tst_Sidebar::projectMenuHoldsWhatTheProjectAllows() {
-    folders("cats, dogs");
-    open();
-    QCOMPARE(written(menuOf(projectRow("cats"))),
-             text("Pin to Top, Add to Group >, -, Color >, -, Show in Finder, Copy Path, -, Hide Project"));
-
-    m_home->file("Library/dogs/.lumbra.json", "{\"repo\": \"/somewhere/dogs\"}");
-    m_library->reloadProjects();
-    m_library->newGroup(text("Pets"), {text("dogs")});
-    m_library->togglePin(at("dogs"));
-    QTRY_VERIFY(groupRow("Pets") >= 0);
-    QCOMPARE(written(menuOf(projectRow("dogs"))),
-             text("Unpin, Add to Group >, Remove from Group, -, Color >, -, Show Repository in Finder, "
-                  "Open Repository in Terminal, Unlink Repository, -, Show in Finder, Copy Path, -, Hide Project"));
-}
-
-void tst_Sidebar::pinningFromTheMenuPinsAndUnpins() {
-    folders("cats");
-    open();
-    find(menuOf(projectRow("cats")), "Pin to Top").run();
-    QCOMPARE(m_library->state().pins, texts("cats"));
-    QTRY_VERIFY(shown(projectRow("cats")).pinned);
-    find(menuOf(projectRow("cats")), "Unpin").run();
-    QVERIFY(m_library->state().pins.isEmpty());
-    QTRY_VERIFY(!shown(projectRow("cats")).pinned);
-}
-
-void tst_Sidebar::projectsAreGroupedFromTheMenu() {
-    folders("cats, dogs");
-    open();
-    MenuEntry add = find(menuOf(projectRow("cats")), "Add to Group");
-    QCOMPARE(written(add.children), QStringLiteral("New Group…"));
-    find(add.children, "New Group…").run();
-    QVERIFY(m_prompt);
-    QCOMPARE(m_prompt->title, text("New Group"));
-    QCOMPARE(m_prompt->initial, QString());
-    QCOMPARE(m_prompt->confirm, text("Create"));
-    m_prompt->action(text("Pets"));
-    QCOMPARE(groups(), text("Pets(cats)"));
-
-    QTRY_VERIFY(groupRow("Pets") >= 0);
-    add = find(menuOf(projectRow("cats")), "Add to Group");
-    QCOMPARE(written(add.children), QStringLiteral("Pets, -, New Group…"));
-    QVERIFY(!find(add.children, "Pets").enabled);
-    add = find(menuOf(projectRow("dogs")), "Add to Group");
-    QVERIFY(find(add.children, "Pets").enabled);
-    find(add.children, "Pets").run();
-    QCOMPARE(groups(), text("Pets(cats dogs)"));
-    find(menuOf(projectRow("cats")), "Remove from Group").run();
-    QCOMPARE(groups(), text("Pets(dogs)"));
-}
-
-void tst_Sidebar::aProjectGetsAColor() {
-    folders("cats");
-    open();
-    const QList<MenuEntry> colors = find(menuOf(projectRow("cats")), "Color").children;
-    QCOMPARE(written(colors), text("Amber, Teal, Violet, Sky, Rose, Lime, Sand, Periwinkle, Coral, Mint"));
-    const int before = m_library->hueFor(text("cats"));
-    for (int index = 0; index < colors.size(); ++index) {
-        QCOMPARE(colors[index].isChecked(), index == before);
-        QCOMPARE(colors[index].hue, index);
-    }
-    const int other = (before + 1) % 10;
-    colors[other].run();
-    QCOMPARE(m_library->state().colors.value(text("cats")), other);
-    QTRY_COMPARE(shown(projectRow("cats")).hue, other);
-}
-
-void tst_Sidebar::aHiddenProjectComesBackFromTheOptions() {
-    folders("cats, dogs");
-    open();
-    find(menuOf(projectRow("cats")), "Hide Project").run();
-    QTRY_COMPARE(projects(), text("dogs"));
-    const QList<MenuEntry> options = entriesOf(m_sidebar->optionsMenu());
-    const QList<MenuEntry> hidden = find(options, "Hidden Projects").children;
-    QCOMPARE(written(hidden), text("Show cats"));
-    hidden.first().run();
-    QTRY_COMPARE(projects(), text("cats, dogs"));
-}
-
-void tst_Sidebar::aLinkedProjectCanBeUnlinked() {
-    folders("cats");
-    const Location repo = m_home->folder("code/cats");
-    QProcess git;
-    git.start(text("git"), {text("init"), text("-q"), repo.toString()});
-    QVERIFY(git.waitForFinished());
-    ProjectLinks::link(at("cats"), repo);
-    open();
-    QTRY_COMPARE(shown(projectRow("cats")).help, text("Linked to ") + repo.toString());
-    find(menuOf(projectRow("cats")), "Unlink Repository").run();
-    QTRY_COMPARE(shown(projectRow("cats")).help, QString());
-    QVERIFY(!ProjectLinks::repoOf(at("cats")));
-}
-
-void tst_Sidebar::copyPathCopiesThePath() {
-    folders("cats");
-    open();
-    find(menuOf(projectRow("cats")), "Copy Path").run();
-    QCOMPARE(QGuiApplication::clipboard()->text(), at("cats").toString());
-}
-
-void tst_Sidebar::groupMenuRenamesColorsAndUngroups() {
-    folders("cats, dogs");
-    open();
-    const ProjectGroup group = m_library->newGroup(text("Pets"), {text("cats")});
-    QTRY_VERIFY(groupRow("Pets") >= 0);
-    const QList<MenuEntry> menu = menuOf(groupRow("Pets"));
-    QCOMPARE(written(menu), QStringLiteral("Rename Group…, Color >, Ungroup"));
-
-    find(menu, "Rename Group…").run();
-    QVERIFY(m_prompt);
-    QCOMPARE(m_prompt->title, text("Rename Group"));
-    QCOMPARE(m_prompt->initial, text("Pets"));
-    QCOMPARE(m_prompt->confirm, text("Rename"));
-    m_prompt->action(text("Beasts"));
-    QCOMPARE(groups(), text("Beasts(cats)"));
-
-    const int other = (m_library->groupHue(group) + 1) % 10;
-    find(menu, "Color").children[other].run();
-    QCOMPARE(m_library->groupWithId(group.id)->color, std::optional(other));
-    QTRY_COMPARE(shown(projectRow("cats")).hue, other);
-
-    find(menu, "Ungroup").run();
-    QCOMPARE(groups(), QString());
-    QTRY_COMPARE(projects(), text("cats, dogs"));
-}
-
-void tst_Sidebar::folderMenuHoldsWhatAFolderAllows() {
-    folders("cats/a");
-    open();
-    m_sidebar->toggle(projectRow("cats"));
-    QTRY_VERIFY(folderRow("a") >= 0);
-    QCOMPARE(written(menuOf(folderRow("a"))), text("Pin to Top, -, Show in Finder, Copy Path"));
-    find(menuOf(folderRow("a")), "Pin to Top").run();
-    QCOMPARE(m_library->state().pins, texts("cats/a"));
-    QTRY_VERIFY(shown(folderRow("a")).pinned);
-    QCOMPARE(written(menuOf(folderRow("a"))), text("Unpin, -, Show in Finder, Copy Path"));
-}
-
-void tst_Sidebar::pinnedRowsCanBeUnpinned() {
-    folders("cats/a, cats/b");
-    open();
-    m_library->togglePin(at("cats/a"));
-    m_library->togglePin(at("cats/b"));
-    QTRY_VERIFY(rowOf("b", SidebarRow::Type::pinned) >= 0);
-    QCOMPARE(written(menuOf(rowOf("a", SidebarRow::Type::pinned))), text("Unpin, Show in Finder, Copy Path"));
-    find(menuOf(rowOf("a", SidebarRow::Type::pinned)), "Unpin").run();
-    QCOMPARE(m_library->state().pins, texts("cats/b"));
-    QTRY_COMPARE(rowOf("a", SidebarRow::Type::pinned), -1);
-    m_sidebar->unpin(rowOf("b", SidebarRow::Type::pinned));
-    QVERIFY(m_library->state().pins.isEmpty());
-}
-
-void tst_Sidebar::optionsHoldTheOrderAndTheLibrary() {
-    open();
-    const QList<MenuEntry> options = entriesOf(m_sidebar->optionsMenu());
-    QCOMPARE(written(options), QStringLiteral("New Group…, -, Sort Projects, By recent activity, By name, -, "
-                                              "Show Library in Finder"));
-    QVERIFY(find(options, "Sort Projects").isHeading());
-    QVERIFY(find(options, "By recent activity").isChecked());
-    find(options, "By name").run();
-    QVERIFY(!m_sidebar->byActivity());
-    QVERIFY(find(entriesOf(m_sidebar->optionsMenu()), "By name").isChecked());
-    QCOMPARE(written(entriesOf(m_sidebar->newMenu())), QStringLiteral("New Group…"));
-}
-
-void tst_Sidebar::rowsWithoutAMenuHaveNone() {
-    folders("cats");
-    open();
-    for (int row = -1; row < rowOf("Projects", SidebarRow::Type::projectsHeader) + 1; ++row)
-        QVERIFY(m_sidebar->menu(row).isEmpty());
-}
-
 void tst_Sidebar::theSuggestionGroupsOrGoes() {
     folders("acme-a, acme-b, zoo-a, zoo-b");
     open();
@@ -680,12 +329,6 @@ void tst_Sidebar::theFootTellsOfIndexingAndThenOfTheLibrary() {
     QTRY_VERIFY(!m_sidebar->footer().busy);
     QCOMPARE(m_sidebar->footer().symbol, text("folder"));
     QCOMPARE(m_sidebar->footer().text, QStringLiteral("~/Library \u00b7 2 projects"));
-}
-
-void tst_Sidebar::thePaletteOpens() {
-    open();
-    m_sidebar->openPalette();
-    QVERIFY(m_library->paletteOpen());
 }
 
 QTEST_MAIN(tst_Sidebar)

@@ -56,6 +56,7 @@ private Q_SLOTS:
     void thePaneStandsInItsOrder();
     void aFilterTakesAwayPinsAndSuggestion();
     void aFilterShowsTheMembersOfACollapsedGroup();
+    void theChevronOfAGroupTellsWhatIsStoredUnderAFilterToo();
     void aFilterWithoutMatchSaysSo();
     void anEmptyLibrarySaysNothingOfAFilter();
     void recentBearsWhatIsNew_data();
@@ -107,6 +108,15 @@ void tst_SidebarRows::aFilterShowsTheMembersOfACollapsedGroup() {
     filtered.filter = QStringLiteral("dog");
     QVERIFY(titles(filtered).contains(QStringLiteral(".cats")));
     QVERIFY(titles(filtered).contains(QStringLiteral(".dogs")));
+}
+
+void tst_SidebarRows::theChevronOfAGroupTellsWhatIsStoredUnderAFilterToo() {
+    SidebarRows::Facts filtered = facts();
+    filtered.filter = QStringLiteral("dog");
+    filtered.entries = {pets(true)};
+    QCOMPARE(row(filtered, QStringLiteral("Pets")).chevron, Chevron::closed);
+    filtered.entries = {pets(false)};
+    QCOMPARE(row(filtered, QStringLiteral("Pets")).chevron, Chevron::open);
 }
 
 void tst_SidebarRows::aFilterWithoutMatchSaysSo() {

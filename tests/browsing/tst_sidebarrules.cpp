@@ -28,6 +28,7 @@ private Q_SLOTS:
     void groupNameFor();
     void onlyTheFirstCharacterIsCapitalized();
     void dragPayloadsCarryTheNameAndNothingElseIsOne();
+    void aProjectHasTheHueOfItsGroupOrItsOwn();
     void theFooterShortensTheHomeAndKeepsItsPlural();
 };
 
@@ -129,6 +130,29 @@ void tst_SidebarRules::dragPayloadsCarryTheNameAndNothingElseIsOne() {
     QVERIFY(!SidebarRules::projectNameIn(QStringLiteral("cats")));
     QVERIFY(!SidebarRules::projectNameIn(QStringLiteral(" lumbra-project:cats")));
     QVERIFY(!SidebarRules::projectNameIn(QString()));
+}
+
+void tst_SidebarRules::aProjectHasTheHueOfItsGroupOrItsOwn() {
+    const QString cats = QStringLiteral("cats"), dogs = QStringLiteral("dogs"), ants = QStringLiteral("ants"),
+                  bees = QStringLiteral("bees"), eels = QStringLiteral("eels");
+    LibraryState state;
+    const ProjectGroup pets{QUuid::createUuid(), QStringLiteral("Pets"), {cats, dogs}, 4, false};
+    const ProjectGroup more{QUuid::createUuid(), QStringLiteral("More"), {ants, cats}, {}, false};
+    const ProjectGroup named{QUuid::createUuid(), QStringLiteral("Named"), {}, {}, false};
+    state.groups = {pets, more, named};
+    state.colors = {{cats, 9}, {bees, 7}, {QStringLiteral("Named"), 3}};
+    QList<Project> projects;
+    for (const QString& name : {cats, dogs, ants, bees, eels})
+        projects.append({name, at(u"/library").child(name), {}});
+
+    QCOMPARE(SidebarRules::groupHue(state, pets), 4);
+    QCOMPARE(SidebarRules::groupHue(state, more), Hue::indexFor(QStringLiteral("More")));
+    QCOMPARE(SidebarRules::groupHue(state, named), 3);
+    QCOMPARE(SidebarRules::hues(state, projects), (QHash<QString, int>{{cats, 4},
+                                                                       {dogs, 4},
+                                                                       {ants, Hue::indexFor(QStringLiteral("More"))},
+                                                                       {bees, 7},
+                                                                       {eels, Hue::indexFor(eels)}}));
 }
 
 void tst_SidebarRules::theFooterShortensTheHomeAndKeepsItsPlural() {
