@@ -58,6 +58,7 @@ constexpr std::array glyphs{
     Glyph{u"folder.fill", 0xF24B},
     Glyph{u"forward.frame.fill", 0xF4D7},
     Glyph{u"gearshape", 0xF493},
+    Glyph{u"house", 0xF2DC},
     Glyph{u"info.circle", 0xF2FD},
     Glyph{u"keyboard", 0xF30C},
     Glyph{u"link", 0xF339},

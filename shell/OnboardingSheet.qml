@@ -28,11 +28,12 @@ Sheet {
         function onShownChanged() { sheet.follow() }
     }
 
-    FolderPanel {
+    FilePanel {
         id: folderPanel
+        kind: PathChoice.Folder
         prompt: "Use This Folder"
         message: "Choose the folder Lumbra keeps your agents' output in. Each repository gets a folder inside it."
-        onChosen: path => sheet.onboarding.choose(path)
+        onChosen: paths => sheet.onboarding.choose(paths[0])
     }
 
     contentItem: ColumnLayout {

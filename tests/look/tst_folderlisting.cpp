@@ -1,10 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "look/FolderListing.h"
+#include "look/panel/FolderListing.h"
 #include "support/TestHome.h"
 
 #include <QAbstractItemModelTester>
+#include <QElapsedTimer>
+#include <QFile>
 #include <QSignalSpy>
 #include <QTest>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace lumbra;
 
@@ -23,8 +28,13 @@ private Q_SLOTS:
     void foldersAreListed();
     void aPathIsCompleted_data();
     void aPathIsCompleted();
-    void aPathIsChoosable_data();
-    void aPathIsChoosable();
+    void aPathLeadsToSomething_data();
+    void aPathLeadsToSomething();
+    void aRelativePathLeadsNowhere();
+    void filesAreListedBehindFolders();
+    void linksCountAsWhatTheyLeadTo();
+    void whatIsAddedShowsWhenReadAnew();
+    void anEnormousFolderIsBounded();
     void onlyTheLastPathTypedIsListed();
     void theTopHasNoParent();
 
@@ -90,31 +100,96 @@ void tst_folderlisting::aPathIsCompleted() {
     QCOMPARE(listing.completion(), completion);
 }
 
-void tst_folderlisting::aPathIsChoosable_data() {
+void tst_folderlisting::aPathLeadsToSomething_data() {
     QTest::addColumn<QString>("path");
-    QTest::addColumn<bool>("choosable");
-    QTest::addColumn<bool>("isNew");
-    QTest::newRow("a folder") << QStringLiteral("~/media/stills") << true << false;
-    QTest::newRow("a folder with a slash") << QStringLiteral("~/media/stills/") << true << false;
-    QTest::newRow("one to be made") << QStringLiteral("~/media/new") << true << true;
-    QTest::newRow("a file") << QStringLiteral("~/media/sketch.png") << false << false;
-    QTest::newRow("one below nothing") << QStringLiteral("~/media/new/deeper") << false << false;
-    QTest::newRow("the home") << QStringLiteral("~") << true << false;
-    QTest::newRow("a relative path") << QStringLiteral("media") << false << false;
+    QTest::addColumn<FolderListing::Target>("target");
+    QTest::newRow("a folder") << QStringLiteral("~/media/stills") << FolderListing::Folder;
+    QTest::newRow("a folder with a slash") << QStringLiteral("~/media/stills/") << FolderListing::Folder;
+    QTest::newRow("one to be made") << QStringLiteral("~/media/new") << FolderListing::New;
+    QTest::newRow("a file") << QStringLiteral("~/media/sketch.png") << FolderListing::File;
+    QTest::newRow("one below nothing") << QStringLiteral("~/media/new/deeper") << FolderListing::Nothing;
+    QTest::newRow("one below a file") << QStringLiteral("~/media/sketch.png/new") << FolderListing::Nothing;
+    QTest::newRow("the home") << QStringLiteral("~") << FolderListing::Folder;
+    QTest::newRow("a link that leads nowhere") << QStringLiteral("~/media/broken") << FolderListing::Nothing;
 }
 
-void tst_folderlisting::aPathIsChoosable() {
+void tst_folderlisting::aPathLeadsToSomething() {
     QFETCH(QString, path);
-    QFETCH(bool, choosable);
-    QFETCH(bool, isNew);
+    QFETCH(FolderListing::Target, target);
+    QVERIFY(QFile::link(QStringLiteral("/no/such/thing"), m_home->path().child("media/broken").toString()));
     FolderListing listing;
     type(listing, path);
-    QCOMPARE(listing.choosable(), choosable);
-    QCOMPARE(listing.isNew(), isNew);
-    if (choosable) {
-        const QString inHome = path.mid(1).endsWith(u'/') ? path.mid(1).chopped(1) : path.mid(1);
-        QCOMPARE(listing.chosen(), m_home->path().toString() + inHome);
-    }
+    QCOMPARE(listing.target(), target);
+    const QString inHome = path.mid(1).endsWith(u'/') ? path.mid(1).chopped(1) : path.mid(1);
+    QCOMPARE(listing.resolved(), m_home->path().toString() + inHome);
+}
+
+void tst_folderlisting::aRelativePathLeadsNowhere() {
+    FolderListing listing;
+    type(listing, QStringLiteral("media"));
+    QCOMPARE(listing.target(), FolderListing::Nothing);
+    QCOMPARE(listing.resolved(), QString());
+}
+
+void tst_folderlisting::filesAreListedBehindFolders() {
+    m_home->file("media/a.png");
+    FolderListing listing;
+    listing.setListsFiles(true);
+    type(listing, QStringLiteral("~/media/"));
+    QCOMPARE(names(listing),
+             QStringList({QStringLiteral("Sound"), QStringLiteral("stills"), QStringLiteral("stills 9"),
+                          QStringLiteral("stills 10"), QStringLiteral("a.png"), QStringLiteral("sketch.png")}));
+    QCOMPARE(listing.pathOf(0), QStringLiteral("~/media/Sound/"));
+    QCOMPARE(listing.pathOf(4), QStringLiteral("~/media/a.png"));
+    type(listing, QStringLiteral("~/media/sk"));
+    QCOMPARE(listing.completion(), QStringLiteral("~/media/sketch.png"));
+}
+
+void tst_folderlisting::linksCountAsWhatTheyLeadTo() {
+    const QString media = m_home->path().child("media").toString();
+    QVERIFY(QFile::link(media + QStringLiteral("/Sound"), media + QStringLiteral("/link")));
+    QVERIFY(QFile::link(media + QStringLiteral("/gone"), media + QStringLiteral("/lost")));
+    QVERIFY(::mkfifo(QFile::encodeName(media + QStringLiteral("/live")).constData(), 0600) == 0);
+    FolderListing listing;
+    listing.setListsFiles(true);
+    type(listing, QStringLiteral("~/media/l"));
+    QCOMPARE(names(listing), QStringList{QStringLiteral("link")});
+    QVERIFY(listing.entryAt(0).isFolder);
+}
+
+void tst_folderlisting::whatIsAddedShowsWhenReadAnew() {
+    FolderListing listing;
+    type(listing, QStringLiteral("~/media/So"));
+    m_home->folder("media/Sonnets");
+    QSignalSpy listed(&listing, &FolderListing::listed);
+    listing.refresh();
+    QTRY_COMPARE(listed.size(), 1);
+    QCOMPARE(names(listing), QStringList({QStringLiteral("Sonnets"), QStringLiteral("Sound")}));
+}
+
+void tst_folderlisting::anEnormousFolderIsBounded() {
+    const Location many = m_home->folder("many");
+    // Links are made faster than files, but no file system takes this many of one.
+    const QByteArray first = m_home->file("first").path();
+    const QByteArray second = m_home->file("second").path();
+    for (int number = 0; number < 100'000; ++number)
+        QCOMPARE(::link(number % 2 ? first : second, many.path() + '/' + QByteArray::number(number) + ".png"), 0);
+    FolderListing listing;
+    listing.setListsFiles(true);
+    QElapsedTimer clock;
+    clock.start();
+    listing.setPath(QStringLiteral("~/many/"));
+    QVERIFY2(clock.elapsed() < 100, "reading a folder holds up the caller");
+    QTRY_VERIFY(!listing.reading());
+    QCOMPARE(listing.rowCount(), FolderListing::most);
+    QVERIFY(listing.isCut());
+    QCOMPARE(names(listing).first(3),
+             QStringList({QStringLiteral("0.png"), QStringLiteral("1.png"), QStringLiteral("2.png")}));
+
+    type(listing, QStringLiteral("~/many/9999"));
+    QVERIFY(!listing.isCut());
+    QCOMPARE(names(listing).first(2), QStringList({QStringLiteral("9999.png"), QStringLiteral("99990.png")}));
+    QCOMPARE(listing.rowCount(), 11);
 }
 
 void tst_folderlisting::onlyTheLastPathTypedIsListed() {
