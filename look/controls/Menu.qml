@@ -18,7 +18,13 @@ T.Menu {
             width = Math.max(width, (itemAt(i)?.implicitWidth ?? 0) + leftPadding + rightPadding)
         return Math.min(width, widest)
     }
-    implicitHeight: contentHeight + topPadding + bottomPadding
+    // Of the entries themselves: the list knows its height only once it is drawn, and where a menu opens depends on it.
+    implicitHeight: {
+        let height = topPadding + bottomPadding
+        for (let i = 0; i < count; ++i)
+            height += itemAt(i)?.implicitHeight ?? 0
+        return height
+    }
     margins: Theme.gap
     padding: Theme.grid + 1
     overlap: Theme.grid

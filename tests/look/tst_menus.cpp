@@ -107,8 +107,10 @@ void tst_menus::aMenuHangsBelowWhatOpenedItOrStandsOnIt() {
     QFETCH(int, y);
     QFETCH(bool, below);
     QmlWindow window("Item { objectName: 'row'; width: 200; height: 28\n"
-                     "ContextMenu { id: context; menu: Component { Menu { objectName: 'menu'\n"
-                     "MenuItem { text: 'One' } MenuItem { text: 'Two' } } } } }\n"
+                     "ContextMenu { id: context; menu: Component { Menu { id: menu; objectName: 'menu'\n"
+                     "Component { id: item; MenuItem { text: 'One' } } Component { id: line; MenuSeparator {} }\n"
+                     "Component.onCompleted: { for (let i = 0; i < 6; ++i)\n"
+                     "addItem((i % 3 === 1 ? line : item).createObject(contentItem)) } } } } }\n"
                      "function open() { context.openBelow(0, 0, 28) }");
     window.find<QQuickItem>("row")->setY(y);
     QMetaObject::invokeMethod(window.root(), "open");
