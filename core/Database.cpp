@@ -158,7 +158,8 @@ bool Database::atomically(const std::function<bool()>& work) {
 
 bool Database::lastFailureWasDamage() const {
     const int primary = m_failure & 0xff;
-    return primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB;
+    // A full-text index that has lost its plan comes upon its own entries as if they were somebody else's.
+    return primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB || primary == SQLITE_CONSTRAINT;
 }
 
 } // namespace lumbra

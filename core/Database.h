@@ -78,7 +78,7 @@ public:
     // writing.
     bool atomically(const std::function<bool()>& work);
 
-    // What the last failure was, if it says that the database is damaged.
+    // The last failure says that the database is damaged, if the statement could violate no constraint by itself.
     bool lastFailureWasDamage() const;
 
 private:

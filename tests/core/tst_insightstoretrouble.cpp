@@ -1,0 +1,416 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// The insight store on databases that are locked, full, read-only, damaged, or replaced under it: operations return,
+// and work again as soon as the trouble is over.
+#include "InsightSupport.h"
+#include "support/EventMirror.h"
+#include "support/Strings.h"
+#include "support/TestHome.h"
+
+#include <QElapsedTimer>
+#include <QTest>
+
+#include <sys/fsuid.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
+using namespace lumbra;
+namespace fs = std::filesystem;
+
+namespace {
+
+std::optional<QByteArray> whyNothingCanBeMounted;
+
+const Insight fox = insightWith("/p/fox.png", "fox");
+const Insight goose = insightWith("/p/goose.png", "goose");
+
+bool isWhole(InsightStore& store, const Insight& insight) {
+    return kept(store, insight) == insight && found(store, qPrintable(insight.text)) == QStringList{insight.path};
+}
+
+bool isAbsent(InsightStore& store, const Insight& insight) {
+    return !kept(store, insight) && found(store, qPrintable(insight.text)).isEmpty();
+}
+
+// Everything once, for its return.
+void useAll(InsightStore& store) {
+    store.save(goose);
+    kept(store, fox);
+    kept(store, insightWith("/elsewhere/fox.png"));
+    found(store, "fox");
+    store.featurePrintsUnder(QStringLiteral("/"));
+    store.count();
+    store.forget(QStringLiteral("/p/never.png"));
+}
+
+// What opening says when it fails; empty when it succeeds.
+QString errorOfOpening(const Location& file) {
+    try {
+        InsightStore store(file);
+    } catch (const CoreError& error) {
+        return error.message;
+    }
+    return {};
+}
+
+void removeDatabase(const Location& file) {
+    for (const char* suffix : {"", "-wal", "-shm"})
+        ::unlink((file.path() + suffix).constData());
+}
+
+// Spoils bytes of a file from a position on.
+void overwrite(const Location& file, qint64 at, const QByteArray& bytes) {
+    std::fstream stream(std::string(file.view()), std::ios::in | std::ios::out | std::ios::binary);
+    stream.seekp(at);
+    stream.write(bytes.constData(), bytes.size());
+}
+
+QByteArray bytesOf(const Location& file) {
+    QFile opened(file.toString());
+    return opened.open(QIODevice::ReadOnly) ? opened.readAll() : QByteArray();
+}
+
+} // namespace
+
+class InsightStoreTroubleTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() {
+        m_home = std::make_unique<TestHome>();
+        m_file = m_home->folder("library/.lumbra").child("insights.sqlite");
+    }
+
+    // Not opening.
+
+    void whatCannotBeOpenedSaysSo_data() {
+        QTest::addColumn<QByteArray>("library");
+        QTest::addColumn<QByteArray>("message");
+        QTest::newRow("a file for the folder") << QByteArray("taken") << QByteArray("Not a directory");
+        QTest::newRow("a folder for the file") << QByteArray("folder") << QByteArray("couldn't open ");
+        QTest::newRow("no database") << QByteArray("text") << QByteArray("file is not a database");
+        QTest::newRow("a table of the name that is no such table")
+            << QByteArray("other") << QByteArray("no such column: name");
+    }
+    void whatCannotBeOpenedSaysSo() {
+        QFETCH(QByteArray, library);
+        QFETCH(QByteArray, message);
+        m_home->file("taken/.lumbra");
+        m_home->folder("folder/.lumbra/insights.sqlite");
+        m_home->file("text/.lumbra/insights.sqlite", QByteArray(5000, 'x'));
+        const Location other = m_home->folder("other/.lumbra").child("insights.sqlite");
+        QVERIFY(sqliteRuns(other, "CREATE TABLE insights(a);"));
+        const Location root = m_home->path().child(library.constData());
+        try {
+            InsightStore::atLibrary(root);
+            QFAIL("it opened");
+        } catch (const CoreError& error) {
+            if (message.endsWith(' '))
+                message += root.path() + "/.lumbra/insights.sqlite";
+            QVERIFY2(error.message.contains(QString::fromUtf8(message)), qPrintable(error.message));
+            QCOMPARE(QByteArray(error.what()), error.message.toUtf8());
+            const bool isFolder = library == "taken";
+            QCOMPARE(dynamic_cast<const InsightStore::StoreError*>(&error) == nullptr, isFolder);
+        }
+    }
+
+    void missingFoldersAreMade() {
+        const Location file = m_home->path().child("new/library/.lumbra/insights.sqlite");
+        QCOMPARE(errorOfOpening(file), QString());
+        QVERIFY(file.exists());
+    }
+
+    void anEmptyFileBecomesADatabase() {
+        m_home->file("library/.lumbra/insights.sqlite", "");
+        InsightStore store(m_file);
+        store.save(fox);
+        QVERIFY(isWhole(store, fox));
+    }
+
+    // Locked.
+
+    void aWriteThatCollidesIsLostAtOnce() {
+        InsightStore store(m_file);
+        store.save(fox);
+        OtherConnection other(m_file);
+        QVERIFY(other.execute("BEGIN IMMEDIATE; INSERT INTO insights(path) VALUES('/p/theirs.png')"));
+        QElapsedTimer timer;
+        timer.start();
+        store.save(goose);
+        store.forget(fox.path);
+        QVERIFY2(timer.elapsed() < 1000, "it waited for the lock");
+        QVERIFY(isWhole(store, fox));
+        QVERIFY(isAbsent(store, goose));
+        QVERIFY(other.execute("COMMIT"));
+        store.save(goose);
+        QVERIFY(isWhole(store, goose));
+        QCOMPARE(store.count(), 3);
+    }
+
+    void aMoveThatCollidesIsAnsweredAndRecordedLater() {
+        InsightStore store(m_file);
+        store.save(fox);
+        OtherConnection other(m_file);
+        QVERIFY(other.execute("BEGIN IMMEDIATE"));
+        Insight moved = fox;
+        moved.path = QStringLiteral("/q/fox.png");
+        QCOMPARE(kept(store, moved), moved);
+        QCOMPARE(found(store, "fox"), strings({"/p/fox.png"}));
+        QVERIFY(other.execute("ROLLBACK"));
+        QCOMPARE(kept(store, moved), moved);
+        QVERIFY(isWhole(store, moved));
+        QCOMPARE(store.count(), 1);
+    }
+
+    void aDatabaseLockedForGoodYieldsNothing() {
+        QVERIFY(sqliteRuns(m_file, insightScript));
+        OtherConnection other(m_file);
+        QVERIFY(other.execute("PRAGMA locking_mode=EXCLUSIVE; BEGIN EXCLUSIVE; INSERT INTO insights(path) VALUES('x'); "
+                              "COMMIT"));
+        QCOMPARE(errorOfOpening(m_file), QStringLiteral("database is locked"));
+    }
+
+    void openingWaitsForALockThatIsSoonGone() {
+        // As when another process makes the same database just now.
+        auto other = std::make_unique<OtherConnection>(m_file);
+        QVERIFY(other->execute("BEGIN EXCLUSIVE; CREATE TABLE t(a)"));
+        std::jthread opening([&] {
+            QTest::qSleep(200);
+            other->execute("COMMIT");
+            other.reset();
+        });
+        QCOMPARE(errorOfOpening(m_file), QString());
+    }
+
+    // No space, no right.
+
+    void aFullDiskLosesWhatDoesNotFit() {
+        QVERIFY2(!whyNothingCanBeMounted, whyNothingCanBeMounted.value_or(QByteArray()).constData());
+        const Location small = m_home->folder("small");
+        QCOMPARE(::mount("none", small.path().constData(), "tmpfs", 0, "size=1m"), 0);
+        {
+            InsightStore store(small.child("insights.sqlite"));
+            store.save(fox);
+            int saved = 0;
+            // Each with its own words, until nothing more fits for a while.
+            Insight large = insightWith("/p/large.png");
+            for (int i = 0; i < 60; ++i) {
+                large.path = QStringLiteral("/p/large%1.png").arg(i);
+                QString words;
+                for (int word = 0; word < 2000; ++word)
+                    words += QStringLiteral(" w%1x%2").arg(i).arg(word);
+                large.text = words;
+                store.save(large);
+                const bool isThere = kept(store, large).has_value();
+                saved += isThere;
+                QCOMPARE(store.search(QStringLiteral("w%1x0").arg(i), std::nullopt, 5).size(), isThere ? 1 : 0);
+            }
+            QVERIFY2(saved < 60, "the disk did not fill");
+            QVERIFY(isWhole(store, fox));
+
+            // The disk grows.
+            QCOMPARE(::mount("none", small.path().constData(), "tmpfs", MS_REMOUNT, "size=32m"), 0);
+            store.save(large);
+            store.save(goose);
+            QVERIFY(isWhole(store, goose));
+            QVERIFY(isWhole(store, fox));
+            QVERIFY(kept(store, large).has_value());
+            QCOMPARE(found(store, "w59x0").size(), 1);
+        }
+        QCOMPARE(soundness(small.child("insights.sqlite")), QByteArray("ok"));
+        QCOMPARE(::umount(small.path().constData()), 0);
+    }
+
+    void aReadOnlyFileSystemHasNoStore() {
+        QVERIFY2(!whyNothingCanBeMounted, whyNothingCanBeMounted.value_or(QByteArray()).constData());
+        InsightStore(m_file).save(fox);
+        const Location folder = m_file.parent();
+        QCOMPARE(::mount(folder.path().constData(), folder.path().constData(), nullptr, MS_BIND, nullptr), 0);
+        QCOMPARE(::mount(nullptr, folder.path().constData(), nullptr, MS_BIND | MS_REMOUNT | MS_RDONLY, nullptr), 0);
+        QVERIFY(!errorOfOpening(m_file).isEmpty());
+        QCOMPARE(::umount(folder.path().constData()), 0);
+        InsightStore store(m_file);
+        QVERIFY(isWhole(store, fox));
+    }
+
+    void whatMayOnlyBeReadIsReadAndNotWritten() {
+        if (::geteuid() != 0)
+            QSKIP("only root can become somebody else");
+        // A process that may write keeps the log there; the other one may read all of it.
+        InsightStore owner(m_file);
+        owner.save(fox);
+        for (const char* suffix : {"", "-wal", "-shm"})
+            QCOMPARE(::chmod((m_file.path() + suffix).constData(), 0644), 0);
+        for (Location folder = m_file.parent(); folder.isAtOrBelow(m_home->path()); folder = folder.parent())
+            QCOMPARE(::chmod(folder.path().constData(), 0755), 0);
+        ::setfsuid(65534);
+        {
+            InsightStore reader(m_file);
+            QVERIFY(isWhole(reader, fox));
+            reader.save(goose);
+            QVERIFY(isAbsent(reader, goose));
+            // A file that was moved is known though that can't be written down.
+            QVERIFY(kept(reader, insightWith("/q/fox.png", "fox")).has_value());
+            QCOMPARE(found(reader, "fox"), QStringList{fox.path});
+            useAll(reader);
+        }
+        ::setfsuid(0);
+        QVERIFY(isWhole(owner, fox));
+        QVERIFY(isAbsent(owner, goose));
+    }
+
+    // Damaged.
+
+    void aTruncatedDatabaseHasNoStore() {
+        fill(m_file);
+        for (const double part : {0.9, 0.5, 0.1}) {
+            const Location cut = m_home->path().child("cut.sqlite");
+            removeDatabase(cut);
+            fs::copy_file(m_file.view(), cut.view());
+            fs::resize_file(cut.view(), uintmax_t(double(fs::file_size(m_file.view())) * part));
+            QVERIFY(!errorOfOpening(cut).isEmpty());
+        }
+    }
+
+    void aDatabaseSpoiltAnywhereIsSurvived() {
+        fill(m_file);
+        const auto size = qint64(fs::file_size(m_file.view()));
+        const Location spoilt = m_home->path().child("spoilt.sqlite");
+        for (qint64 at = 0; at < size; at += 4096) {
+            removeDatabase(spoilt);
+            fs::copy_file(m_file.view(), spoilt.view());
+            overwrite(spoilt, at + 100, QByteArray(600, char(at / 4096 * 37)));
+            try {
+                InsightStore store(spoilt);
+                useAll(store);
+                useAll(store);
+            } catch (const InsightStore::StoreError&) {
+            }
+        }
+    }
+
+    void aDatabaseSpoiltWhileOpenIsSurvivedAndUsedAgainOnceReplaced_data() {
+        QTest::addColumn<QByteArray>("how");
+        QTest::newRow("cut to nothing") << QByteArray("cut");
+        QTest::newRow("cut in half") << QByteArray("half");
+        QTest::newRow("filled with rubbish") << QByteArray("rubbish");
+        QTest::newRow("removed") << QByteArray("removed");
+        QTest::newRow("removed with its log") << QByteArray("all removed");
+        QTest::newRow("a text in its place") << QByteArray("text");
+        QTest::newRow("a folder in its place") << QByteArray("folder");
+        QTest::newRow("its folder removed") << QByteArray("no folder");
+    }
+    void aDatabaseSpoiltWhileOpenIsSurvivedAndUsedAgainOnceReplaced() {
+        QFETCH(QByteArray, how);
+        fill(m_file);
+        InsightStore store(m_file);
+        store.save(fox);
+        QVERIFY(isWhole(store, fox));
+
+        const auto size = fs::file_size(m_file.view());
+        if (how == "cut" || how == "half")
+            fs::resize_file(m_file.view(), how == "cut" ? 0 : size / 2);
+        else if (how == "rubbish")
+            overwrite(m_file, 0, QByteArray(qsizetype(size), 'r'));
+        else if (how == "no folder")
+            fs::remove_all(m_file.parent().view());
+        else if (how == "all removed")
+            removeDatabase(m_file);
+        else
+            fs::remove(m_file.view());
+        if (how == "text")
+            m_home->file("library/.lumbra/insights.sqlite", QByteArray(5000, 't'));
+        if (how == "folder")
+            m_home->folder("library/.lumbra/insights.sqlite");
+        useAll(store);
+        useAll(store);
+        if (how == "no folder")
+            QVERIFY(!m_file.parent().exists());
+
+        // Somebody puts a good one in its place.
+        const Location good = m_home->path().child("good.sqlite");
+        InsightStore(good).save(goose);
+        fs::remove_all(m_file.view());
+        removeDatabase(m_file);
+        m_home->folder("library/.lumbra");
+        fs::rename(good.view(), m_file.view());
+        QVERIFY(isWhole(store, goose));
+        QVERIFY(isAbsent(store, fox));
+        store.save(fox);
+        QVERIFY(isWhole(store, fox));
+        QCOMPARE(soundness(m_file), QByteArray("ok"));
+    }
+
+    void aRemovedDatabaseIsBegunAnew() {
+        InsightStore store(m_file);
+        store.save(fox);
+        removeDatabase(m_file);
+        QVERIFY(isAbsent(store, fox));
+        store.save(goose);
+        QVERIFY(isWhole(store, goose));
+        QCOMPARE(sqlitePrints(m_file, "SELECT path FROM insights;"), goose.path.toUtf8());
+    }
+
+    void aDatabaseThatIsReplacedAloneIsNotMixedWithTheOldLog() {
+        InsightStore store(m_file);
+        for (int i = 0; i < 50; ++i)
+            store.save(insightWith(("/p/" + std::to_string(i) + ".png").c_str(), "fox"));
+        QVERIFY(!bytesOf(Location(QByteArray(m_file.path() + "-wal"))).isEmpty());
+        const Location good = m_home->path().child("good.sqlite");
+        InsightStore(good).save(goose);
+        fs::rename(good.view(), m_file.view());
+        QCOMPARE(found(store, "fox"), QStringList());
+        QVERIFY(isWhole(store, goose));
+        QCOMPARE(store.count(), 1);
+        QCOMPARE(soundness(m_file), QByteArray("ok"));
+    }
+
+    void aSpoiltIndexOfWordsIsMadeAnew_data() {
+        QTest::addColumn<QByteArray>("script");
+        QTest::newRow("its plan") << QByteArray("UPDATE insights_fts_data SET block = X'ffffffff' WHERE id = 10;");
+        QTest::newRow("its words") << QByteArray("UPDATE insights_fts_data SET block = X'00' WHERE id > 10;");
+        QTest::newRow("its words gone") << QByteArray("DELETE FROM insights_fts_data WHERE id > 10;");
+    }
+    void aSpoiltIndexOfWordsIsMadeAnew() {
+        QFETCH(QByteArray, script);
+        fill(m_file);
+        InsightStore(m_file).save(fox);
+        QVERIFY(sqliteRuns(m_file, script));
+        InsightStore store(m_file);
+        QCOMPARE(found(store, "fox"), QStringList());
+        store.save(goose);
+        QVERIFY(isWhole(store, goose));
+        QVERIFY(isWhole(store, fox));
+        QCOMPARE(soundness(m_file), QByteArray("ok"));
+    }
+
+private:
+    // Some hundred kilobytes, all in the database itself.
+    static void fill(const Location& file) {
+        InsightStore store(file);
+        for (int i = 0; i < 60; ++i) {
+            QString words;
+            for (int word = 0; word < 300; ++word)
+                words += QStringLiteral(" w%1x%2").arg(i % 7).arg(word);
+            Insight insight = insightWith(("/p/filler" + std::to_string(i) + ".png").c_str());
+            insight.text = words;
+            store.save(insight);
+        }
+    }
+
+    std::unique_ptr<TestHome> m_home;
+    Location m_file;
+};
+
+int main(int argc, char* argv[]) {
+    whyNothingCanBeMounted = enterPrivateMounts(); // before there is a second thread
+    QCoreApplication application(argc, argv);
+    InsightStoreTroubleTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_insightstoretrouble.moc"
