@@ -113,6 +113,8 @@ FocusScope {
         section.delegate: SectionHead {
             required property string section
             width: list.width
+            // A list pins a head above rows of no section too, and keeps it visible.
+            height: section === "" ? 0 : implicitHeight
             inset: grid.pictureInset
             header: grid.browser.headers[section]
             onActivated: grid.browser.showStarred()

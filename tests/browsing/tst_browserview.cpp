@@ -172,6 +172,19 @@ private Q_SLOTS:
         QTRY_VERIFY(Pane::centre(pane.tile("AssetTile", u"45.txt"_qs)).y() < 668);
     }
 
+    void noHeadCoversTheTilesOfAScrolledFolder() {
+        Pane pane;
+        for (int n = 1; n <= 60; ++n)
+            pane.file("p/" + std::to_string(n) + ".txt", n);
+        pane.open(Place::folder(pane.folder("p")));
+        QTRY_COMPARE(pane.browser->order().size(), 60);
+        Q_EMIT pane.browser->scrollRequested(6, true);
+        QTRY_VERIFY(pane.tile("AssetTile", u"50.txt"_qs));
+        pane.settle();
+        for (const QQuickItem* head : pane.items("SectionHead"))
+            QCOMPARE(head->height(), 0.0);
+    }
+
     void aCardOpensItsProject() {
         Pane pane;
         pane.file("one/1.txt");
