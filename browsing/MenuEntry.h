@@ -57,6 +57,10 @@ public:
         checked = present;
         return *this;
     }
+    MenuEntry& thatDestroys() {
+        destructive = true;
+        return *this;
+    }
     MenuEntry& withHue(int index) {
         hue = index;
         return *this;

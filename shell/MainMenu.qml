@@ -53,5 +53,52 @@ MenuBar {
                 onTriggered: bar.commands.copyPaths()
             }
         }
+        MenuItem {
+            action: Controls.Action {
+                text: "Save a Copy…"
+                shortcut: "Ctrl+E"
+                enabled: bar.commands.hasSelection
+                onTriggered: bar.commands.exportFiles()
+            }
+        }
+        MenuItem {
+            action: Controls.Action {
+                text: "Star or Unstar"
+                enabled: bar.commands.hasSelection
+                onTriggered: bar.commands.star()
+            }
+        }
+        MenuItem {
+            action: Controls.Action {
+                text: "Rename"
+                enabled: bar.commands.hasSelection
+                onTriggered: bar.commands.rename()
+            }
+        }
+        MenuItem {
+            action: Controls.Action {
+                text: "Move to Trash"
+                shortcut: "Ctrl+Del"
+                enabled: bar.commands.hasSelection
+                onTriggered: bar.commands.trash()
+            }
+        }
+        MenuSeparator {}
+        MenuItem {
+            action: Controls.Action {
+                text: "New Folder"
+                shortcut: "Ctrl+Shift+N"
+                enabled: bar.commands.hasFolder
+                onTriggered: bar.commands.newFolder()
+            }
+        }
+        MenuItem {
+            action: Controls.Action {
+                text: "Add Files…"
+                shortcut: "Ctrl+Shift+I"
+                enabled: bar.commands.hasFolder
+                onTriggered: bar.commands.addFiles()
+            }
+        }
     }
 }

@@ -343,8 +343,7 @@ bool Browser::press(int key, Qt::KeyboardModifiers modifiers, bool repeated) {
         m_library->toggleStar(urlsOf(m_selected));
         return true;
     case Qt::Key_Delete:
-        trash(urlsOf(m_selected));
-        m_selection = QSet<Location>();
+        trashSelected();
         return true;
     case Qt::Key_Left:
     case Qt::Key_Up:
@@ -405,9 +404,18 @@ void Browser::trash(const QList<Location>& urls) {
     m_selection = kept;
 }
 
-QVariantList Browser::menu(const PageCell& cell) const {
+void Browser::trashSelected() {
+    trash(urlsOf(m_selected));
+    m_selection = QSet<Location>();
+}
+
+QVariantList Browser::menu(const PageCell& cell) {
+    const TileMenus::Page page{
+        .rename = [this](const Location& url) { rename(url); },
+        .trash = [this](const QList<Location>& urls) { trash(urls); },
+    };
     if (cell.isAsset())
-        return MenuEntry::toVariants(TileMenus::asset(*m_library, menuPage(), cell.url, targets(cell.url)));
+        return MenuEntry::toVariants(TileMenus::asset(m_library, page, cell.url, targets(cell.url)));
     if (cell.isFolder())
         return MenuEntry::toVariants(TileMenus::folder(m_library, cell.url));
     return {};

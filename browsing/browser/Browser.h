@@ -121,13 +121,14 @@ public:
 
     // The files leave the selection, whatever comes of it.
     void trash(const QList<Location>& urls);
+    void trashSelected();
 
     // Who shows the sheet that asks for a name. Without one nothing is renamed.
     void setNamePrompt(std::function<void(const NamePrompt&)> ask) { m_ask = std::move(ask); }
     void ask(const NamePrompt& prompt) const;
 
     // What stands in the context menu of a tile: a list of MenuEntry, empty for a tile without a menu.
-    Q_INVOKABLE QVariantList menu(const lumbra::PageCell& cell) const;
+    Q_INVOKABLE QVariantList menu(const lumbra::PageCell& cell);
 
     // What a menu over a tile of this path applies to.
     QList<Location> targets(const Location& url) const { return selectionValue().targets(url, m_order); }

@@ -1,33 +1,62 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "BrowserCommands.h"
 
-#include "core/Clipboard.h"
+#include "library/Actions.h"
 #include "platform/Desktop.h"
 
 namespace lumbra {
 
 BrowserCommands::BrowserCommands(Browser* browser, QObject* parent) : QObject(parent), m_browser(browser) {
     connect(browser, &Browser::selectedChanged, this, &BrowserCommands::follow);
+    connect(library(), &Library::placeChanged, this, &BrowserCommands::follow);
     follow();
 }
 
 void BrowserCommands::open() const {
-    Desktop::open(selectedPaths());
+    Actions::open(selectedPaths());
 }
 
 void BrowserCommands::reveal() const {
     QList<Location> locations = selectedPaths();
     if (locations.isEmpty())
-        if (const auto folder = m_browser->library()->place().folderUrl())
+        if (const auto folder = library()->place().folderUrl())
             locations.append(*folder);
     Desktop::reveal(locations);
 }
 
 void BrowserCommands::copyPaths() const {
-    QStringList lines;
-    for (const Location& path : selectedPaths())
-        lines.append(path.toString());
-    Clipboard::copyText(lines.join(u'\n'));
+    Actions::copyPaths(selectedPaths());
+}
+
+void BrowserCommands::exportFiles() const {
+    Actions::exportFiles(selectedPaths(), library());
+}
+
+void BrowserCommands::star() const {
+    library()->toggleStar(selectedPaths());
+}
+
+void BrowserCommands::rename() const {
+    if (const auto selected = selectedPaths(); selected.size() == 1)
+        m_browser->rename(selected.first());
+}
+
+void BrowserCommands::trash() const {
+    m_browser->trashSelected();
+}
+
+void BrowserCommands::newFolder() const {
+    const auto folder = library()->place().folderUrl();
+    if (!folder)
+        return;
+    m_browser->ask(NamePrompt::request(
+        QStringLiteral("New Folder"), QStringLiteral("untitled folder"),
+        [library = library(), folder](const QString& name) { library->newFolderIn(*folder, name); }));
+}
+
+void BrowserCommands::addFiles() const {
+    if (const auto folder = library()->place().folderUrl())
+        Actions::importFiles(*folder, library());
 }
 
 QList<Location> BrowserCommands::selectedPaths() const {
@@ -42,6 +71,9 @@ void BrowserCommands::follow() {
     const bool hasSelection = !m_browser->selected().isEmpty();
     if (std::exchange(m_hasSelection, hasSelection) != hasSelection)
         Q_EMIT hasSelectionChanged();
+    const bool hasFolder = library()->place().is(Place::Case::folder);
+    if (std::exchange(m_hasFolder, hasFolder) != hasFolder)
+        Q_EMIT hasFolderChanged();
 }
 
 } // namespace lumbra

@@ -222,9 +222,14 @@ std::optional<Project> Sidebar::draggedProject(const QString& payload) const {
 }
 
 SidebarMenus Sidebar::menus() const {
-    return {m_library, [this](const NamePrompt& prompt) {
+    return {m_library,
+            [this](const NamePrompt& prompt) {
                 if (m_ask)
                     m_ask(prompt);
+            },
+            [this](const Confirmation& question) {
+                if (m_confirm)
+                    m_confirm(question);
             }};
 }
 

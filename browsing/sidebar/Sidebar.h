@@ -64,6 +64,9 @@ public:
     // Who shows the sheet that asks for a name. Without one no menu asks.
     void setNamePrompt(SidebarMenus::Ask ask) { m_ask = std::move(ask); }
 
+    // Who shows the alert before a project is trashed. Without one nothing is.
+    void setConfirmation(Confirmation::Ask ask) { m_confirm = std::move(ask); }
+
     // A row came on screen: whether a folder has subfolders is found out only then.
     Q_INVOKABLE void appeared(int row);
 
@@ -115,6 +118,7 @@ private:
     SidebarModel m_rows;
     FolderListings m_listings;
     SidebarMenus::Ask m_ask;
+    Confirmation::Ask m_confirm;
     QString m_filter;
     bool m_byActivity = true;
     QSet<Location> m_open;   // projects and folders whose rows are open, whether they are shown or not

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "SidebarMenus.h"
 
-#include "core/Clipboard.h"
-#include "core/ProjectLinks.h"
+#include "library/Actions.h"
 #include "platform/Desktop.h"
-#include "platform/Tasks.h"
 
 namespace lumbra {
 
@@ -21,7 +19,7 @@ MenuEntry showInFinder(const Location& url) {
 }
 
 MenuEntry copyPath(const Location& url) {
-    return MenuEntry::item(QStringLiteral("Copy Path"), [url] { Clipboard::copyText(url.toString()); });
+    return MenuEntry::item(QStringLiteral("Copy Path"), [url] { Actions::copyPaths({url}); });
 }
 
 MenuEntry colorMenu(int current, const std::function<void(int)>& pick) {
@@ -34,10 +32,22 @@ MenuEntry colorMenu(int current, const std::function<void(int)>& pick) {
     return MenuEntry::submenu(QStringLiteral("Color"), hues);
 }
 
-// git is asked for it, which may take its time.
-void unlink(Library* library, const Location& folder) {
-    Tasks::run(Tasks::Pool::userInitiated, [folder] { ProjectLinks::unlink(folder); }).then(library, [library] {
-        library->reloadProjects();
+// Asks for the repository whose media a project is to hold. `chosen` gets none when the user cancels.
+void chooseRepository(const QString& name, const std::optional<Location>& start,
+                      const std::function<void(std::optional<Location>)>& chosen) {
+    Actions::chooseFolder(
+        QStringLiteral("Link"), start ? start->parent() : Location::home().child("Projects"), chosen,
+        QStringLiteral("Choose the repository for “%1”. Its media stays in the library; the repository only records "
+                       "where to find it, in its own git config.")
+            .arg(name));
+}
+
+MenuEntry linkItem(const QString& title, Library* library, const Project& project) {
+    return MenuEntry::item(title, [library, project] {
+        chooseRepository(project.name, project.repo, [library, project](const std::optional<Location>& repo) {
+            if (repo)
+                library->linkProject(project, *repo);
+        });
     });
 }
 
@@ -51,13 +61,15 @@ Entries repositoryItems(Library* library, const Project& project) {
                             if (!Desktop::openTerminal(repo))
                                 library->setLastError(QStringLiteral("No terminal could be started."));
                         }),
-        MenuEntry::item(QStringLiteral("Unlink Repository"), [library, url = project.url] { unlink(library, url); }),
+        linkItem(QStringLiteral("Change Linked Repository…"), library, project),
+        MenuEntry::item(QStringLiteral("Unlink Repository"), [library, project] { library->unlinkProject(project); }),
     };
 }
 
 } // namespace
 
-SidebarMenus::SidebarMenus(Library* library, Ask ask) : m_library(library), m_ask(std::move(ask)) {}
+SidebarMenus::SidebarMenus(Library* library, Ask ask, Confirmation::Ask confirm)
+    : m_library(library), m_ask(std::move(ask)), m_confirm(std::move(confirm)) {}
 
 QList<MenuEntry> SidebarMenus::project(const Project& project) const {
     Library* const library = m_library;
@@ -67,17 +79,21 @@ QList<MenuEntry> SidebarMenus::project(const Project& project) const {
                                    [library, name = project.name] { library->removeFromGroup(name); });
     }
     entries += MenuEntry::divider();
+    entries += newFolder(QStringLiteral("New Folder…"), project.url);
+    entries += renameProject(project);
     entries += colorMenu(library->hueFor(project.name),
                          [library, name = project.name](int hue) { library->setHue(hue, name); });
     entries += MenuEntry::divider();
-    if (project.repo) {
+    if (project.repo)
         entries += repositoryItems(library, project);
-        entries += MenuEntry::divider();
-    }
+    else
+        entries += linkItem(QStringLiteral("Link to Repository…"), library, project);
+    entries += MenuEntry::divider();
     entries += showInFinder(project.url);
     entries += copyPath(project.url);
     entries += MenuEntry::divider();
     entries += MenuEntry::item(QStringLiteral("Hide Project"), [library, project] { library->hide(project); });
+    entries += trashProject(project);
     return entries;
 }
 
@@ -96,7 +112,24 @@ QList<MenuEntry> SidebarMenus::group(const ProjectGroup& group) const {
 }
 
 QList<MenuEntry> SidebarMenus::folder(const Location& url) const {
-    return {pinItem(url), MenuEntry::divider(), showInFinder(url), copyPath(url)};
+    Library* const library = m_library;
+    const auto trash = [library, url] {
+        if (library->place() == Place::folder(url))
+            library->setPlace(Place::folder(url.parent()));
+        library->trash({url});
+    };
+    return {
+        pinItem(url),
+        MenuEntry::divider(),
+        newFolder(QStringLiteral("New Folder Inside…"), url),
+        MenuEntry::item(QStringLiteral("Add Files…"), [library, url] { Actions::importFiles(url, library); }),
+        renameFolder(url),
+        MenuEntry::divider(),
+        showInFinder(url),
+        copyPath(url),
+        MenuEntry::divider(),
+        MenuEntry::item(QStringLiteral("Move to Trash"), trash).thatDestroys(),
+    };
 }
 
 QList<MenuEntry> SidebarMenus::pinned(const Location& url) const {
@@ -109,7 +142,7 @@ QList<MenuEntry> SidebarMenus::pinned(const Location& url) const {
 }
 
 QList<MenuEntry> SidebarMenus::newItems() const {
-    return {newGroup({})};
+    return {newProject(), newGroup({})};
 }
 
 QList<MenuEntry> SidebarMenus::options(bool byActivity, const std::function<void(bool)>& sortByActivity) const {
@@ -166,6 +199,58 @@ MenuEntry SidebarMenus::newGroup(const QStringList& projects) const {
     return MenuEntry::item(QStringLiteral("New Group…"), [library = m_library, ask = m_ask, projects] {
         ask(NamePrompt::request(QStringLiteral("New Group"), QString(),
                                 [library, projects](const QString& name) { library->newGroup(name, projects); }));
+    });
+}
+
+MenuEntry SidebarMenus::newProject() const {
+    return MenuEntry::item(QStringLiteral("New Project…"), [library = m_library, ask = m_ask] {
+        const auto make = [library](const QString& name) {
+            chooseRepository(name, std::nullopt, [library, name](const std::optional<Location>& repo) {
+                library->newProjectNamed(name, repo);
+            });
+        };
+        ask(NamePrompt::request(QStringLiteral("New Project"), QString(), make));
+    });
+}
+
+MenuEntry SidebarMenus::newFolder(const QString& title, const Location& parent) const {
+    return MenuEntry::item(title, [library = m_library, ask = m_ask, parent] {
+        const auto make = [library, parent](const QString& name) {
+            if (const auto made = library->newFolderIn(parent, name))
+                library->setPlace(Place::folder(*made));
+        };
+        ask(NamePrompt::request(QStringLiteral("New Folder"), QStringLiteral("untitled folder"), make));
+    });
+}
+
+MenuEntry SidebarMenus::renameProject(const Project& project) const {
+    return MenuEntry::item(QStringLiteral("Rename Project…"), [library = m_library, ask = m_ask, project] {
+        ask(NamePrompt::request(QStringLiteral("Rename Project"), project.name,
+                                [library, project](const QString& name) { library->renameProject(project, name); }));
+    });
+}
+
+MenuEntry SidebarMenus::renameFolder(const Location& url) const {
+    return MenuEntry::item(QStringLiteral("Rename Folder…"), [library = m_library, ask = m_ask, url] {
+        const auto rename = [library, url](const QString& name) {
+            const auto renamed = library->rename(url, name);
+            if (renamed && library->place() == Place::folder(url))
+                library->setPlace(Place::folder(*renamed));
+        };
+        ask(NamePrompt::request(QStringLiteral("Rename Folder"), url.name(), rename));
+    });
+}
+
+MenuEntry SidebarMenus::trashProject(const Project& project) const {
+    return MenuEntry::item(QStringLiteral("Move Project to Trash…"), [library = m_library, confirm = m_confirm,
+                                                                      project] {
+        confirm(
+            {.title = QStringLiteral("Move “%1” to the Trash?").arg(project.name),
+             .text = QStringLiteral("Everything in this project's folder goes to the Trash. You can put it back from "
+                                    "there. To keep the files and just stop seeing the project, use Hide Project "
+                                    "instead."),
+             .confirm = QStringLiteral("Move to Trash"),
+             .action = [library, project] { library->trashProject(project); }});
     });
 }
 

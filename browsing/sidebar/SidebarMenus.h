@@ -6,6 +6,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "browsing/Confirmation.h"
 #include "browsing/MenuEntry.h"
 #include "browsing/NamePrompt.h"
 #include "library/Library.h"
@@ -16,8 +17,9 @@ class SidebarMenus {
 public:
     using Ask = std::function<void(const NamePrompt&)>;
 
-    // The library must outlive this and every menu made by it. `ask` shows the window's sheet for a name.
-    SidebarMenus(Library* library, Ask ask);
+    // The library must outlive this and every menu made by it. `ask` shows the window's sheet for a name, `confirm` its
+    // alert before something is destroyed.
+    SidebarMenus(Library* library, Ask ask, Confirmation::Ask confirm);
 
     QList<MenuEntry> project(const Project& project) const;
     QList<MenuEntry> group(const ProjectGroup& group) const;
@@ -34,9 +36,15 @@ private:
     MenuEntry pinItem(const Location& url) const;
     MenuEntry addToGroup(const Project& project) const;
     MenuEntry newGroup(const QStringList& projects) const;
+    MenuEntry newProject() const;
+    MenuEntry newFolder(const QString& title, const Location& parent) const;
+    MenuEntry renameProject(const Project& project) const;
+    MenuEntry renameFolder(const Location& url) const;
+    MenuEntry trashProject(const Project& project) const;
 
     Library* m_library;
     Ask m_ask;
+    Confirmation::Ask m_confirm;
 };
 
 } // namespace lumbra

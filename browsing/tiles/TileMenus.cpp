@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "TileMenus.h"
 
-#include "core/Clipboard.h"
+#include "library/Actions.h"
 #include "platform/Desktop.h"
+
+#include <algorithm>
 
 namespace lumbra::TileMenus {
 
@@ -13,12 +15,8 @@ MenuEntry showInFinder(const QList<Location>& urls) {
 }
 
 MenuEntry copyPaths(const QList<Location>& urls) {
-    return MenuEntry::item(urls.size() == 1 ? QStringLiteral("Copy Path") : QStringLiteral("Copy Paths"), [urls] {
-        QStringList paths;
-        for (const Location& url : urls)
-            paths << url.toString();
-        Clipboard::copyText(paths.join(u'\n'));
-    });
+    return MenuEntry::item(urls.size() == 1 ? QStringLiteral("Copy Path") : QStringLiteral("Copy Paths"),
+                           [urls] { Actions::copyPaths(urls); });
 }
 
 // The page acts on the reveal when the folder has loaded, so the file is named before the place changes.
@@ -31,15 +29,28 @@ MenuEntry goToFolder(Library* library, const Location& url) {
 
 } // namespace
 
-QList<MenuEntry> asset(Library* library, const Location& url, const QList<Location>& targets) {
+QList<MenuEntry> asset(Library* library, const Page& page, const Location& url, const QList<Location>& targets) {
+    const bool allStarred =
+        std::ranges::all_of(targets, [library](const Location& target) { return library->isStarred(target); });
     QList<MenuEntry> entries{
-        MenuEntry::item(QStringLiteral("Open"), [targets] { Desktop::open(targets); }),
+        MenuEntry::item(allStarred ? QStringLiteral("Unstar") : QStringLiteral("Star"),
+                        [library, targets] { library->toggleStar(targets); }),
+        MenuEntry::item(QStringLiteral("Open"), [targets] { Actions::open(targets); }),
         showInFinder(targets),
     };
     if (!library->place().is(Place::Case::folder))
-        entries.append(goToFolder(library, url));
-    entries.append(MenuEntry::divider());
-    entries.append(copyPaths(targets));
+        entries += goToFolder(library, url);
+    entries += MenuEntry::divider();
+    entries += MenuEntry::item(QStringLiteral("Copy"), [library, targets] { Actions::copy(targets, library); });
+    entries += copyPaths(targets);
+    entries +=
+        MenuEntry::item(QStringLiteral("Export…"), [library, targets] { Actions::exportFiles(targets, library); });
+    entries += MenuEntry::divider();
+    if (targets.size() == 1)
+        entries +=
+            MenuEntry::item(QStringLiteral("Rename…"), [page, target = targets.first()] { page.rename(target); });
+    entries +=
+        MenuEntry::item(QStringLiteral("Move to Trash"), [page, targets] { page.trash(targets); }).thatDestroys();
     return entries;
 }
 

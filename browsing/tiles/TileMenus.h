@@ -8,10 +8,18 @@
 #include "browsing/MenuEntry.h"
 #include "library/Library.h"
 
+#include <functional>
+
 namespace lumbra::TileMenus {
 
+// What the page itself does for its menus.
+struct Page {
+    std::function<void(const Location& url)> rename;
+    std::function<void(const QList<Location>& urls)> trash;
+};
+
 // For the file's tile. `targets` are what the actions apply to: the file alone, or all that is selected with it.
-QList<MenuEntry> asset(Library* library, const Location& url, const QList<Location>& targets);
+QList<MenuEntry> asset(Library* library, const Page& page, const Location& url, const QList<Location>& targets);
 
 QList<MenuEntry> folder(Library* library, const Location& url);
 

@@ -63,7 +63,9 @@ void tst_SidebarMenus::projectMenuHoldsWhatTheProjectAllows() {
     folders("cats, dogs");
     open();
     QCOMPARE(written(menuOf(projectRow("cats"))),
-             text("Pin to Top, Add to Group >, -, Color >, -, Show in Finder, Copy Path, -, Hide Project"));
+             QStringLiteral("Pin to Top, Add to Group >, -, New Folder…, Rename Project…, Color >, -, "
+                            "Link to Repository…, -, Show in Finder, Copy Path, -, Hide Project, "
+                            "Move Project to Trash…"));
 
     m_home->file("Library/dogs/.lumbra.json", "{\"repo\": \"/somewhere/dogs\"}");
     m_library->reloadProjects();
@@ -71,8 +73,10 @@ void tst_SidebarMenus::projectMenuHoldsWhatTheProjectAllows() {
     m_library->togglePin(at("dogs"));
     QTRY_VERIFY(groupRow("Pets") >= 0);
     QCOMPARE(written(menuOf(projectRow("dogs"))),
-             text("Unpin, Add to Group >, Remove from Group, -, Color >, -, Show Repository in Finder, "
-                  "Open Repository in Terminal, Unlink Repository, -, Show in Finder, Copy Path, -, Hide Project"));
+             QStringLiteral("Unpin, Add to Group >, Remove from Group, -, New Folder…, Rename Project…, Color >, -, "
+                            "Show Repository in Finder, Open Repository in Terminal, Change Linked Repository…, "
+                            "Unlink Repository, -, Show in Finder, Copy Path, -, Hide Project, "
+                            "Move Project to Trash…"));
 }
 
 void tst_SidebarMenus::pinningFromTheMenuPinsAndUnpins() {
@@ -191,11 +195,13 @@ void tst_SidebarMenus::folderMenuHoldsWhatAFolderAllows() {
     open();
     m_sidebar->toggle(projectRow("cats"));
     QTRY_VERIFY(folderRow("a") >= 0);
-    QCOMPARE(written(menuOf(folderRow("a"))), text("Pin to Top, -, Show in Finder, Copy Path"));
+    QCOMPARE(written(menuOf(folderRow("a"))),
+             QStringLiteral("Pin to Top, -, New Folder Inside…, Add Files…, Rename Folder…, -, Show in Finder, "
+                            "Copy Path, -, Move to Trash"));
     find(menuOf(folderRow("a")), "Pin to Top").run();
     QCOMPARE(m_library->state().pins, texts("cats/a"));
     QTRY_VERIFY(shown(folderRow("a")).pinned);
-    QCOMPARE(written(menuOf(folderRow("a"))), text("Unpin, -, Show in Finder, Copy Path"));
+    QVERIFY(written(menuOf(folderRow("a"))).startsWith(text("Unpin, -, ")));
 }
 
 void tst_SidebarMenus::pinnedRowsCanBeUnpinned() {
@@ -215,14 +221,14 @@ void tst_SidebarMenus::pinnedRowsCanBeUnpinned() {
 void tst_SidebarMenus::optionsHoldTheOrderAndTheLibrary() {
     open();
     const QList<MenuEntry> options = entriesOf(m_sidebar->optionsMenu());
-    QCOMPARE(written(options), QStringLiteral("New Group…, -, Sort Projects, By recent activity, By name, -, "
-                                              "Show Library in Finder"));
+    QCOMPARE(written(options), QStringLiteral("New Project…, New Group…, -, Sort Projects, By recent activity, "
+                                              "By name, -, Show Library in Finder"));
     QVERIFY(find(options, "Sort Projects").isHeading());
     QVERIFY(find(options, "By recent activity").isChecked());
     find(options, "By name").run();
     QVERIFY(!m_sidebar->byActivity());
     QVERIFY(find(entriesOf(m_sidebar->optionsMenu()), "By name").isChecked());
-    QCOMPARE(written(entriesOf(m_sidebar->newMenu())), QStringLiteral("New Group…"));
+    QCOMPARE(written(entriesOf(m_sidebar->newMenu())), QStringLiteral("New Project…, New Group…"));
 }
 
 void tst_SidebarMenus::rowsWithoutAMenuHaveNone() {

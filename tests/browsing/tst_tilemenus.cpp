@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browsing/tiles/TileMenus.h"
+#include "core/Stars.h"
+#include "library/Actions.h"
 #include "support/Strings.h"
 #include "support/TestHome.h"
+#include "support/TestPanels.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QMimeData>
 #include <QTest>
 
 using namespace lumbra;
@@ -29,6 +33,15 @@ struct Home {
     TestHome home;
     Library library{home.folder("Library"), true};
     Location url = home.file("Library/p/a.png");
+    QList<Location> renamed;
+    QList<Location> trashed;
+
+    TileMenus::Page page() {
+        return {
+            .rename = [this](const Location& file) { renamed.append(file); },
+            .trash = [this](const QList<Location>& files) { trashed += files; },
+        };
+    }
 };
 
 } // namespace
@@ -40,14 +53,16 @@ private Q_SLOTS:
     void aFileOfAFolderPageHasNoWayToItsFolder() {
         Home home;
         home.library.setPlace(Place::folder(home.url.parent()));
-        QCOMPARE(titles(TileMenus::asset(&home.library, home.url, {home.url})),
-                 strings({"Open", "Show in Finder", "-", "Copy Path"}));
+        QCOMPARE(titles(TileMenus::asset(&home.library, home.page(), home.url, {home.url})),
+                 strings({"Star", "Open", "Show in Finder", "-", "Copy", "Copy Path", "Export…", "-", "Rename…",
+                          "Move to Trash"}));
     }
 
     void aFileOfAnotherPageLeadsToItsFolder() {
         Home home;
-        const auto menu = TileMenus::asset(&home.library, home.url, {home.url});
-        QCOMPARE(titles(menu), strings({"Open", "Show in Finder", "Go to Folder", "-", "Copy Path"}));
+        const auto menu = TileMenus::asset(&home.library, home.page(), home.url, {home.url});
+        QCOMPARE(titles(menu), strings({"Star", "Open", "Show in Finder", "Go to Folder", "-", "Copy", "Copy Path",
+                                        "Export…", "-", "Rename…", "Move to Trash"}));
         run(menu, u"Go to Folder"_qs);
         QCOMPARE(home.library.place(), Place::folder(home.url.parent()));
         QCOMPARE(home.library.pendingReveal(), std::optional(home.url));
@@ -56,10 +71,53 @@ private Q_SLOTS:
     void pathsAreCopiedALineEach() {
         Home home;
         const Location other = home.url.parent().child("b.png");
-        const auto menu = TileMenus::asset(&home.library, home.url, {home.url, other});
-        QCOMPARE(titles(menu).last(), u"Copy Paths"_qs);
+        const auto menu = TileMenus::asset(&home.library, home.page(), home.url, {home.url, other});
+        QVERIFY(titles(menu).contains(u"Copy Paths"_qs));
         run(menu, u"Copy Paths"_qs);
         QCOMPARE(QGuiApplication::clipboard()->text(), home.url.toString() + u'\n' + other.toString());
+    }
+
+    void starIsOfferedUnlessAllAreStarred() {
+        Home home;
+        const Location other = home.home.file("Library/p/b.png");
+        const QList<Location> both{home.url, other};
+        run(TileMenus::asset(&home.library, home.page(), home.url, {home.url}), u"Star"_qs);
+        QVERIFY(Stars::read(home.url));
+        QCOMPARE(titles(TileMenus::asset(&home.library, home.page(), home.url, {home.url})).first(), u"Unstar"_qs);
+        const auto mixed = TileMenus::asset(&home.library, home.page(), home.url, both);
+        run(mixed, u"Star"_qs);
+        QVERIFY(Stars::read(home.url) && Stars::read(other));
+        run(TileMenus::asset(&home.library, home.page(), home.url, both), u"Unstar"_qs);
+        QVERIFY(!Stars::read(home.url) && !Stars::read(other));
+    }
+
+    void onlyOneFileIsRenamed() {
+        Home home;
+        const Location other = home.url.parent().child("b.png");
+        const auto several = TileMenus::asset(&home.library, home.page(), home.url, {home.url, other});
+        QVERIFY(!titles(several).contains(u"Rename…"_qs));
+        run(TileMenus::asset(&home.library, home.page(), home.url, {home.url}), u"Rename…"_qs);
+        QCOMPARE(home.renamed, QList{home.url});
+        run(several, u"Move to Trash"_qs);
+        QCOMPARE(home.trashed, (QList{home.url, other}));
+        QVERIFY(several.last().destructive);
+    }
+
+    void filesAreCopied() {
+        Home home;
+        run(TileMenus::asset(&home.library, home.page(), home.url, {home.url}), u"Copy"_qs);
+        QCOMPARE(QGuiApplication::clipboard()->mimeData()->urls(), QList{home.url.toUrl()});
+        QCOMPARE(home.library.toast()->text, u"Copied a.png. Paste it anywhere."_qs);
+    }
+
+    void filesAreExported() {
+        Home home;
+        TestPanels panels;
+        Actions::usePanels(&panels);
+        run(TileMenus::asset(&home.library, home.page(), home.url, {home.url}), u"Export…"_qs);
+        Actions::usePanels(nullptr);
+        QCOMPARE(panels.asked, u"save"_qs);
+        QCOMPARE(panels.name, u"a.png"_qs);
     }
 
     void aFolderOpensAndIsPinnedAndUnpinned() {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "OpenLibrary.h"
 #include "library/Actions.h"
-#include "library/Panels.h"
+#include "support/TestPanels.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -9,43 +9,6 @@
 #include <QStandardPaths>
 
 using namespace lumbra;
-
-namespace {
-
-// What is asked, and the answer when the test gives it.
-class TestPanels : public Panels {
-public:
-    void openFiles(const QString& prompt, std::function<void(QList<Location>)> chosen) override {
-        asked = QStringLiteral("open");
-        button = prompt;
-        answerFiles = std::move(chosen);
-    }
-    void chooseFolder(const QString& prompt, const QString& words, const std::optional<Location>& where,
-                      std::function<void(std::optional<Location>)> chosen) override {
-        asked = QStringLiteral("folder");
-        button = prompt;
-        message = words;
-        start = where;
-        answerFolder = std::move(chosen);
-    }
-    void save(const QString& given, const Location& where, std::function<void(Location)> chosen) override {
-        asked = QStringLiteral("save");
-        name = given;
-        start = where;
-        answerPath = std::move(chosen);
-    }
-
-    QString asked;
-    QString button;
-    QString message;
-    QString name;
-    std::optional<Location> start;
-    std::function<void(QList<Location>)> answerFiles;
-    std::function<void(std::optional<Location>)> answerFolder;
-    std::function<void(Location)> answerPath;
-};
-
-} // namespace
 
 class ActionsTest : public QObject {
     Q_OBJECT
