@@ -3,6 +3,7 @@
 
 #include "StateDump.h"
 #include "core/Config.h"
+#include "library/Actions.h"
 #include "look/Look.h"
 #include "platform/Startup.h"
 
@@ -24,6 +25,7 @@ App::App(const QElapsedTimer& started, QObject* parent) : QObject(parent), m_sta
 
 App::~App() {
     Startup::end(); // what still waits for it could not be joined
+    Actions::usePanels(nullptr);
 }
 
 Library& App::library() {
@@ -40,6 +42,9 @@ bool App::show() {
     m_sidebar = std::make_unique<Sidebar>(&library());
     m_frame = std::make_unique<Frame>(&library());
     m_onboarding = std::make_unique<Onboarding>(&library());
+    m_panels = std::make_unique<WindowPanels>(&library());
+    m_transfer = std::make_unique<TransferProgress>(&library());
+    Actions::usePanels(m_panels.get());
     m_sidebar->setNamePrompt([this](const NamePrompt& prompt) { m_frame->ask(prompt); });
 
     m_engine = std::make_unique<QQmlApplicationEngine>();
@@ -49,6 +54,8 @@ bool App::show() {
                                     {QStringLiteral("commands"), QVariant::fromValue(m_commands.get())},
                                     {QStringLiteral("sidebar"), QVariant::fromValue(m_sidebar.get())},
                                     {QStringLiteral("frame"), QVariant::fromValue(m_frame.get())},
+                                    {QStringLiteral("panels"), QVariant::fromValue(m_panels.get())},
+                                    {QStringLiteral("transfer"), QVariant::fromValue(m_transfer.get())},
                                     {QStringLiteral("onboarding"), QVariant::fromValue(m_onboarding.get())}});
     m_engine->load(QUrl(QStringLiteral("qrc:/qml/Lumbra/Shell/MainWindow.qml")));
     if (m_engine->rootObjects().isEmpty())

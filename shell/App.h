@@ -7,6 +7,8 @@
 #include "Frame.h"
 #include "Onboarding.h"
 #include "StateDump.h"
+#include "TransferProgress.h"
+#include "WindowPanels.h"
 #include "browsing/browser/BrowserCommands.h"
 #include "browsing/sidebar/Sidebar.h"
 #include "library/Library.h"
@@ -52,6 +54,8 @@ private:
     std::unique_ptr<Sidebar> m_sidebar;
     std::unique_ptr<Frame> m_frame;
     std::unique_ptr<Onboarding> m_onboarding;
+    std::unique_ptr<WindowPanels> m_panels;
+    std::unique_ptr<TransferProgress> m_transfer;
     std::unique_ptr<QQmlApplicationEngine> m_engine; // its views hold what stands above, so it dies before them
     std::unique_ptr<StateDump> m_stateDump;
 };

@@ -16,6 +16,8 @@ Controls.ApplicationWindow {
     required property Sidebar sidebar
     required property Frame frame
     required property Onboarding onboarding
+    required property WindowPanels panels
+    required property TransferProgress transfer
 
     // The window's own sizes: given by the product.
     readonly property int usualWidth: 1440
@@ -50,8 +52,16 @@ Controls.ApplicationWindow {
         }
     }
 
-    ToastView { toasts: window.frame.toasts }
+    TransferView {
+        transfer: window.transfer
+        toast: toastView
+    }
+    ToastView {
+        id: toastView
+        toasts: window.frame.toasts
+    }
     NameSheet { prompts: window.frame.prompts }
+    WindowPanel { panels: window.panels }
     ErrorAlert { frame: window.frame }
     OnboardingSheet { onboarding: window.onboarding }
 }

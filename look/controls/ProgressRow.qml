@@ -10,6 +10,7 @@ Item {
     property alias text: label.text
     property alias value: bar.value // 0 to 1
     property alias indeterminate: bar.indeterminate
+    property alias detail: detail.text // in figures, below the bar
     property bool cancellable: false
 
     signal cancelled()
@@ -31,9 +32,11 @@ Item {
                 style: Label.Fact
                 tabular: true
                 elide: Text.ElideMiddle
+                maximumLineCount: 1
             }
             IconButton {
                 visible: row.cancellable
+                objectName: "progressCancel"
                 symbol: "xmark.circle.fill"
                 symbolSize: Theme.sizeSymbolSmall
                 text: qsTr("Cancel")
@@ -46,6 +49,14 @@ Item {
             id: bar
             Layout.fillWidth: true
             Accessible.name: label.text
+        }
+        Label {
+            id: detail
+            Layout.fillWidth: true
+            visible: text !== ""
+            style: Label.Fact
+            tabular: true
+            color: Theme.textFaint
         }
     }
 }

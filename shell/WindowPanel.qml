@@ -1,0 +1,27 @@
+// The panel for files and folders, when something in the window asks for one.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import Lumbra.Look
+import Lumbra.Shell
+
+FilePanel {
+    id: panel
+
+    required property WindowPanels panels
+
+    objectName: "windowPanel"
+    kind: panels.kind
+    message: panels.message
+    morePlaces: [{text: "Library", path: panels.libraryFolder, symbol: "archivebox"}]
+    onChosen: paths => panels.answer(paths)
+    onCancelled: panels.cancel()
+
+    Connections {
+        target: panel.panels
+        function onAsked() {
+            panel.prompt = panel.panels.prompt || (panel.kind === PathChoice.Save ? "Save" : "Choose")
+            panel.openAt(panel.panels.folder, panel.panels.name)
+        }
+    }
+}
