@@ -2,13 +2,11 @@
 #include "platform/FileEvents.h"
 #include "support/EventMirror.h"
 #include "support/TestHome.h"
+#include "support/WatchedFolders.h"
 
 #include <QTest>
 
 #include <sys/mount.h>
-
-#include <filesystem>
-#include <fstream>
 
 using namespace lumbra;
 namespace fs = std::filesystem;
@@ -16,20 +14,6 @@ namespace fs = std::filesystem;
 namespace {
 
 std::optional<QByteArray> whyNothingCanBeMounted;
-
-std::string text(const Location& location) {
-    return std::string(location.view());
-}
-
-void write(const Location& location, const std::string& bytes = "x") {
-    std::ofstream(text(location)) << bytes;
-}
-
-FileEvents::Options quick() {
-    FileEvents::Options options;
-    options.latency = 0.02;
-    return options;
-}
 
 void mountMemory(const Location& folder) {
     QVERIFY2(!whyNothingCanBeMounted, whyNothingCanBeMounted.value_or(QByteArray()).constData());
@@ -103,7 +87,7 @@ void tst_FileEventsRoots::aRootThatIsRenamedAwayTakesNothingWithIt() {
 
     fs::rename(text(root), text(away));
     QTRY_COMPARE(mirror.events().status(), (FileEvents::Status{0, 0, 0, false}));
-    write(away.child("a/deep/x.mp4"), "longer");
+    write(away.child("a/deep/x.mp4"), 6);
     fs::remove(text(away.child("b/y.mp4")));
     write(away.child("new.mp4"));
     QVERIFY(mirror.events().waitUntilWatching(20));
@@ -260,7 +244,7 @@ void tst_FileEventsRoots::anUnmountedRootTakesNothingWithIt() {
             QVERIFY(mirror.becomesTrue());
             QCOMPARE(mirror.view().size(), size_t(2 + i));
             QTRY_COMPARE(mirror.events().status(), (FileEvents::Status{3, 0, 0, true}));
-            write(root.child("a/deep/x.mp4"), std::string(size_t(i + 2), 'x'));
+            write(root.child("a/deep/x.mp4"), size_t(i + 2));
             QVERIFY(mirror.becomesTrue());
         }
         // Away and back at once.
