@@ -109,14 +109,17 @@ private Q_SLOTS:
         show(0ms);
         setTransfer(Files::Progress{QStringLiteral("a.png"), 0, 1, 0, 2});
         QTRY_VERIFY(m_transfer->shown());
-        auto* const view = m_window->find<QQuickItem>("transferView");
-        const double before = view->y();
+        const auto foot = [this] {
+            const auto* const view = m_window->find<QQuickItem>("transferView");
+            return view->y() + view->height();
+        };
+        const auto* const toast = m_window->find<QQuickItem>("toast");
+        const double atRest = m_window->window()->height() - toast->property("rise").toDouble();
+        QTRY_COMPARE(foot(), atRest);
         m_library->setToast(Toast{.text = QStringLiteral("A message that is long enough to reach the right side")});
-        auto* const toast = m_window->find<QQuickItem>("toast");
-        QTRY_VERIFY(view->y() < before);
-        QTRY_VERIFY(toast->y() > view->y() + view->height());
+        QTRY_VERIFY(foot() < atRest && toast->y() > foot());
         m_library->setToast(std::nullopt);
-        QTRY_COMPARE(view->y(), before);
+        QTRY_COMPARE(foot(), atRest);
     }
 
 private:
