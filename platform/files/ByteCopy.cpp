@@ -3,6 +3,7 @@
 
 #include "Failure.h"
 
+#include <fcntl.h>
 #include <linux/fs.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -14,9 +15,10 @@ namespace lumbra::files {
 
 namespace {
 
-constexpr size_t bufferSize = 256 * 1024;
+constexpr size_t bufferSize = 256 * 1024;       // bytes, as all sizes here
 constexpr size_t kernelChunk = 8 * 1024 * 1024; // between two looks at whether it is still wanted
-constexpr off_t smallFile = 128 * 1024;         // for less, finding a cleverer way costs more than it saves
+constexpr off_t writeAhead = 8 * 1024 * 1024;
+constexpr off_t smallFile = 128 * 1024; // for less, finding a cleverer way costs more than it saves
 
 bool isTheDisk(int code) {
     return code == ENOSPC || code == EDQUOT || code == EFBIG || code == EIO || code == EROFS;
@@ -43,6 +45,7 @@ void ByteCopy::copy(int from, int to, const struct stat& facts, const char* name
     if (share(from, to, facts))
         return;
 
+    m_writtenTo = 0;
     off_t end = 0;
     while (end < facts.st_size) {
         off_t begin = end;
@@ -73,12 +76,22 @@ bool ByteCopy::share(int from, int to, const struct stat& facts) {
     return m_mayShare;
 }
 
+// Lets the disk begin while the rest is still read: the kernel would wait until a tenth of the memory is to be written,
+// and the whole time for that at the end.
+void ByteCopy::startWriting(int to, off_t end) {
+    if (end - m_writtenTo < writeAhead)
+        return;
+    ::sync_file_range(to, m_writtenTo, end - m_writtenTo, SYNC_FILE_RANGE_WRITE);
+    m_writtenTo = end;
+}
+
 void ByteCopy::copyRange(int from, int to, off_t begin, off_t end, const char* name) {
     while (begin < end) {
         const ssize_t done = copyChunk(from, to, begin, size_t(end - begin), name);
         if (done == 0)
             return; // it became shorter, which whoever compares its states will see
         begin += done;
+        startWriting(to, begin);
     }
 }
 

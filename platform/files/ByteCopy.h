@@ -24,12 +24,14 @@ public:
 
 private:
     bool share(int from, int to, const struct stat& facts);
+    void startWriting(int to, off_t end);
     void copyRange(int from, int to, off_t begin, off_t end, const char* name);
     ssize_t copyChunk(int from, int to, off_t at, size_t size, const char* name);
     ssize_t copyBuffer(int from, int to, off_t at, size_t size, const char* name);
 
     ProgressMeter& m_meter;
     std::vector<char> m_buffer;
+    off_t m_writtenTo = 0; // of the file under way, what the disk has been told to write
     bool m_mayShare = true;
     bool m_mayCopyInKernel = true;
 };

@@ -130,6 +130,7 @@ void CarryOut::survey(Load& load) {
         checkRemovable(source);
     const std::string name(source.lastComponent());
     const Survey found = files::survey(sourceFolder(source), name.c_str(), m_meter);
+    load.type = found.type;
     m_meter.expect(found.files, found.bytes);
 }
 
@@ -147,6 +148,7 @@ void CarryOut::carry(Loads loads) {
     forEach(loads, &CarryOut::copy);
     sync(loads);
     forEach(loads, &CarryOut::giveName);
+    tellPlaces(loads);
     syncNames(loads);
     for (Load& load : loads) {
         if (load.state == Load::State::arrived && load.isMove())
@@ -173,9 +175,9 @@ void CarryOut::findFolder(Load& load) {
 void CarryOut::copy(Load& load) {
     m_meter.stopIfAsked();
     const Location& source = load.transfer->source;
-    const std::string name(source.lastComponent());
+    const Entry entry{std::string(source.lastComponent()), load.type};
     const auto record = load.isMove() ? TreeCopy::Record::manifest : TreeCopy::Record::no;
-    load.copied = m_copy.copy(sourceFolder(source), name.c_str(), load.folder->number(), load.part.constData(), record);
+    load.copied = m_copy.copy(sourceFolder(source), entry, load.folder->number(), load.part.constData(), record);
 }
 
 // One call for each file system puts everything on disk: far cheaper than one for each file.
@@ -198,21 +200,33 @@ void CarryOut::giveName(Load& load) {
     m_meter.stopIfAsked();
     const int folder = load.folder->number();
     const char* const part = load.part.constData();
-    QString name = load.transfer->target.name();
+    load.name = load.transfer->target.name();
     int code = 0;
     if (load.transfer->ifTaken == IfTaken::replace) {
-        code = renameReplacing(folder, part, folder, name.toUtf8().constData());
+        code = renameReplacing(folder, part, folder, load.name.toUtf8().constData());
+        // An older folder that could not be wholly removed has taken the hidden name.
+        load.isPartGone = ::faccessat(folder, part, F_OK, AT_SYMLINK_NOFOLLOW) != 0;
     } else {
-        code = takeFreeName(name, [&](const QString& tried) {
+        code = takeFreeName(load.name, [&](const QString& tried) {
             return renameNoReplace(folder, part, folder, tried.toUtf8().constData());
         });
+        load.isPartGone = !code;
     }
     if (code)
         throw Failure(code, load.transfer->source.view());
     load.state = Load::State::arrived;
-    load.arrival->target = load.folder->location().child(name);
-    // An older folder that could not be wholly removed has taken the hidden name.
-    load.isPartGone = ::faccessat(folder, part, F_OK, AT_SYMLINK_NOFOLLOW) != 0;
+}
+
+void CarryOut::tellPlaces(Loads loads) {
+    std::map<const TargetFolder*, Location> places;
+    for (Load& load : loads) {
+        if (load.state != Load::State::arrived)
+            continue;
+        const auto [found, isNew] = places.try_emplace(load.folder);
+        if (isNew)
+            found->second = load.folder->location();
+        load.arrival->target = found->second.child(load.name);
+    }
 }
 
 // A source goes only when not even a power cut can take back its new name.

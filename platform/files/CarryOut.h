@@ -31,6 +31,7 @@ private:
     void copy(Load& load);
     void sync(Loads loads);
     void giveName(Load& load);
+    void tellPlaces(Loads loads);
     void syncNames(Loads loads);
     void removeSource(Load& load);
     void discard(Load& load);

@@ -170,13 +170,13 @@ void Journal::drop(const QSet<QByteArray>& lines) const {
         if (!line.isEmpty() && !lines.contains(line))
             kept += line + '\n';
     }
+    // Another file takes its place: written over, it would lose what others noted if this process died meanwhile.
+    const QByteArray next = m_file.path() + ".next";
+    ::unlink(next.constData()); // of one who did
     if (kept.isEmpty()) {
         ::unlink(m_file.path().constData());
         return;
     }
-    // Another file takes its place: written over, it would lose what others noted if this process died meanwhile.
-    const QByteArray next = m_file.path() + ".next";
-    ::unlink(next.constData());
     const Descriptor written(::open(next.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
     if (written && append(written.number(), kept) && ::fsync(written.number()) == 0)
         ::rename(next.constData(), m_file.path().constData());

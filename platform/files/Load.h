@@ -44,8 +44,10 @@ struct Load {
     const Files::Transfer* transfer;
     Files::Arrival* arrival;
     State state = State::underWay;
+    unsigned char type = 0; // a DT_ constant
     TargetFolder* folder = nullptr;
     QByteArray part = {}; // the hidden name
+    QString name = {};    // the final name
     bool isPartGone = false;
     TreeCopy::Result copied = {};
 

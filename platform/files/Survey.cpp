@@ -4,6 +4,7 @@
 #include "Failure.h"
 #include "FolderCursor.h"
 
+#include <dirent.h>
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -46,6 +47,8 @@ private:
                 return; // removed while it is looked through
             throw Failure(errno, name);
         }
+        if (m_levels.empty())
+            m_sum.type = IFTODT(facts.st_mode);
         if (S_ISDIR(facts.st_mode))
             return enter(name);
         if (!S_ISREG(facts.st_mode) && !S_ISLNK(facts.st_mode))

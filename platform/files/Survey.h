@@ -9,7 +9,8 @@
 namespace lumbra::files {
 
 struct Survey {
-    qint64 files = 0; // and links
+    unsigned char type = 0; // of the top, a DT_ constant
+    qint64 files = 0;       // and links
     qint64 bytes = 0;
 };
 

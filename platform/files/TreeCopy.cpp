@@ -24,7 +24,8 @@ void checkFact(int result, const char* name) {
 
 } // namespace
 
-TreeCopy::Result TreeCopy::copy(int sourceFolder, const char* name, int targetFolder, const char* copy, Record record) {
+TreeCopy::Result TreeCopy::copy(int sourceFolder, const Entry& entry, int targetFolder, const char* copy,
+                                Record record) {
     m_source = FolderCursor(sourceFolder);
     m_target = FolderCursor(targetFolder);
     m_levels.clear();
@@ -32,15 +33,15 @@ TreeCopy::Result TreeCopy::copy(int sourceFolder, const char* name, int targetFo
     m_result = {};
     m_bytes.begin();
 
-    copyEntry({name, DT_UNKNOWN}, copy);
+    copyEntry(entry, copy);
     while (!m_levels.empty()) {
         m_meter.stopIfAsked();
         Level& level = m_levels.back();
         if (level.next == level.entries.size()) {
             leaveFolder();
         } else {
-            const Entry entry = std::move(level.entries[level.next++]);
-            copyEntry(entry, entry.name);
+            const Entry next = std::move(level.entries[level.next++]);
+            copyEntry(next, next.name);
         }
     }
     return std::move(m_result);

@@ -23,9 +23,9 @@ public:
 
     enum class Record { no, manifest };
 
-    // Makes `copy` in `targetFolder` from `name` of `sourceFolder`. Throws Failure, and Cancelled; what was made until
-    // then is left to the caller.
-    Result copy(int sourceFolder, const char* name, int targetFolder, const char* copy, Record record);
+    // Makes `copy` in `targetFolder` from an entry of `sourceFolder`. Throws Failure, and Cancelled; what was made
+    // until then is left to the caller.
+    Result copy(int sourceFolder, const Entry& entry, int targetFolder, const char* copy, Record record);
 
 private:
     struct Level {
