@@ -30,73 +30,73 @@ MenuBar {
     Menu {
         title: "Asset"
         MenuItem {
-            action: Controls.Action {
+            action: MenuAction {
                 text: "Open in Default App"
                 shortcut: "Ctrl+O"
-                enabled: bar.commands.hasSelection
+                possible: bar.commands.hasSelection
                 onTriggered: bar.commands.open()
             }
         }
         MenuItem {
-            action: Controls.Action {
+            action: MenuAction {
                 text: "Show in Finder"
                 shortcut: "Ctrl+Shift+R"
-                enabled: bar.commands.hasSelection
+                possible: bar.commands.hasSelection
                 onTriggered: bar.commands.reveal()
             }
         }
         MenuItem {
-            action: Controls.Action {
+            action: MenuAction {
                 text: "Copy Path"
                 shortcut: "Ctrl+Alt+C"
-                enabled: bar.commands.hasSelection
+                possible: bar.commands.hasSelection
                 onTriggered: bar.commands.copyPaths()
             }
         }
         MenuItem {
-            action: Controls.Action {
+            action: MenuAction {
                 text: "Save a Copy…"
                 shortcut: "Ctrl+E"
-                enabled: bar.commands.hasSelection
+                possible: bar.commands.hasSelection
                 onTriggered: bar.commands.exportFiles()
             }
         }
         MenuItem {
-            action: Controls.Action {
+            action: MenuAction {
                 text: "Star or Unstar"
-                enabled: bar.commands.hasSelection
+                possible: bar.commands.hasSelection
                 onTriggered: bar.commands.star()
             }
         }
         MenuItem {
-            action: Controls.Action {
+            action: MenuAction {
                 text: "Rename"
-                enabled: bar.commands.hasSelection
+                possible: bar.commands.hasSelection
                 onTriggered: bar.commands.rename()
             }
         }
         MenuItem {
-            action: Controls.Action {
+            action: MenuAction {
                 text: "Move to Trash"
                 shortcut: "Ctrl+Del"
-                enabled: bar.commands.hasSelection
+                possible: bar.commands.hasSelection
                 onTriggered: bar.commands.trash()
             }
         }
         MenuSeparator {}
         MenuItem {
-            action: Controls.Action {
+            action: MenuAction {
                 text: "New Folder"
                 shortcut: "Ctrl+Shift+N"
-                enabled: bar.commands.hasFolder
+                possible: bar.commands.hasFolder
                 onTriggered: bar.commands.newFolder()
             }
         }
         MenuItem {
-            action: Controls.Action {
+            action: MenuAction {
                 text: "Add Files…"
                 shortcut: "Ctrl+Shift+I"
-                enabled: bar.commands.hasFolder
+                possible: bar.commands.hasFolder
                 onTriggered: bar.commands.addFiles()
             }
         }

@@ -25,6 +25,9 @@ T.Popup {
     focus: true
     closePolicy: T.Popup.NoAutoClose
 
+    onVisibleChanged: Sheets.shown += visible ? 1 : -1
+    Component.onDestruction: if (visible) --Sheets.shown
+
     enter: Transition { EaseNumber { property: "opacity"; from: 0; to: 1 } }
     exit: Transition { EaseNumber { property: "opacity"; to: 0 } }
 

@@ -32,6 +32,7 @@ private Q_SLOTS:
     void aSheetThatMustBeAnsweredIgnoresEscape();
     void escapeReachesOnlyWhatLiesOnTop();
     void escapeClosesAMenuBeforeItsSheet();
+    void shortcutsOfTheMenusRestBehindASheet();
     void anAlertIsAnsweredByReturn();
     void escapeCancelsAnAlert();
     void escapeAcknowledgesAnAlertWithOneButton();
@@ -265,6 +266,23 @@ namespace {
 const char alert[] = "property string answer\n"
                      "Alert { objectName: 'alert'; visible: true; title: 'Title'; message: 'Message'\n"
                      "onConfirmed: answer += 'confirmed'; onCancelled: answer += 'cancelled'";
+}
+
+void tst_controls::shortcutsOfTheMenusRestBehindASheet() {
+    QmlWindow window("id: root; property int times: 0\n"
+                     "MenuBar { Menu { title: 'File'; MenuItem { action: MenuAction {"
+                     "text: 'New'; shortcut: 'Ctrl+N'; onTriggered: ++root.times } } } }"
+                     "Sheet { objectName: 'sheet'; contentItem: Button { text: 'One' } }");
+    window.press(Qt::Key_N, Qt::ControlModifier);
+    QCOMPARE(window.root()->property("times").toInt(), 1);
+    QMetaObject::invokeMethod(window.find("sheet"), "open");
+    QTRY_VERIFY(window.value("sheet", "opened").toBool());
+    window.press(Qt::Key_N, Qt::ControlModifier);
+    QCOMPARE(window.root()->property("times").toInt(), 1);
+    window.press(Qt::Key_Escape);
+    QTRY_VERIFY(!window.value("sheet", "visible").toBool());
+    window.press(Qt::Key_N, Qt::ControlModifier);
+    QCOMPARE(window.root()->property("times").toInt(), 2);
 }
 
 void tst_controls::anAlertIsAnsweredByReturn() {
