@@ -11,7 +11,8 @@ PlaceTile {
     readonly property real fanShare: 0.68 // of the well: the lower cards stand out at either side
 
     Accessible.name: cell.name
-    Accessible.description: cell.count ? qsTr("%1 files").arg(cell.count) : qsTr("Empty")
+    Accessible.description: cell.count === 0 ? qsTr("Empty") : cell.count === 1 ? qsTr("1 file")
+                                                             : qsTr("%1 files").arg(cell.count)
 
     hint: lines.elided ? cell.name : ""
     lines.nameSymbol: "folder.fill"

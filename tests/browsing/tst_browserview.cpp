@@ -130,7 +130,14 @@ private Q_SLOTS:
                 forms << form();
         }
         QCOMPARE(forms, strings({"counts", "chips", "menu"}));
-        QVERIFY(pane.control("ChoiceButton", u"Kind"_qs));
+        QQuickItem* const menu = pane.control("ChoiceButton", u"Kind"_qs);
+        QVERIFY(menu);
+        // Nobody has to open it to see that files are hidden.
+        const QVariant plain = menu->property("kind");
+        pane.browser->settings()->setKindRaw(u"video"_qs);
+        QTRY_VERIFY(menu->property("kind") != plain);
+        pane.browser->settings()->setKindRaw(u"all"_qs);
+        QTRY_COMPARE(menu->property("kind"), plain);
     }
 
     void aKindWithoutFilesIsDim() {

@@ -3,7 +3,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PictureFiles.h"
 
-#include <QElapsedTimer>
 #include <QPdfWriter>
 #include <QtEndian>
 #include <QtTest>
@@ -183,10 +182,7 @@ private Q_SLOTS:
     // 1.6 thousand million pixels, which are shrunk row by row and never unpacked as a whole.
     void fortyThousandByFortyThousandIsRead() {
         write("huge.png", blackPng({40000, 40000}, {40000, 40000}));
-        QElapsedTimer time;
-        time.start();
         QCOMPARE(thumbnail("huge.png").size(), box);
-        QVERIFY(time.elapsed() < std::chrono::milliseconds(limit).count());
     }
 
     void whatOnlyClaimsFortyThousandByFortyThousandIsNothingOrFits_data() {
