@@ -1,0 +1,154 @@
+// What the user does on the page: pointer, keys, and the menus of tiles.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Browser.h"
+#include "browsing/tiles/TileMenus.h"
+#include "library/Actions.h"
+
+namespace lumbra {
+
+namespace {
+
+QList<Location> urlsOf(const Assets& assets) {
+    QList<Location> urls;
+    urls.reserve(assets.size());
+    for (const Asset& asset : assets)
+        urls.append(asset.url);
+    return urls;
+}
+
+} // namespace
+
+void Browser::click(const PageCell& cell, Qt::KeyboardModifiers modifiers) {
+    m_gridFocused = true;
+    const PageList list = listsAssets(m_library->place()) ? m_loader->assets()
+                          : cell.onShelf                  ? PageList(shelf())
+                                                          : m_order.value();
+    select(selectionValue().clicked(cell.url, list, modifiers));
+}
+
+void Browser::clickBackground() {
+    m_selection = QSet<Location>();
+    m_gridFocused = true;
+}
+
+void Browser::play(const Asset& asset) {
+    select(Selection::just(asset.url));
+    m_library->setPlaying(PlayRequest{asset, m_order.value().assets()});
+}
+
+void Browser::toggleStar(const PageCell& cell) {
+    m_library->toggleStar(targets(cell.url));
+}
+
+bool Browser::press(int key, Qt::KeyboardModifiers modifiers, bool repeated) {
+    if (key == Qt::Key_A && modifiers == Qt::ControlModifier) {
+        selectAll();
+        return true;
+    }
+    if (key == Qt::Key_C && modifiers == Qt::ControlModifier) {
+        // A turn later, when whoever asks the pasteboard during this one is done.
+        QMetaObject::invokeMethod(
+            this, [this, urls = urlsOf(m_selected)] { Actions::copy(urls, m_library); }, Qt::QueuedConnection);
+        return true;
+    }
+    if (modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))
+        return false;
+    switch (key) {
+    case Qt::Key_Space:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (m_selected.value().isEmpty())
+            return false;
+        play(m_selected.value().first());
+        return true;
+    case Qt::Key_S:
+        if (m_selected.value().isEmpty())
+            return false;
+        m_library->toggleStar(urlsOf(m_selected));
+        return true;
+    case Qt::Key_Delete:
+        trashSelected();
+        return true;
+    case Qt::Key_Left:
+    case Qt::Key_Up:
+        step(-1);
+        return true;
+    case Qt::Key_Right:
+    case Qt::Key_Down:
+        step(1);
+        return true;
+    case Qt::Key_Escape:
+        if (repeated)
+            return false;
+        m_selection = QSet<Location>();
+        return true;
+    default:
+        return false;
+    }
+}
+
+void Browser::step(int step) {
+    const PageList order = m_order;
+    if (order.isEmpty())
+        return;
+    const Selection next = selectionValue().stepped(step, order);
+    select(next);
+    Q_EMIT scrollRequested(m_rows->rowOf(*next.anchor), false);
+}
+
+int Browser::selectedRow() const {
+    return m_selected.value().isEmpty() ? -1 : m_rows->rowOf(m_selected.value().first().url);
+}
+
+void Browser::selectAll() {
+    QSet<Location> all;
+    all.reserve(m_order.value().size());
+    for (const Asset& asset : m_order.value().assets())
+        all.insert(asset.url);
+    m_selection = all;
+}
+
+void Browser::ask(const NamePrompt& prompt) const {
+    if (m_ask)
+        m_ask(prompt);
+}
+
+void Browser::rename(const Location& url) {
+    ask(NamePrompt::request(QStringLiteral("Rename"), url.name(), [this, url](const QString& name) {
+        if (const auto renamed = m_library->rename(url, name))
+            select(Selection::just(*renamed));
+    }));
+}
+
+void Browser::trash(const QList<Location>& urls) {
+    m_library->trash(urls);
+    QSet<Location> kept = m_selection;
+    for (const Location& url : urls)
+        kept.remove(url);
+    m_selection = kept;
+}
+
+void Browser::trashSelected() {
+    trash(urlsOf(m_selected));
+    m_selection = QSet<Location>();
+}
+
+QVariantList Browser::menu(const PageCell& cell) {
+    const TileMenus::Page page{
+        .rename = [this](const Location& url) { rename(url); },
+        .trash = [this](const QList<Location>& urls) { trash(urls); },
+    };
+    if (cell.isAsset())
+        return MenuEntry::toVariants(TileMenus::asset(m_library, page, cell.url, targets(cell.url)));
+    if (cell.isFolder())
+        return MenuEntry::toVariants(TileMenus::folder(m_library, cell.url));
+    return {};
+}
+
+void Browser::select(const Selection& selection) {
+    m_anchor = selection.anchor;
+    m_selection = selection.paths;
+}
+
+} // namespace lumbra
