@@ -46,6 +46,8 @@ bool App::show() {
     m_transfer = std::make_unique<TransferProgress>(&library());
     Actions::usePanels(m_panels.get());
     m_sidebar->setNamePrompt([this](const NamePrompt& prompt) { m_frame->ask(prompt); });
+    m_browser->setNamePrompt([this](const NamePrompt& prompt) { m_frame->ask(prompt); });
+    m_sidebar->setConfirmation([this](const Confirmation& question) { m_frame->confirm(question); });
 
     m_engine = std::make_unique<QQmlApplicationEngine>();
     Look::prepareEngine(*m_engine);
@@ -78,8 +80,11 @@ bool App::show() {
 void App::open(const QList<QUrl>& urls) {
     if (urls.isEmpty())
         return;
-    if (urls.first().isLocalFile())
-        library().reveal(Location(urls.first().toLocalFile()));
+    const QUrl& url = urls.first();
+    if (url.scheme() == QLatin1String("lumbra") || url.scheme() == QLatin1String("folia-app"))
+        library().handleLink(url);
+    else if (url.isLocalFile())
+        library().reveal(Location(url.toLocalFile()));
     if (m_engine)
         qobject_cast<QQuickWindow*>(m_engine->rootObjects().first())->requestActivate();
 }

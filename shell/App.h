@@ -38,7 +38,7 @@ public:
     // Shows the window; false when its views can't be loaded.
     bool show();
 
-    // What was opened from outside: only the first location counts. A folder or file is revealed.
+    // What was opened from outside: only the first location counts. A folder or file is revealed, a link followed.
     void open(const QList<QUrl>& urls);
 
 private:

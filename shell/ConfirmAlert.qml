@@ -7,6 +7,7 @@ import Lumbra.Look
 
 Alert {
     id: alert
+    objectName: "confirmAlert"
 
     required property Confirmations confirmations
 

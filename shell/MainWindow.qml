@@ -61,6 +61,7 @@ Controls.ApplicationWindow {
         toasts: window.frame.toasts
     }
     NameSheet { prompts: window.frame.prompts }
+    ConfirmAlert { confirmations: window.frame.confirmations }
     WindowPanel { panels: window.panels }
     ErrorAlert { frame: window.frame }
     OnboardingSheet { onboarding: window.onboarding }
