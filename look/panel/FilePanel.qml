@@ -185,7 +185,7 @@ Sheet {
                         symbol: modelData.symbol
                         text: modelData.text
                         checked: picker.listing.folder === modelData.path
-                        onClicked: picker.go(modelData.path + "/")
+                        onClicked: picker.visit(modelData.path)
                     }
                 }
             }

@@ -124,9 +124,14 @@ void PathChoice::follow() {
         choose();
 }
 
+void PathChoice::visit(const QString& folder) {
+    const QString path = abbreviated(folder);
+    go(path.endsWith(u'/') ? path : path + u'/');
+}
+
 void PathChoice::goUp() {
     if (const QString parent = m_listing.parentPath(); !parent.isEmpty())
-        go(parent);
+        visit(parent);
 }
 
 bool PathChoice::complete() {
@@ -283,7 +288,7 @@ void PathChoice::makeFolder(const QString& name) {
     inBackground([this, path] {
         return Outcome{.problem = problemOfMaking(path), .next = [this, path] {
                            Q_EMIT folderMade();
-                           m_listing.setPath(path + u'/');
+                           visit(path);
                        }};
     });
 }

@@ -62,6 +62,8 @@ public:
 
     Q_INVOKABLE void go(const QString& path) { m_listing.setPath(path); }
 
+    // To a folder that is not typed but pointed at.
+    Q_INVOKABLE void visit(const QString& folder);
     Q_INVOKABLE void goUp();
 
     // Completes what is typed; false when there is nothing to complete.
