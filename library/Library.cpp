@@ -119,11 +119,14 @@ void Library::reloadProjects() {
             continue;
         const Location entry = m_root.child(name);
         const Location url = entry.canonical();
-        const auto before = std::ranges::find(known, name, &Project::name);
-        if (url.isFolder())
+        if (url.isFolder()) {
             found.append({name, url, ProjectLinks::repoOf(url)});
-        else if (before != known.end() && leadsTo(entry, before->url))
-            found.append(*before); // its disk was unplugged, and takes nothing with it
+            continue;
+        }
+        // A disk that was unplugged takes nothing with it.
+        const auto before = std::ranges::find(known, name, &Project::name);
+        if (before != known.end() && leadsTo(entry, before->url))
+            found.append(*before);
     }
     NaturalOrder::shared().sort(found, [](const Project& project) { return project.name; });
     m_projects = found;
@@ -137,10 +140,9 @@ void Library::restartWatcherIfNeeded() {
             paths.append(project.url);
     if (paths == m_watchedPaths)
         return;
-    std::ranges::copy_if(paths, std::back_inserter(m_unseenPaths),
-                         [this](const Location& path) { return !m_watchedPaths.contains(path); });
-    std::ranges::copy_if(m_watchedPaths, std::back_inserter(m_unseenPaths),
-                         [&paths](const Location& path) { return !paths.contains(path); });
+    const QSet<Location> before(m_watchedPaths.begin(), m_watchedPaths.end());
+    const QSet<Location> now(paths.begin(), paths.end());
+    m_unseenPaths += (before - now) + (now - before);
     m_watchedPaths = paths;
     // The old one goes on until the new one sees everything, but not one that did not come so far itself.
     if (m_watcher && m_watcher->hasStarted())

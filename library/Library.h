@@ -281,7 +281,7 @@ private:
     std::unique_ptr<Watcher> m_watcher;
     std::vector<std::unique_ptr<Watcher>> m_formerWatchers; // each until the one after it misses nothing
     QList<Location> m_watchedPaths;
-    QList<Location> m_unseenPaths; // came to be watched, or ceased to, and are to be compared with the index
+    QSet<Location> m_unseenPaths; // came to be watched, or ceased to, and are to be compared with the index
     bool m_isWalkBegun = false;
     PendingBatches m_batches;
     // Held back while `indexing`, while an operation holds them, and by a comparison while batches are on their way.
