@@ -6,7 +6,8 @@
 
 #include "platform/Descriptor.h"
 
-#include <sys/types.h>
+#include <dirent.h>
+#include <sys/stat.h>
 
 #include <string>
 #include <vector>
@@ -18,6 +19,11 @@ struct Entry {
     std::string name;
     unsigned char type; // a DT_ constant, DT_UNKNOWN where the file system does not tell
 };
+
+// What is listed for a thing of this mode.
+inline unsigned char typeOf(mode_t mode) {
+    return static_cast<unsigned char>(IFTODT(mode));
+}
 
 class FolderCursor {
 public:

@@ -4,7 +4,6 @@
 #include "Failure.h"
 #include "FolderCursor.h"
 
-#include <dirent.h>
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -48,7 +47,7 @@ private:
             throw Failure(errno, name);
         }
         if (m_levels.empty())
-            m_sum.type = IFTODT(facts.st_mode);
+            m_sum.type = typeOf(facts.st_mode);
         if (S_ISDIR(facts.st_mode))
             return enter(name);
         if (!S_ISREG(facts.st_mode) && !S_ISLNK(facts.st_mode))

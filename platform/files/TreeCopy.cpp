@@ -57,7 +57,7 @@ void TreeCopy::copyEntry(const Entry& entry, const std::string& copyName) {
                 return;
             throw Failure(errno, name);
         }
-        type = IFTODT(facts.st_mode);
+        type = typeOf(facts.st_mode);
     }
     switch (type) {
     case DT_REG:
