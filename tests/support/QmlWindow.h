@@ -48,10 +48,14 @@ public:
 
     template <typename Type = QObject>
     Type* find(const char* name) {
-        auto* found = m_root->findChild<Type*>(QLatin1String(name));
-        if (!found) // what a view makes for its rows belongs to nobody
-            found = qobject_cast<Type*>(itemBelow(m_window.contentItem(), QString::fromLatin1(name)));
-        if (!found)
+        Type* found = nullptr;
+        const auto isThere = [&] {
+            found = m_root->findChild<Type*>(QLatin1String(name));
+            if (!found) // what a view makes for its rows belongs to nobody
+                found = qobject_cast<Type*>(itemBelow(m_window.contentItem(), QString::fromLatin1(name)));
+            return found != nullptr;
+        };
+        if (!QTest::qWaitFor(isThere)) // the rows of a list come with its next frame
             qFatal("there is no %s", name);
         return found;
     }
