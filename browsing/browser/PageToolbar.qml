@@ -52,6 +52,7 @@ Rectangle {
     }
     SearchField {
         id: search
+        objectName: "search"
         anchors { right: parent.right; rightMargin: Theme.pageMargin; verticalCenter: parent.verticalCenter }
         width: Math.min(220, bar.width / 3)
         visible: bar.browser.page !== "group" && bar.browser.page !== "tidy"
