@@ -13,8 +13,11 @@
 #include <sys/fsuid.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 
@@ -184,6 +187,47 @@ private Q_SLOTS:
             other.reset();
         });
         QCOMPARE(errorOfOpening(m_file), QString());
+    }
+
+    void aProcessThatDiesWhileSavingLeavesTheRowWithItsWordsOrNeither() {
+        fill(m_file);
+        for (int death = 0; death < 40; ++death) {
+            int ends[2];
+            QCOMPARE(::pipe(ends), 0);
+            const pid_t child = ::fork();
+            if (child == 0) {
+                InsightStore store(m_file);
+                for (int i = 0;; ++i) {
+                    const std::string text = "life" + std::to_string(death) + " save" + std::to_string(i);
+                    if (::write(ends[1], "x", 1) != 1)
+                        ::_exit(1);
+                    store.save(insightWith(("/p/" + std::to_string(i % 3) + ".png").c_str(), text.c_str(), i));
+                }
+            }
+            ::close(ends[1]);
+            char begun[3];
+            for (char& one : begun)
+                QCOMPARE(::read(ends[0], &one, 1), 1);
+            // Somewhere in the third save, each time a little later.
+            for (const auto until = std::chrono::steady_clock::now() + death * std::chrono::microseconds(40);
+                 std::chrono::steady_clock::now() < until;) {
+            }
+            ::kill(child, SIGKILL);
+            int status = 0;
+            QCOMPARE(::waitpid(child, &status, 0), child);
+            QVERIFY(WIFSIGNALED(status));
+            ::close(ends[0]);
+
+            OtherConnection left(m_file);
+            QVERIFY(
+                left.holds("SELECT count(*) = 0 FROM insights AS i JOIN insights_fts AS f USING (path) WHERE i.text "
+                           "<> f.text"));
+            QVERIFY(left.holds("SELECT (SELECT count(*) FROM insights) = (SELECT count(*) FROM insights_fts)"));
+        }
+        QCOMPARE(soundness(m_file), QByteArray("ok"));
+        InsightStore store(m_file);
+        store.save(fox);
+        QVERIFY(isWhole(store, fox));
     }
 
     // No space, no right.
