@@ -2,6 +2,7 @@
 #include "Rename.h"
 
 #include "Removal.h"
+#include "platform/Descriptor.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -10,6 +11,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <optional>
+#include <tuple>
 
 namespace lumbra::files {
 
@@ -50,6 +52,24 @@ int renameCarefully(int fromFolder, const char* from, int toFolder, const char* 
     return ::renameat(fromFolder, from, toFolder, to) == 0 ? 0 : errno;
 }
 
+// Both things take each other's name at once.
+int exchange(int fromFolder, const char* from, int toFolder, const char* to) {
+    if (::renameat2(fromFolder, from, toFolder, to, RENAME_EXCHANGE) == 0)
+        return 0;
+    if (errno != EACCES)
+        return errno;
+    // A folder that goes into another one must be writable itself, even if it only goes there to be removed.
+    const Descriptor old = openFolder(toFolder, to);
+    struct stat status;
+    if (!old || ::fstat(old.number(), &status) != 0 || ::fchmod(old.number(), status.st_mode | S_IRWXU) != 0)
+        return EACCES;
+    if (::renameat2(fromFolder, from, toFolder, to, RENAME_EXCHANGE) == 0)
+        return 0;
+    const int code = errno;
+    std::ignore = ::fchmod(old.number(), status.st_mode);
+    return code;
+}
+
 } // namespace
 
 int renameNoReplace(int fromFolder, const char* from, int toFolder, const char* to) {
@@ -68,14 +88,13 @@ int renameReplacing(int fromFolder, const char* from, int toFolder, const char* 
     const auto target = facts(toFolder, to);
     if (source && target && !S_ISDIR(source->st_mode) && !S_ISDIR(target->st_mode))
         return ::renameat(fromFolder, from, toFolder, to) == 0 ? 0 : errno;
-    if (::renameat2(fromFolder, from, toFolder, to, RENAME_EXCHANGE) == 0) {
+    const int code = exchange(fromFolder, from, toFolder, to);
+    if (!code)
         removeTree(fromFolder, from);
-        return 0;
-    }
-    if (!isUnknownFlag(errno))
-        return errno;
-    if (const int code = removeTree(toFolder, to))
+    if (!isUnknownFlag(code))
         return code;
+    if (const int failed = removeTree(toFolder, to))
+        return failed;
     return renameNoReplace(fromFolder, from, toFolder, to);
 }
 

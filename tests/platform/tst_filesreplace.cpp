@@ -57,6 +57,7 @@ private Q_SLOTS:
         const Location sources = home.folder("sources");
         const Location targets = across ? disk.path() : home.folder("targets");
         const EmptiedAtEnd homeEmptied(home.path());
+        const EmptiedAtEnd diskEmptied(disk.path());
         for (const Location& top : {sources, targets}) {
             const std::string path = pathOf(top);
             writeFile(path + "/file", QByteArray::fromStdString("file in " + path));

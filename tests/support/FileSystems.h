@@ -9,9 +9,11 @@
 #include <QTemporaryDir>
 
 #include <fcntl.h>
+#include <linux/capability.h>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -88,10 +90,11 @@ inline int inChild(const std::function<int()>& function) {
     return WEXITSTATUS(status);
 }
 
-// What permissions mean, root is not told. Gives the calling process to nobody for good; false when it can't.
-inline bool becomeNobody() {
-    constexpr uid_t nobody = 65534;
-    return ::getuid() != 0 || (::setresgid(nobody, nobody, nobody) == 0 && ::setresuid(nobody, nobody, nobody) == 0);
+// Root is above all permissions only by its capabilities. Takes them from the calling process for good.
+inline bool losePrivileges() {
+    __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+    __user_cap_data_struct none[_LINUX_CAPABILITY_U32S_3] = {};
+    return ::syscall(SYS_capset, &header, none) == 0;
 }
 
 } // namespace lumbra

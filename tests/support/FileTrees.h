@@ -136,14 +136,20 @@ inline void makeMixedTree(const Location& top) {
         ::utimensat(AT_FDCWD, (path + entry).c_str(), times, AT_SYMLINK_NOFOLLOW);
 }
 
-// Empties a temporary folder at the end of a test: Qt's own can't remove names that are no text.
+// Empties a temporary folder at the end of a test: Qt's own can't remove names that are no text, nor what is in
+// read-only folders.
 class EmptiedAtEnd {
 public:
     explicit EmptiedAtEnd(Location folder) : m_folder(std::move(folder)) {}
     ~EmptiedAtEnd() {
+        namespace fs = std::filesystem;
         std::error_code error;
-        for (const auto& entry : std::filesystem::directory_iterator(pathOf(m_folder), error))
-            std::filesystem::remove_all(entry.path(), error);
+        for (const auto& entry : fs::recursive_directory_iterator(pathOf(m_folder), error)) {
+            if (entry.is_directory() && !entry.is_symlink())
+                fs::permissions(entry.path(), fs::perms::owner_all, fs::perm_options::add, error);
+        }
+        for (const auto& entry : fs::directory_iterator(pathOf(m_folder), error))
+            fs::remove_all(entry.path(), error);
     }
     Q_DISABLE_COPY_MOVE(EmptiedAtEnd)
 
