@@ -35,6 +35,22 @@ inline Insight insightWith(const char* path, const char* text = "", qint64 size 
     return insight;
 }
 
+// One with something in every field.
+inline Insight full(const char* path = "/p/a.png") {
+    Insight insight(QString::fromUtf8(path), 123456789012, 1700000000.25);
+    insight.title = QStringLiteral("A fox");
+    insight.summary = QStringLiteral("A fox jumps over “a” fence.\n'quoted'");
+    insight.tags = {QStringLiteral("red fox"), QStringLiteral("jump")};
+    insight.labels = {QStringLiteral("animal"), QStringLiteral("fence")};
+    insight.text = QStringLiteral("WELCOME 狐 🦊");
+    insight.transcript = QStringLiteral("hello there");
+    insight.note = QStringLiteral("made for the poster");
+    insight.featurePrint = QByteArray("\0\1\2\xff", 4);
+    insight.level = 2;
+    insight.analyzed = 1700000001.25;
+    return insight;
+}
+
 inline QStringList found(InsightStore& store, const char* query, int limit = 100) {
     return store.search(QString::fromUtf8(query), std::nullopt, limit);
 }
@@ -111,6 +127,34 @@ private:
     }
 
     static inline sqlite3* connection = nullptr;
+};
+
+// The statements that the newest connection runs while this lives.
+class Trace {
+public:
+    Trace() {
+        sqlite3_trace_v2(
+            NewestConnection::get(), SQLITE_TRACE_STMT,
+            [](unsigned, void* self, void* statement, void*) {
+                static_cast<Trace*>(self)->m_statements << sqlite3_sql(static_cast<sqlite3_stmt*>(statement));
+                return 0;
+            },
+            this);
+    }
+    ~Trace() { sqlite3_trace_v2(NewestConnection::get(), 0, nullptr, nullptr); }
+    Q_DISABLE_COPY_MOVE(Trace)
+
+    // Without those that the index of words makes for itself.
+    QList<QByteArray> statements() const {
+        QList<QByteArray> own;
+        for (const QByteArray& statement : m_statements)
+            if (!statement.contains("'main'.") && !own.contains(statement))
+                own << statement;
+        return own;
+    }
+
+private:
+    QList<QByteArray> m_statements;
 };
 
 } // namespace lumbra

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// The insight store on databases that are locked, full, read-only, damaged, or replaced under it: operations return,
-// and work again as soon as the trouble is over.
-#include "InsightSupport.h"
+// The insight store on databases that can't be opened, are locked, full or read-only, or whose process dies: operations
+// return, and work again as soon as the trouble is over.
+#include "InsightTrouble.h"
 #include "support/EventMirror.h"
 #include "support/Strings.h"
 #include "support/TestHome.h"
@@ -14,68 +14,16 @@
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <csignal>
-#include <filesystem>
-#include <fstream>
+#include <thread>
 
 using namespace lumbra;
-namespace fs = std::filesystem;
 
 namespace {
 
 std::optional<QByteArray> whyNothingCanBeMounted;
-
-const Insight fox = insightWith("/p/fox.png", "fox");
-const Insight goose = insightWith("/p/goose.png", "goose");
-
-bool isWhole(InsightStore& store, const Insight& insight) {
-    return kept(store, insight) == insight && found(store, qPrintable(insight.text)) == QStringList{insight.path};
-}
-
-bool isAbsent(InsightStore& store, const Insight& insight) {
-    return !kept(store, insight) && found(store, qPrintable(insight.text)).isEmpty();
-}
-
-// Everything once, for its return.
-void useAll(InsightStore& store) {
-    store.save(goose);
-    kept(store, fox);
-    kept(store, insightWith("/elsewhere/fox.png"));
-    found(store, "fox");
-    store.featurePrintsUnder(QStringLiteral("/"));
-    store.count();
-    store.forget(QStringLiteral("/p/never.png"));
-}
-
-// What opening says when it fails; empty when it succeeds.
-QString errorOfOpening(const Location& file) {
-    try {
-        InsightStore store(file);
-    } catch (const CoreError& error) {
-        return error.message;
-    }
-    return {};
-}
-
-void removeDatabase(const Location& file) {
-    for (const char* suffix : {"", "-wal", "-shm"})
-        ::unlink((file.path() + suffix).constData());
-}
-
-// Spoils bytes of a file from a position on.
-void overwrite(const Location& file, qint64 at, const QByteArray& bytes) {
-    std::fstream stream(std::string(file.view()), std::ios::in | std::ios::out | std::ios::binary);
-    stream.seekp(at);
-    stream.write(bytes.constData(), bytes.size());
-}
-
-QByteArray bytesOf(const Location& file) {
-    QFile opened(file.toString());
-    return opened.open(QIODevice::ReadOnly) ? opened.readAll() : QByteArray();
-}
 
 } // namespace
 
@@ -307,145 +255,7 @@ private Q_SLOTS:
         QVERIFY(isAbsent(owner, goose));
     }
 
-    // Damaged.
-
-    void aTruncatedDatabaseHasNoStore() {
-        fill(m_file);
-        for (const double part : {0.9, 0.5, 0.1}) {
-            const Location cut = m_home->path().child("cut.sqlite");
-            removeDatabase(cut);
-            fs::copy_file(m_file.view(), cut.view());
-            fs::resize_file(cut.view(), uintmax_t(double(fs::file_size(m_file.view())) * part));
-            QVERIFY(!errorOfOpening(cut).isEmpty());
-        }
-    }
-
-    void aDatabaseSpoiltAnywhereIsSurvived() {
-        fill(m_file);
-        const auto size = qint64(fs::file_size(m_file.view()));
-        const Location spoilt = m_home->path().child("spoilt.sqlite");
-        for (qint64 at = 0; at < size; at += 4096) {
-            removeDatabase(spoilt);
-            fs::copy_file(m_file.view(), spoilt.view());
-            overwrite(spoilt, at + 100, QByteArray(600, char(at / 4096 * 37)));
-            try {
-                InsightStore store(spoilt);
-                useAll(store);
-                useAll(store);
-            } catch (const InsightStore::StoreError&) {
-            }
-        }
-    }
-
-    void aDatabaseSpoiltWhileOpenIsSurvivedAndUsedAgainOnceReplaced_data() {
-        QTest::addColumn<QByteArray>("how");
-        QTest::newRow("cut to nothing") << QByteArray("cut");
-        QTest::newRow("cut in half") << QByteArray("half");
-        QTest::newRow("filled with rubbish") << QByteArray("rubbish");
-        QTest::newRow("removed") << QByteArray("removed");
-        QTest::newRow("removed with its log") << QByteArray("all removed");
-        QTest::newRow("a text in its place") << QByteArray("text");
-        QTest::newRow("a folder in its place") << QByteArray("folder");
-        QTest::newRow("its folder removed") << QByteArray("no folder");
-    }
-    void aDatabaseSpoiltWhileOpenIsSurvivedAndUsedAgainOnceReplaced() {
-        QFETCH(QByteArray, how);
-        fill(m_file);
-        InsightStore store(m_file);
-        store.save(fox);
-        QVERIFY(isWhole(store, fox));
-
-        const auto size = fs::file_size(m_file.view());
-        if (how == "cut" || how == "half")
-            fs::resize_file(m_file.view(), how == "cut" ? 0 : size / 2);
-        else if (how == "rubbish")
-            overwrite(m_file, 0, QByteArray(qsizetype(size), 'r'));
-        else if (how == "no folder")
-            fs::remove_all(m_file.parent().view());
-        else if (how == "all removed")
-            removeDatabase(m_file);
-        else
-            fs::remove(m_file.view());
-        if (how == "text")
-            m_home->file("library/.lumbra/insights.sqlite", QByteArray(5000, 't'));
-        if (how == "folder")
-            m_home->folder("library/.lumbra/insights.sqlite");
-        useAll(store);
-        useAll(store);
-        if (how == "no folder")
-            QVERIFY(!m_file.parent().exists());
-
-        // Somebody puts a good one in its place.
-        const Location good = m_home->path().child("good.sqlite");
-        InsightStore(good).save(goose);
-        fs::remove_all(m_file.view());
-        removeDatabase(m_file);
-        m_home->folder("library/.lumbra");
-        fs::rename(good.view(), m_file.view());
-        QVERIFY(isWhole(store, goose));
-        QVERIFY(isAbsent(store, fox));
-        store.save(fox);
-        QVERIFY(isWhole(store, fox));
-        QCOMPARE(soundness(m_file), QByteArray("ok"));
-    }
-
-    void aRemovedDatabaseIsBegunAnew() {
-        InsightStore store(m_file);
-        store.save(fox);
-        removeDatabase(m_file);
-        QVERIFY(isAbsent(store, fox));
-        store.save(goose);
-        QVERIFY(isWhole(store, goose));
-        QCOMPARE(sqlitePrints(m_file, "SELECT path FROM insights;"), goose.path.toUtf8());
-    }
-
-    void aDatabaseThatIsReplacedAloneIsNotMixedWithTheOldLog() {
-        InsightStore store(m_file);
-        for (int i = 0; i < 50; ++i)
-            store.save(insightWith(("/p/" + std::to_string(i) + ".png").c_str(), "fox"));
-        QVERIFY(!bytesOf(Location(QByteArray(m_file.path() + "-wal"))).isEmpty());
-        const Location good = m_home->path().child("good.sqlite");
-        InsightStore(good).save(goose);
-        fs::rename(good.view(), m_file.view());
-        QCOMPARE(found(store, "fox"), QStringList());
-        QVERIFY(isWhole(store, goose));
-        QCOMPARE(store.count(), 1);
-        QCOMPARE(soundness(m_file), QByteArray("ok"));
-    }
-
-    void aSpoiltIndexOfWordsIsMadeAnew_data() {
-        QTest::addColumn<QByteArray>("script");
-        QTest::newRow("its plan") << QByteArray("UPDATE insights_fts_data SET block = X'ffffffff' WHERE id = 10;");
-        QTest::newRow("its words") << QByteArray("UPDATE insights_fts_data SET block = X'00' WHERE id > 10;");
-        QTest::newRow("its words gone") << QByteArray("DELETE FROM insights_fts_data WHERE id > 10;");
-    }
-    void aSpoiltIndexOfWordsIsMadeAnew() {
-        QFETCH(QByteArray, script);
-        fill(m_file);
-        InsightStore(m_file).save(fox);
-        QVERIFY(sqliteRuns(m_file, script));
-        InsightStore store(m_file);
-        QCOMPARE(found(store, "fox"), QStringList());
-        store.save(goose);
-        QVERIFY(isWhole(store, goose));
-        QVERIFY(isWhole(store, fox));
-        QCOMPARE(soundness(m_file), QByteArray("ok"));
-    }
-
 private:
-    // Some hundred kilobytes, all in the database itself.
-    static void fill(const Location& file) {
-        InsightStore store(file);
-        for (int i = 0; i < 60; ++i) {
-            QString words;
-            for (int word = 0; word < 300; ++word)
-                words += QStringLiteral(" w%1x%2").arg(i % 7).arg(word);
-            Insight insight = insightWith(("/p/filler" + std::to_string(i) + ".png").c_str());
-            insight.text = words;
-            store.save(insight);
-        }
-    }
-
     std::unique_ptr<TestHome> m_home;
     Location m_file;
 };
