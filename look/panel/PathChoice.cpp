@@ -145,36 +145,35 @@ bool PathChoice::isRow(int row) const {
     return row >= 0 && row < m_listing.rowCount() && !m_listing.reading();
 }
 
-void PathChoice::selectOnly(int row) {
-    m_selected = {row};
-    m_currentRow = m_anchor = row;
+void PathChoice::select(int row, Qt::KeyboardModifiers held) {
+    if (m_kind == Open && held.testFlag(Qt::ShiftModifier) && m_anchor >= 0) {
+        m_selected.clear();
+        for (int passed = std::min(m_anchor, row); passed <= std::max(m_anchor, row); ++passed)
+            m_selected.insert(passed);
+        m_currentRow = row;
+    } else {
+        const bool toggles = m_kind == Open && held.testFlag(Qt::ControlModifier);
+        if (!toggles)
+            m_selected.clear();
+        if (m_selected.erase(row) == 0)
+            m_selected.insert(row);
+        m_currentRow = m_anchor = row;
+    }
+    Q_EMIT selectionChanged();
 }
 
 void PathChoice::press(int row, int modifiers) {
     if (!isRow(row))
         return;
-    if (m_kind == Open && (modifiers & Qt::ShiftModifier) && m_anchor >= 0) {
-        m_selected.clear();
-        for (int passed = std::min(m_anchor, row); passed <= std::max(m_anchor, row); ++passed)
-            m_selected.insert(passed);
-        m_currentRow = row;
-    } else if (m_kind == Open && (modifiers & Qt::ControlModifier)) {
-        if (m_selected.erase(row) == 0)
-            m_selected.insert(row);
-        m_currentRow = m_anchor = row;
-    } else {
-        selectOnly(row);
-    }
+    select(row, Qt::KeyboardModifiers::fromInt(modifiers));
     if (m_kind == Save && !m_listing.entryAt(row).isFolder)
         setName(m_listing.entryAt(row).name);
-    Q_EMIT selectionChanged();
 }
 
 void PathChoice::move(int by, int modifiers) {
-    const int last = m_listing.rowCount() - 1;
-    if (last >= 0)
-        press(std::clamp(m_currentRow < 0 && by > 0 ? by - 1 : m_currentRow + by, 0, last),
-              modifiers & Qt::ShiftModifier);
+    const int row = std::clamp(m_currentRow + by, 0, std::max(0, m_listing.rowCount() - 1));
+    if (isRow(row))
+        select(row, Qt::KeyboardModifiers::fromInt(modifiers) & Qt::ShiftModifier);
 }
 
 void PathChoice::selectAll() {

@@ -69,10 +69,10 @@ public:
     // Completes what is typed; false when there is nothing to complete.
     Q_INVOKABLE bool complete();
 
-    // The rows are those of the folder before while it is read: no click and no key means them then.
+    // While a folder is read, the rows are still those of the one before: no click and no key means them then.
 
     // A click on a row, with Qt::KeyboardModifiers: selects it alone, with Ctrl as well or no longer, with Shift all up
-    // to it.
+    // to it. To save, it takes the name of a file over.
     Q_INVOKABLE void press(int row, int modifiers = Qt::NoModifier);
 
     // An arrow key; with Shift it selects what it passes.
@@ -117,7 +117,7 @@ private:
     QString pathOf(int row) const;
     void follow();
     bool isRow(int row) const;
-    void selectOnly(int row);
+    void select(int row, Qt::KeyboardModifiers held);
     void setProblem(const QString& problem);
     void inBackground(std::function<Outcome()> work);
 

@@ -87,7 +87,7 @@ private Q_SLOTS:
         open(Open);
         type("nothing");
         QTRY_VERIFY(!m_window->value("panelChoose", "enabled").toBool());
-        QCOMPARE(text("panelEmpty"), QStringLiteral("Nothing is called so"));
+        QTRY_COMPARE(text("panelEmpty"), QStringLiteral("Nothing is called so"));
         m_window->press(Qt::Key_Return);
         QVERIFY(m_window->value("panel", "opened").toBool());
     }

@@ -224,6 +224,14 @@ private Q_SLOTS:
         QCOMPARE(m_choice->summary(), QStringLiteral("~/media/stills/b.png"));
     }
 
+    void theArrowKeysLeaveTheNameAlone() {
+        start(PathChoice::Save, "media", "old.png");
+        m_choice->move(1000);
+        QCOMPARE(m_choice->currentRow(), row("c.png"));
+        QCOMPARE(m_choice->name(), QStringLiteral("old.png"));
+        QCOMPARE(m_choice->summary(), QStringLiteral("~/media/old.png"));
+    }
+
     void nothingIsChosenOnceStopped() {
         start(PathChoice::Save, "media", "new.png");
         m_choice->choose();
