@@ -9,12 +9,28 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
+#include <ctime>
+#include <thread>
 
 namespace lumbra::files {
 
 namespace {
 
 constexpr int attempts = 3; // for a file that changes while it is copied
+
+// Times of files move on in steps of some milliseconds. What is written twice within one looks unchanged the second
+// time, so a file that was changed a moment ago is only read after the step has passed. True when it waited.
+bool letClockPass(const struct stat& facts) {
+    constexpr int64_t longestStep = 10'000'000; // nanoseconds
+    timespec now;
+    ::clock_gettime(CLOCK_REALTIME, &now);
+    const int64_t age = (now.tv_sec - facts.st_ctim.tv_sec) * 1'000'000'000 + (now.tv_nsec - facts.st_ctim.tv_nsec);
+    if (age < 0 || age > longestStep)
+        return false;
+    std::this_thread::sleep_for(std::chrono::nanoseconds(longestStep - age));
+    return true;
+}
 
 // Not every file system has modes and times; that the bytes arrive counts more.
 void checkFact(int result, const char* name) {
@@ -93,6 +109,8 @@ TreeCopy::Attempt TreeCopy::copyFileOnce(const char* name, const char* copyName)
         return Attempt::gone;
     struct stat before;
     if (!from || ::fstat(from.number(), &before) != 0)
+        throw Failure(errno, name);
+    if (letClockPass(before) && ::fstat(from.number(), &before) != 0)
         throw Failure(errno, name);
     if (!S_ISREG(before.st_mode))
         throw Failure(ESTALE, name, QStringLiteral("something else took its place"));
