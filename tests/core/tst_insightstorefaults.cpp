@@ -257,7 +257,7 @@ private:
         const Trouble trouble = troubleOf(kind);
         const bool isSave = QByteArray(QTest::currentTestFunction()).startsWith("aSave");
         const bool isSmall = kind == Kind::interruption || kind == Kind::wantOfMemory || kind == Kind::refusal;
-        const int stride = !isSmall ? 1 : !isSave ? 13 : kind == Kind::refusal ? 1 : 3;
+        const int stride = !isSmall ? 1 : !isSave ? 29 : kind == Kind::refusal && !forGood ? 1 : 5;
         for (int n = 1;; n += stride) {
             const TestHome home;
             const Location file = home.path().child(".lumbra/insights.sqlite");
