@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "MediaStream.h"
+
+#include "platform/Descriptor.h"
+
+#include <fcntl.h>
+#include <mpv/stream_cb.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <condition_variable>
+#include <cstring>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace lumbra::MediaStream {
+
+namespace {
+
+constexpr char scheme[] = "lumbra-file";
+
+// At most this much is read at a time, whatever is asked for.
+constexpr uint64_t largestRead = 256 * 1024;
+
+// One open file, shared by mpv's thread and the one that waits for the disk. The latter may outlive the stream, if the
+// disk never answers.
+class Stream {
+public:
+    explicit Stream(QByteArray path) : m_path(std::move(path)), m_buffer(largestRead) {}
+
+    static void start(const std::shared_ptr<Stream>& stream) {
+        std::thread([stream] { stream->work(); }).detach();
+    }
+
+    // The calls of mpv. Numbers below zero are failures.
+
+    qint64 read(char* bytes, uint64_t count) {
+        const qint64 got = ask(Task::read, std::min(count, largestRead));
+        if (got > 0) {
+            std::memcpy(bytes, m_buffer.data(), size_t(got));
+            m_position += got;
+        }
+        return got;
+    }
+
+    qint64 size() { return ask(Task::size, 0); }
+
+    qint64 seek(qint64 position) {
+        m_position = position;
+        return position;
+    }
+
+    // Ends every call under way and to come.
+    void cancel() {
+        const std::lock_guard lock(m_mutex);
+        m_isCancelled = true;
+        m_changed.notify_all();
+    }
+
+private:
+    enum class Task { none, read, size };
+
+    qint64 ask(Task task, uint64_t count) {
+        std::unique_lock lock(m_mutex);
+        if (m_isCancelled)
+            return MPV_ERROR_GENERIC;
+        m_task = task;
+        m_count = count;
+        m_changed.notify_all();
+        m_changed.wait(lock, [this] { return m_task == Task::none || m_isCancelled; });
+        return m_isCancelled ? qint64(MPV_ERROR_GENERIC) : m_answer;
+    }
+
+    void work() {
+        // Without waiting for whoever writes into a pipe; a regular file does not mind.
+        const Descriptor file(::open(m_path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+        struct stat status {};
+        const bool isFile = file && ::fstat(file.number(), &status) == 0 && S_ISREG(status.st_mode);
+        std::unique_lock lock(m_mutex);
+        for (;;) {
+            m_changed.wait(lock, [this] { return m_task != Task::none || m_isCancelled; });
+            if (m_isCancelled)
+                return;
+            const Task task = m_task;
+            const size_t count = m_count;
+            const off_t position = m_position;
+            lock.unlock();
+            // The buffer is this thread's while there is a task: mpv's side has either asked for it or given up.
+            qint64 answer = MPV_ERROR_LOADING_FAILED;
+            if (isFile && task == Task::read)
+                answer = ::pread(file.number(), m_buffer.data(), count, position);
+            else if (isFile && ::fstat(file.number(), &status) == 0)
+                answer = status.st_size;
+            lock.lock();
+            m_answer = answer;
+            m_task = Task::none;
+            m_changed.notify_all();
+        }
+    }
+
+    const QByteArray m_path;
+    std::vector<char> m_buffer;
+    qint64 m_position = 0; // changed by mpv's thread while there is no task
+
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    Task m_task = Task::none;
+    size_t m_count = 0;
+    qint64 m_answer = 0;
+    bool m_isCancelled = false;
+};
+
+using Held = std::shared_ptr<Stream>;
+
+Stream& streamOf(void* cookie) {
+    return **static_cast<Held*>(cookie);
+}
+
+int open(void*, char* address, mpv_stream_cb_info* info) {
+    const QByteArray text(address);
+    const QByteArray path = QByteArray::fromPercentEncoding(text.sliced(text.indexOf("://") + 3));
+    const auto stream = std::make_shared<Stream>(path);
+    Stream::start(stream);
+    info->cookie = new Held(stream);
+    info->read_fn = [](void* cookie, char* bytes, uint64_t count) -> int64_t {
+        return streamOf(cookie).read(bytes, count);
+    };
+    info->seek_fn = [](void* cookie, int64_t position) -> int64_t { return streamOf(cookie).seek(position); };
+    info->size_fn = [](void* cookie) -> int64_t { return streamOf(cookie).size(); };
+    info->cancel_fn = [](void* cookie) { streamOf(cookie).cancel(); };
+    info->close_fn = [](void* cookie) {
+        streamOf(cookie).cancel();
+        delete static_cast<Held*>(cookie);
+    };
+    return 0;
+}
+
+} // namespace
+
+void serve(mpv_handle* mpv) {
+    mpv_stream_cb_add_ro(mpv, scheme, nullptr, open);
+}
+
+QByteArray addressOf(const Location& file) {
+    return QByteArray(scheme) + "://" + file.path().toPercentEncoding("/");
+}
+
+} // namespace lumbra::MediaStream

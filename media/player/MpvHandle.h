@@ -1,0 +1,65 @@
+// One mpv player, and the only place that speaks to it.
+//
+// Nothing here waits for the player: requests are queued to it, and what it has to tell arrives on the main thread
+// through the listener. A player that hangs in a decoder therefore hangs alone. The handle is shared with the renderer
+// of the surface that shows its pictures, which may outlive everything else; whoever lets go last, on whatever thread,
+// ends the player, and that too goes on in the background. All else is for the main thread.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/Location.h"
+
+#include <QByteArrayList>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <utility>
+
+struct mpv_event;
+struct mpv_handle;
+
+namespace lumbra {
+
+class MpvHandle : public std::enable_shared_from_this<MpvHandle> {
+public:
+    // Called for each event, on the main thread. The event is gone when it returns.
+    using Listener = std::function<void(const mpv_event&)>;
+    using Options = QList<std::pair<QByteArray, QByteArray>>;
+
+    // A player with nothing loaded, and no surface. The options stand over those that every player has. Never null; if
+    // mpv refuses to start, a player that does nothing.
+    static std::shared_ptr<MpvHandle> make(const Options& options, Listener listener);
+
+    explicit MpvHandle(Listener listener) : m_listener(std::move(listener)) {}
+    ~MpvHandle();
+    Q_DISABLE_COPY_MOVE(MpvHandle)
+
+    // Nothing is told any more from now on; to be called by a listener that goes before the handle does.
+    void fallSilent() { m_listener = nullptr; }
+
+    // Requests, which the player carries out in the order given. Each is answered by an event with the tag, unless that
+    // is 0.
+    void command(const QByteArrayList& words, quint64 tag = 0);
+    void load(const Location& file, quint64 tag = 0);
+    void set(const char* property, double value, quint64 tag = 0);
+    void set(const char* property, bool value, quint64 tag = 0);
+    void set(const char* property, const char* value, quint64 tag = 0);
+
+    // Asks for a value as mpv's format (MPV_FORMAT_...), once or whenever it changes.
+    void get(const char* property, int format, quint64 tag);
+    void observe(const char* property, int format, quint64 tag);
+
+    // For the renderer, which makes its drawing context of it. May be null.
+    mpv_handle* raw() const { return m_mpv; }
+
+private:
+    void hear();
+
+    mpv_handle* m_mpv = nullptr;
+    Listener m_listener;
+    std::atomic<bool> m_isCalled = false; // the main thread is on its way to hear
+};
+
+} // namespace lumbra

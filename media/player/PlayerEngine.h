@@ -1,0 +1,231 @@
+// The controller of a player: loads one file at a time, publishes where it stands to the views, and moves it.
+//
+// One lives as long as its room and plays every file shown there. All fields belong to the main thread, and no call
+// waits for the player: what a field says follows from what was asked for and from what the player has reported since.
+// A file that can't be read, or breaks off, plays as far as it goes; no error is reported.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "Movements.h"
+#include "MpvHandle.h"
+#include "platform/Location.h"
+#include "platform/Preferences.h"
+
+#include <QBindable>
+#include <QImage>
+#include <QObject>
+#include <QProperty>
+#include <QSize>
+#include <QTimer>
+#include <QtQml/qqmlregistration.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+struct mpv_node;
+
+namespace lumbra {
+
+class PictureInPicture;
+class SurfaceSwitch;
+class VideoSurface;
+
+class PlayerEngine : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("one belongs to each room")
+
+    Q_PROPERTY(double time READ time NOTIFY timeChanged BINDABLE bindableTime)
+    Q_PROPERTY(double duration READ duration NOTIFY durationChanged BINDABLE bindableDuration)
+    Q_PROPERTY(bool isPlaying READ isPlaying NOTIFY isPlayingChanged BINDABLE bindableIsPlaying)
+    Q_PROPERTY(QSize videoSize READ videoSize NOTIFY videoSizeChanged BINDABLE bindableVideoSize)
+    Q_PROPERTY(QString codec READ codec NOTIFY codecChanged BINDABLE bindableCodec)
+    Q_PROPERTY(QImage glowFrame READ glowFrame NOTIFY glowFrameChanged BINDABLE bindableGlowFrame)
+    Q_PROPERTY(double shuttle READ shuttle NOTIFY shuttleChanged BINDABLE bindableShuttle)
+    Q_PROPERTY(double speed READ speed WRITE setSpeed NOTIFY speedChanged BINDABLE bindableSpeed)
+    Q_PROPERTY(bool loop READ loop WRITE setLoop NOTIFY loopChanged BINDABLE bindableLoop)
+    Q_PROPERTY(double volume READ volume WRITE setVolume NOTIFY volumeChanged BINDABLE bindableVolume)
+    Q_PROPERTY(bool muted READ muted WRITE setMuted NOTIFY mutedChanged BINDABLE bindableMuted)
+    Q_PROPERTY(lumbra::PictureInPicture* pip READ pip NOTIFY pipChanged)
+
+public:
+    // `options` stand over the player's own settings, by mpv's names.
+    explicit PlayerEngine(Preferences& preferences = Preferences::shared(), const MpvHandle::Options& options = {},
+                          QObject* parent = nullptr);
+    ~PlayerEngine() override;
+
+    // Seconds. It follows thirty times a second while the file runs, and at once what is asked for.
+    double time() const { return m_time; }
+    QBindable<double> bindableTime() const { return &m_time; }
+
+    // Seconds; 0 while not known.
+    double duration() const { return m_duration; }
+    QBindable<double> bindableDuration() const { return &m_duration; }
+
+    bool isPlaying() const { return m_isPlaying; }
+    QBindable<bool> bindableIsPlaying() const { return &m_isPlaying; }
+
+    // Pixels as they are to be shown: upright, and wider or higher where the film's pixels are not square. Empty when
+    // not known, as for sound.
+    QSize videoSize() const { return m_videoSize; }
+    QBindable<QSize> bindableVideoSize() const { return &m_videoSize; }
+
+    // The name of the video's codec; empty when not known.
+    QString codec() const { return m_codec; }
+    QBindable<QString> bindableCodec() const { return &m_codec; }
+
+    // A small picture of the film as it stands, 96 by 54, four a second while it moves and a surface shows it; null
+    // until there is one. It outlives `stop`, so that the room's glow does not blink while a still is shown.
+    QImage glowFrame() const { return m_glowFrame; }
+    QBindable<QImage> bindableGlowFrame() const { return &m_glowFrame; }
+
+    // The rate that the keys J, K and L have set, negative backward; 1 is no shuttling.
+    double shuttle() const { return m_shuttle; }
+    QBindable<double> bindableShuttle() const { return &m_shuttle; }
+
+    // The rate that the user plays at.
+    double speed() const { return m_speed; }
+    QBindable<double> bindableSpeed() const { return &m_speed; }
+    void setSpeed(double speed);
+
+    // Whether the file begins again at its end; survives a launch.
+    bool loop() const { return m_loop; }
+    QBindable<bool> bindableLoop() const { return &m_loop; }
+    void setLoop(bool loop);
+
+    // 0 to 1; survives a launch.
+    double volume() const { return m_volume; }
+    QBindable<double> bindableVolume() const { return &m_volume; }
+    void setVolume(double volume);
+
+    // Leaves the volume alone and does not survive a launch.
+    bool muted() const { return m_muted; }
+    QBindable<bool> bindableMuted() const { return &m_muted; }
+    void setMuted(bool muted);
+
+    // Called when the file has played to its end and does not loop.
+    void setOnEnd(std::function<void()> onEnd) { m_onEnd = std::move(onEnd); }
+
+    // Loads a file, and plays it if wanted; otherwise it stands at its beginning. Does nothing at all when the file is
+    // loaded already, even if it has ended.
+    void load(const Location& url, bool autoplay);
+    const Location& url() const { return m_url; }
+
+    // At the speed, and from the beginning if it stands less than 0.05 seconds before its end.
+    Q_INVOKABLE void play();
+    Q_INVOKABLE void pause();
+    Q_INVOKABLE void toggle() { isPlaying() ? pause() : play(); }
+
+    // Unloads.
+    Q_INVOKABLE void stop();
+
+    // To a position in the file: exactly there, or to the nearest picture that is cheap to show.
+    Q_INVOKABLE void seek(double to, bool exact);
+
+    // By pictures of a film that stands; backward if negative. Pauses.
+    Q_INVOKABLE void step(int count);
+
+    // J, K and L: backward, stand, forward. A file that can't run backward jumps back two seconds instead.
+    void shuttle(int direction);
+
+    // For the scrubber: whether to go on playing when it is let go.
+    bool wasPlayingBeforeScrub = false;
+
+    // The small window, from the first surface on where there can be one; otherwise null.
+    PictureInPicture* pip() const { return m_pip.get(); }
+
+    // Of surfaces.
+
+    const std::shared_ptr<MpvHandle>& mpv() const { return m_mpv; }
+    SurfaceSwitch& surfaces() const { return *m_surfaces; }
+    void addSurface(VideoSurface* surface);
+
+    // Whether what the player draws is to be seen, be it still the picture of the file before.
+    bool hasPicture() const { return !m_url.isEmpty() && m_sight != Sight::nothing; }
+
+    // A tag of the file whose picture it is; 0 while that is not certain.
+    quint64 pictureOf() const { return hasPicture() && m_sight == Sight::itself ? m_file : 0; }
+
+    // A small picture of the file with the tag.
+    void takeGlow(const QImage& image, quint64 file);
+
+Q_SIGNALS:
+    void timeChanged();
+    void durationChanged();
+    void isPlayingChanged();
+    void videoSizeChanged();
+    void codecChanged();
+    void glowFrameChanged();
+    void shuttleChanged();
+    void speedChanged();
+    void loopChanged();
+    void volumeChanged();
+    void mutedChanged();
+    void pipChanged();
+
+private:
+    // What the player is asked for; part of the tag of each request.
+    enum class Asked : quint64 { loading = 1, moving, duration, seekable, tracks, position, end, watch, surface };
+
+    enum class Sight { nothing, before, itself };
+
+    quint64 tag(Asked asked) const { return m_file << 8 | quint64(asked); }
+
+    // What the player reports.
+    void hear(const mpv_event& event);
+    void hearReply(const mpv_event& event);
+    void hearValue(Asked asked, int format, const void* data);
+    void hearEntry(const mpv_node& result);
+    void hearTracks(const mpv_node& tracks);
+    void fileLoaded();
+    void arrived();
+    void failed();
+    void atEnd(bool isIt);
+    void ended();
+
+    void setRate(double rate);
+    void setTime(double time);
+    void turn(bool backward);
+    void move();
+    void setSight(Sight sight);
+
+    Preferences& m_preferences;
+    std::shared_ptr<MpvHandle> m_mpv;
+    std::unique_ptr<SurfaceSwitch> m_surfaces;
+    std::unique_ptr<PictureInPicture> m_pip;
+
+    Location m_url;
+    quint64 m_file = 1;     // counts what was loaded and unloaded; replies that are tagged with another one are dropped
+    qint64 m_entry = 0;     // the player's own number of it, 0 while not known
+    bool m_isBegun = false; // the player has turned to it
+    bool m_isLoaded = false; // and has opened it
+    bool m_hasFailed = false;
+    bool m_isSound = false; // for certain
+    bool m_isSeekable = false;
+    bool m_hasVideo = false;
+    bool m_isAtEnd = false;
+    Sight m_sight = Sight::nothing;
+
+    double m_rate = 0;
+    bool m_isBackward = false;
+    Movements m_movements;
+    QTimer m_clock; // asks for the position while it runs
+    bool m_isPositionAsked = false;
+    std::function<void()> m_onEnd;
+
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(PlayerEngine, double, m_time, 0, &PlayerEngine::timeChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(PlayerEngine, double, m_duration, 0, &PlayerEngine::durationChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(PlayerEngine, bool, m_isPlaying, false, &PlayerEngine::isPlayingChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(PlayerEngine, QSize, m_videoSize, &PlayerEngine::videoSizeChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(PlayerEngine, QString, m_codec, &PlayerEngine::codecChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(PlayerEngine, QImage, m_glowFrame, &PlayerEngine::glowFrameChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(PlayerEngine, double, m_shuttle, 1, &PlayerEngine::shuttleChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(PlayerEngine, double, m_speed, 1, &PlayerEngine::speedChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(PlayerEngine, bool, m_loop, false, &PlayerEngine::loopChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(PlayerEngine, double, m_volume, 1, &PlayerEngine::volumeChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(PlayerEngine, bool, m_muted, false, &PlayerEngine::mutedChanged)
+};
+
+} // namespace lumbra

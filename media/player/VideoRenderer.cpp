@@ -1,0 +1,214 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "VideoRenderer.h"
+
+#include "SurfaceSwitch.h"
+#include "platform/Tasks.h"
+
+#include <QGuiApplication>
+#include <QImage>
+#include <QOpenGLContext>
+#include <QOpenGLExtraFunctions>
+#include <QOpenGLFramebufferObject>
+#include <QQuickOpenGLUtils>
+#include <QQuickWindow>
+
+#include <mpv/render_gl.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace lumbra {
+
+namespace {
+
+// The glow: as many pixels as its blur leaves anything of, as often as the eye follows it.
+constexpr QSize glowSize(96, 54);
+constexpr int glowInterval = 250; // ms
+
+void* addressOf(void*, const char* name) {
+    QOpenGLContext* const context = QOpenGLContext::currentContext();
+    return context ? reinterpret_cast<void*>(context->getProcAddress(name)) : nullptr;
+}
+
+} // namespace
+
+// What mpv rings, from any of its threads, when there is something to draw.
+struct VideoRenderer::Bell {
+    QPointer<VideoSurface> surface;
+    std::shared_ptr<std::atomic<bool>> isRung = std::make_shared<std::atomic<bool>>(false);
+
+    static void ring(void* given) {
+        const auto* const bell = static_cast<Bell*>(given);
+        if (bell->isRung->exchange(true))
+            return;
+        Tasks::postToMain([surface = bell->surface, isRung = bell->isRung] {
+            *isRung = false;
+            if (surface)
+                surface->update();
+        });
+    }
+};
+
+VideoRenderer::VideoRenderer() = default;
+
+VideoRenderer::~VideoRenderer() {
+    freeContext();
+}
+
+QOpenGLFramebufferObject* VideoRenderer::createFramebufferObject(const QSize& size) {
+    return new QOpenGLFramebufferObject(size); // neither depth nor samples
+}
+
+void VideoRenderer::synchronize(QQuickFramebufferObject* item) {
+    auto* const surface = static_cast<VideoSurface*>(item);
+    const PlayerEngine* const player = surface->player();
+    m_surface = surface;
+    m_address = surface;
+    m_window = surface->window();
+    m_counts = surface->counts();
+    m_draws = player && surface->draws();
+    m_hasPicture = player && player->hasPicture();
+    m_file = player ? player->pictureOf() : 0;
+    m_videoSize = player ? player->videoSize() : QSizeF();
+    if (!player || m_context)
+        return;
+    m_switch = &player->surfaces();
+    m_mpv = player->mpv();
+}
+
+void VideoRenderer::render() {
+    if (!m_draws)
+        freeContext();
+    else if (!m_context)
+        makeContext();
+    m_window->beginExternalCommands();
+    if (m_context && m_hasPicture)
+        draw();
+    else
+        clear();
+    QQuickOpenGLUtils::resetOpenGLState();
+    m_window->endExternalCommands();
+}
+
+void VideoRenderer::makeContext() {
+    if (!m_mpv->raw())
+        return;
+    mpv_opengl_init_params functions{addressOf, nullptr};
+    mpv_render_param display{MPV_RENDER_PARAM_INVALID, nullptr};
+#if QT_CONFIG(xcb)
+    // Lets decoders of the graphics processor hand their pictures over in place.
+    if (const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>())
+        display = {MPV_RENDER_PARAM_X11_DISPLAY, x11->display()};
+#endif
+    mpv_render_param parameters[] = {
+        {MPV_RENDER_PARAM_API_TYPE, const_cast<char*>(MPV_RENDER_API_TYPE_OPENGL)},
+        {MPV_RENDER_PARAM_OPENGL_INIT_PARAMS, &functions},
+        display,
+        {MPV_RENDER_PARAM_INVALID, nullptr},
+    };
+    if (mpv_render_context_create(&m_context, m_mpv->raw(), parameters) < 0) {
+        m_context = nullptr;
+        return;
+    }
+    m_bell = std::make_unique<Bell>(Bell{m_surface});
+    mpv_render_context_set_update_callback(m_context, &Bell::ring, m_bell.get());
+    Tasks::postToMain([to = m_switch, surface = m_address] {
+        if (to)
+            to->contextMade(surface);
+    });
+}
+
+void VideoRenderer::freeContext() {
+    if (!m_context)
+        return;
+    mpv_render_context_set_update_callback(m_context, nullptr, nullptr);
+    mpv_render_context_free(std::exchange(m_context, nullptr));
+    m_bell.reset();
+    Tasks::postToMain([to = m_switch, surface = m_address] {
+        if (to)
+            to->contextFreed(surface);
+    });
+}
+
+void VideoRenderer::draw() {
+    if (mpv_render_context_update(m_context) & MPV_RENDER_UPDATE_FRAME)
+        m_isGlowOld = true;
+    const QOpenGLFramebufferObject* const target = framebufferObject();
+    mpv_opengl_fbo fbo{int(target->handle()), target->width(), target->height(), 0};
+    int upright = 0;
+    int waits = 0; // the scene's own frames come first
+    mpv_render_param parameters[] = {
+        {MPV_RENDER_PARAM_OPENGL_FBO, &fbo},
+        {MPV_RENDER_PARAM_FLIP_Y, &upright},
+        {MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &waits},
+        {MPV_RENDER_PARAM_INVALID, nullptr},
+    };
+    mpv_render_context_render(m_context, parameters);
+    ++m_counts->frames;
+    glow();
+}
+
+// A frame buffer keeps the last picture of a film that has gone.
+void VideoRenderer::clear() {
+    if (m_context)
+        mpv_render_context_update(m_context);
+    QOpenGLFunctions* const gl = QOpenGLContext::currentContext()->functions();
+    framebufferObject()->bind();
+    gl->glDisable(GL_SCISSOR_TEST);
+    gl->glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+    gl->glClearColor(0, 0, 0, 0);
+    gl->glClear(GL_COLOR_BUFFER_BIT);
+}
+
+// Where the picture lies in the frame buffer, as mpv places it.
+QRect VideoRenderer::pictureRect() const {
+    const QSize whole = framebufferObject()->size();
+    if (m_videoSize.isEmpty())
+        return {QPoint(), whole};
+    const QSize size = m_videoSize.scaled(whole, Qt::KeepAspectRatio).toSize();
+    QRect rect(QPoint((whole.width() - size.width()) / 2, (whole.height() - size.height()) / 2), size);
+    // Rounding may leave an edge of nothing.
+    return rect.width() > 4 && rect.height() > 4 ? rect.adjusted(1, 1, -1, -1) : rect;
+}
+
+// Taken when the picture has changed and the last one is old enough; a picture that then stands is not missed.
+void VideoRenderer::glow() {
+    if (m_glowFile != m_file) {
+        m_glowFile = m_file;
+        m_isGlowOld = true;
+    }
+    if (!m_file || !m_isGlowOld)
+        return;
+    if (m_sinceGlow.isValid() && m_sinceGlow.elapsed() < glowInterval) {
+        if (!std::exchange(m_isGlowAwaited, true))
+            Tasks::postToMain([surface = m_surface, left = int(glowInterval - m_sinceGlow.elapsed())] {
+                if (surface)
+                    surface->lookAgain(std::max(left, 1));
+            });
+        return;
+    }
+    m_sinceGlow.start();
+    m_isGlowOld = false;
+    m_isGlowAwaited = false;
+
+    QOpenGLExtraFunctions* const gl = QOpenGLContext::currentContext()->extraFunctions();
+    if (!m_small)
+        m_small = std::make_unique<QOpenGLFramebufferObject>(glowSize);
+    const QRect from = pictureRect();
+    gl->glDisable(GL_SCISSOR_TEST);
+    gl->glBindFramebuffer(GL_READ_FRAMEBUFFER, framebufferObject()->handle());
+    gl->glBindFramebuffer(GL_DRAW_FRAMEBUFFER, m_small->handle());
+    gl->glBlitFramebuffer(from.left(), from.top(), from.left() + from.width(), from.top() + from.height(), 0, 0,
+                          glowSize.width(), glowSize.height(), GL_COLOR_BUFFER_BIT, GL_LINEAR);
+    gl->glBindFramebuffer(GL_READ_FRAMEBUFFER, m_small->handle());
+    gl->glPixelStorei(GL_PACK_ALIGNMENT, 4);
+    QImage image(glowSize, QImage::Format_RGBX8888);
+    gl->glReadPixels(0, 0, glowSize.width(), glowSize.height(), GL_RGBA, GL_UNSIGNED_BYTE, image.bits());
+    ++m_counts->glows;
+    Tasks::postToMain([surface = m_surface, image, file = m_file] {
+        if (surface)
+            surface->takeGlow(image, file);
+    });
+}
+
+} // namespace lumbra

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "VideoSurface.h"
+
+#include "SurfaceSwitch.h"
+#include "VideoRenderer.h"
+
+#include <QTimer>
+
+namespace lumbra {
+
+VideoSurface::VideoSurface(QQuickItem* parent) : QQuickFramebufferObject(parent) {
+    setTextureFollowsItemSize(true);
+}
+
+VideoSurface::~VideoSurface() {
+    setPlayer(nullptr);
+}
+
+void VideoSurface::setPlayer(PlayerEngine* player) {
+    if (m_player == player)
+        return;
+    if (m_player) {
+        disconnect(m_player, nullptr, this, nullptr);
+        m_player->surfaces().remove(this);
+    }
+    m_player = player;
+    if (player) {
+        player->addSurface(this);
+        connect(player, &QObject::destroyed, this, &QQuickItem::update);
+    }
+    Q_EMIT playerChanged();
+}
+
+QQuickFramebufferObject::Renderer* VideoSurface::createRenderer() const {
+    return new VideoRenderer;
+}
+
+void VideoSurface::setDraws(bool draws) {
+    m_draws = draws;
+    update();
+}
+
+void VideoSurface::lookAgain(int milliseconds) {
+    QTimer::singleShot(milliseconds, this, &QQuickItem::update);
+}
+
+void VideoSurface::takeGlow(const QImage& image, quint64 file) {
+    if (m_player)
+        m_player->takeGlow(image, file);
+}
+
+} // namespace lumbra
