@@ -7,7 +7,7 @@ import Lumbra.Look
 
 Alert {
     id: alert
-    objectName: "confirmAlert"
+    contentItem.objectName: "confirmAlert"
 
     required property Confirmations confirmations
 
