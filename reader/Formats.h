@@ -14,10 +14,25 @@ enum class Format {
     png,
     webp,
     simpleImage, // gif, bmp, tiff, portable any-maps: what needs no care beyond its size
-    modernImage, // heif, avif, jpeg xl, jpeg 2000
+    modernImage, // heif, avif, jpeg xl, jpeg 2000, radiance: what libvips reads
+    codecImage,  // exr, targa, qoi, pcx: what FFmpeg has a decoder for
+    raw,         // photographs as the sensor saw them
+    photoshop,
+    postscript,
     svg,
+    packedSvg,
     pdf,
-    video,
+    video, // a container of moving pictures, or of sound alone
+    audio,
+    archive, // a document in a zip file
+    blend,
+    plainText,
+    sourceText,
+    markdown,
+    webPage,
+    table,
+    subtitles,
+    richText,
 };
 
 // `head` is the first 4,096 bytes at most, `extension` lower case without its dot.

@@ -17,24 +17,53 @@ struct Row {
     QImage (*make)(OpenedFile& file, QSize box, Milliseconds limit);
 };
 
+// What one maker can't read, the next one of the format may.
 constexpr std::array makers{
-    Row{Format::jpeg, jpegPicture},          Row{Format::png, rasterPicture},         Row{Format::webp, webpPicture},
-    Row{Format::simpleImage, rasterPicture}, Row{Format::modernImage, modernPicture}, Row{Format::svg, drawingPicture},
-    Row{Format::pdf, pagePicture},           Row{Format::video, videoPicture},
+    Row{Format::jpeg, jpegPicture},
+    Row{Format::jpeg, modernPicture},
+    Row{Format::png, rasterPicture},
+    Row{Format::png, modernPicture},
+    Row{Format::webp, webpPicture},
+    Row{Format::webp, modernPicture},
+    Row{Format::simpleImage, rasterPicture},
+    Row{Format::simpleImage, modernPicture},
+    Row{Format::modernImage, modernPicture},
+    Row{Format::codecImage, codecPicture},
+    Row{Format::photoshop, photoshopPicture},
+    Row{Format::raw, rawPicture},
+    Row{Format::raw, rasterPicture},
+    Row{Format::svg, drawingPicture},
+    Row{Format::packedSvg, packedDrawingPicture},
+    Row{Format::pdf, pagePicture},
+    Row{Format::postscript, postscriptPicture},
+    Row{Format::video, videoPicture},
+    Row{Format::video, coverPicture},
+    Row{Format::audio, coverPicture},
+    Row{Format::audio, videoPicture},
+    Row{Format::archive, archivePicture},
+    Row{Format::blend, blendPicture},
+    Row{Format::plainText, plainTextPicture},
+    Row{Format::sourceText, sourceTextPicture},
+    Row{Format::markdown, markdownPicture},
+    Row{Format::webPage, webPagePicture},
+    Row{Format::table, tablePicture},
+    Row{Format::subtitles, subtitlesPicture},
+    Row{Format::richText, richTextPicture},
 };
 
 } // namespace
 
 QImage thumbnail(OpenedFile& file, QSize box, std::chrono::milliseconds limit) {
     const Format format = formatOf(file.head(), file.extension());
+    const auto end = std::chrono::steady_clock::now() + limit;
     for (const Row& row : makers) {
-        if (row.format != format)
+        const auto left = std::chrono::ceil<Milliseconds>(end - std::chrono::steady_clock::now());
+        if (row.format != format || left.count() <= 0)
             continue;
-        const QImage image = row.make(file, box, limit);
-        if (image.isNull())
-            return {};
-        return image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied
-                                                             : QImage::Format_RGB32);
+        const QImage image = row.make(file, box, left);
+        if (!image.isNull())
+            return image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied
+                                                                 : QImage::Format_RGB32);
     }
     return {};
 }

@@ -80,6 +80,16 @@ AVStream* MediaFile::pictures() const {
     return (stream->disposition & AV_DISPOSITION_ATTACHED_PIC) ? nullptr : stream;
 }
 
+QByteArray MediaFile::cover() const {
+    const auto streams = m_context->streams, end = streams + m_context->nb_streams;
+    const auto found = std::find_if(streams, end, [](const AVStream* stream) {
+        return (stream->disposition & AV_DISPOSITION_ATTACHED_PIC) && stream->attached_pic.size > 0;
+    });
+    return found == end
+               ? QByteArray()
+               : QByteArray(reinterpret_cast<const char*>((*found)->attached_pic.data), (*found)->attached_pic.size);
+}
+
 double MediaFile::duration() const {
     return m_context->duration > 0 ? double(m_context->duration) / AV_TIME_BASE : 0;
 }

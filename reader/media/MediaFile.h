@@ -29,6 +29,9 @@ public:
     // The best stream of moving pictures; null if there is none. A cover is not one.
     AVStream* pictures() const;
 
+    // The bytes of the picture that the file brings along, such as the cover of music; empty if there is none.
+    QByteArray cover() const;
+
     // Seconds; 0 if the file does not tell.
     double duration() const;
 

@@ -1,7 +1,9 @@
 // Drawings: SVG by Qt. What a drawing takes from elsewhere is left out, so that a file can't make others be read.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "EmbeddedPictures.h"
 #include "Makers.h"
+#include "Unpacked.h"
 
 #include <QPainter>
 #include <QSvgRenderer>
@@ -57,18 +59,27 @@ QByteArray withoutReferences(const QByteArray& text) {
 
 } // namespace
 
-QImage drawingPicture(OpenedFile& file, QSize box, Milliseconds) {
-    if (file.size() > textLimit)
-        return {};
-    const QByteArray text = withoutReferences(file.bytes(textLimit));
+QImage drawingPicture(const QByteArray& text, QSize box) {
+    const QByteArray kept = withoutReferences(text);
     QSvgRenderer renderer;
-    if (text.isEmpty() || !renderer.load(text) || renderer.defaultSize().isEmpty())
+    if (kept.isEmpty() || !renderer.load(kept) || renderer.defaultSize().isEmpty())
         return {};
     QImage image(fitted(QSizeF(renderer.defaultSize()), box), QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
     renderer.render(&painter, QRectF(image.rect()));
     return image;
+}
+
+QImage drawingPicture(OpenedFile& file, QSize box, Milliseconds) {
+    return file.size() > textLimit ? QImage() : drawingPicture(file.bytes(textLimit), box);
+}
+
+QImage packedDrawingPicture(OpenedFile& file, QSize box, Milliseconds) {
+    if (file.size() > textLimit)
+        return {};
+    const QByteArray text = unpacked(file.bytes(textLimit), textLimit);
+    return text.size() < textLimit ? drawingPicture(text, box) : QImage();
 }
 
 } // namespace lumbra::reader

@@ -19,11 +19,30 @@ QImage jpegPicture(OpenedFile& file, QSize box, Milliseconds limit);
 QImage webpPicture(OpenedFile& file, QSize box, Milliseconds limit);
 QImage rasterPicture(OpenedFile& file, QSize box, Milliseconds limit);
 QImage modernPicture(OpenedFile& file, QSize box, Milliseconds limit);
+QImage codecPicture(OpenedFile& file, QSize box, Milliseconds limit);
+QImage photoshopPicture(OpenedFile& file, QSize box, Milliseconds limit);
 
 // Drawings, pages, moving pictures.
 QImage drawingPicture(OpenedFile& file, QSize box, Milliseconds limit);
+QImage packedDrawingPicture(OpenedFile& file, QSize box, Milliseconds limit);
 QImage pagePicture(OpenedFile& file, QSize box, Milliseconds limit);
 QImage videoPicture(OpenedFile& file, QSize box, Milliseconds limit);
+
+// Pictures that lie in files of another kind: previews and covers.
+QImage rawPicture(OpenedFile& file, QSize box, Milliseconds limit);
+QImage postscriptPicture(OpenedFile& file, QSize box, Milliseconds limit);
+QImage coverPicture(OpenedFile& file, QSize box, Milliseconds limit);
+QImage archivePicture(OpenedFile& file, QSize box, Milliseconds limit);
+QImage blendPicture(OpenedFile& file, QSize box, Milliseconds limit);
+
+// Texts, drawn as a page.
+QImage plainTextPicture(OpenedFile& file, QSize box, Milliseconds limit);
+QImage sourceTextPicture(OpenedFile& file, QSize box, Milliseconds limit);
+QImage markdownPicture(OpenedFile& file, QSize box, Milliseconds limit);
+QImage webPagePicture(OpenedFile& file, QSize box, Milliseconds limit);
+QImage tablePicture(OpenedFile& file, QSize box, Milliseconds limit);
+QImage subtitlesPicture(OpenedFile& file, QSize box, Milliseconds limit);
+QImage richTextPicture(OpenedFile& file, QSize box, Milliseconds limit);
 
 // The largest size with these proportions in the box: never above `size` itself, never below one pixel a side.
 QSize fittedWithoutEnlarging(QSize size, QSize box);

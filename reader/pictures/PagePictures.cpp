@@ -1,16 +1,20 @@
 // Pages: the first of a PDF.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "EmbeddedPictures.h"
 #include "Makers.h"
 
+#include <QBuffer>
 #include <QPainter>
 #include <QPdfDocument>
 
 namespace lumbra::reader {
 
-QImage pagePicture(OpenedFile& file, QSize box, Milliseconds) {
+namespace {
+
+QImage firstPage(QIODevice& device, QSize box) {
     QPdfDocument document;
-    document.load(&file.device());
+    document.load(&device);
     if (document.status() != QPdfDocument::Status::Ready || document.pageCount() < 1)
         return {};
     const QSizeF page = document.pagePointSize(0);
@@ -25,6 +29,19 @@ QImage pagePicture(OpenedFile& file, QSize box, Milliseconds) {
     QPainter painter(&paper);
     painter.drawImage(0, 0, drawn);
     return paper;
+}
+
+} // namespace
+
+QImage pagePicture(OpenedFile& file, QSize box, Milliseconds) {
+    return firstPage(file.device(), box);
+}
+
+QImage pagePicture(const QByteArray& bytes, QSize box) {
+    QBuffer device;
+    device.setData(bytes);
+    device.open(QIODevice::ReadOnly);
+    return firstPage(device, box);
 }
 
 } // namespace lumbra::reader

@@ -2,6 +2,7 @@
 // such as inks, odd profiles and very large pictures, goes to libvips.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "EmbeddedPictures.h"
 #include "JpegHeader.h"
 #include "Makers.h"
 #include "VipsPictures.h"
@@ -91,6 +92,18 @@ QImage rasterPicture(OpenedFile& file, QSize box, Milliseconds limit) {
     const QSize size = reader.size();
     if (size.isEmpty() || qint64(size.width()) * size.height() > pixelsInMemory)
         return vipsPicture(file, box, limit);
+    return readScaled(reader, box);
+}
+
+QImage rasterPicture(const QByteArray& bytes, QSize box) {
+    QImageReader::setAllocationLimit(allocationLimit);
+    QBuffer device;
+    device.setData(bytes);
+    device.open(QIODevice::ReadOnly);
+    QImageReader reader(&device);
+    const QSize size = reader.size();
+    if (reader.format() == "svg" || size.isEmpty() || qint64(size.width()) * size.height() > pixelsInMemory)
+        return {};
     return readScaled(reader, box);
 }
 

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "VipsPictures.h"
 
+#include "EmbeddedPictures.h"
+
 #include <unistd.h>
 #include <vips/vips.h>
 
+#include <functional>
 #include <memory>
 #include <string_view>
 
@@ -25,20 +28,19 @@ bool start() {
         vips_block_untrusted_set(TRUE); // loaders that lead to many more formats, and to other programs
         vips_operation_block_set("VipsForeignLoadJxl", FALSE);
         vips_operation_block_set("VipsForeignLoadJp2k", FALSE);
+        vips_operation_block_set("VipsForeignLoadRad", FALSE);
         vips_cache_set_max(0); // no file is read twice
         return true;
     }();
     return started;
 }
 
-Source sourceOf(const OpenedFile& file) {
-    ::lseek(file.descriptor(), 0, SEEK_SET);
-    return Source(vips_source_new_from_descriptor(file.descriptor()));
-}
+// Makes the bytes be read from their start; each reading takes a source of its own.
+using MakeSource = std::function<VipsSource*()>;
 
 // The picture with nothing but its header read.
-Image openedPicture(const OpenedFile& file) {
-    const Source source = sourceOf(file);
+Image openedPicture(const MakeSource& make) {
+    const Source source(make());
     if (!source)
         return nullptr;
     return Image(vips_image_new_from_source(source.get(), "", "access", VIPS_ACCESS_SEQUENTIAL, nullptr));
@@ -51,7 +53,7 @@ bool isLoadedBy(const Image& image, std::string_view loader) {
            && std::string_view(name).starts_with(loader);
 }
 
-Image thumbnailOf(const OpenedFile& file, const Image& opened, QSize box) {
+Image thumbnailOf(const MakeSource& make, const Image& opened, QSize box) {
     // To name the target where there is nothing to convert from dulls the colours.
     const bool hasColours =
         vips_image_get_typeof(opened.get(), VIPS_META_ICC_NAME) != 0 || opened->Type == VIPS_INTERPRETATION_CMYK;
@@ -61,7 +63,7 @@ Image thumbnailOf(const OpenedFile& file, const Image& opened, QSize box) {
     if (isLoadedBy(opened, "jp2k")) {
         vips_thumbnail_image(opened.get(), &made, box.width(), "height", box.height(), "size", VIPS_SIZE_DOWN,
                              "export_profile", target, nullptr);
-    } else if (const Source source = sourceOf(file)) {
+    } else if (const Source source{make()}) {
         vips_thumbnail_source(source.get(), &made, box.width(), "height", box.height(), "size", VIPS_SIZE_DOWN,
                               "export_profile", target, nullptr);
     }
@@ -92,16 +94,32 @@ QImage unpacked(const Image& image) {
     return view.convertToFormat(bands == 4 ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
 }
 
-} // namespace
-
-QImage vipsPicture(OpenedFile& file, QSize box, Milliseconds) {
-    const Image opened = start() ? openedPicture(file) : nullptr;
+QImage picture(const MakeSource& make, QSize box) {
+    const Image opened = openedPicture(make);
     Image thumbnail;
     if (opened && std::max(opened->Xsize, opened->Ysize) <= largestSide)
-        thumbnail = thumbnailOf(file, opened, box);
+        thumbnail = thumbnailOf(make, opened, box);
     const Image coloured = thumbnail ? inScreenColours(thumbnail) : nullptr;
     vips_error_clear();
     return coloured ? unpacked(coloured) : QImage();
+}
+
+} // namespace
+
+QImage vipsPicture(OpenedFile& file, QSize box, Milliseconds) {
+    if (!start())
+        return {};
+    const auto source = [&file] {
+        ::lseek(file.descriptor(), 0, SEEK_SET);
+        return vips_source_new_from_descriptor(file.descriptor());
+    };
+    return picture(source, box);
+}
+
+QImage vipsPicture(const QByteArray& bytes, QSize box) {
+    if (!start())
+        return {};
+    return picture([&bytes] { return vips_source_new_from_memory(bytes.constData(), size_t(bytes.size())); }, box);
 }
 
 } // namespace lumbra::reader

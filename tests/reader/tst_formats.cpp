@@ -28,7 +28,7 @@ private Q_SLOTS:
         row("png", "\x89PNG\r\n\x1a\n", "png", Format::png);
         row("gif", "GIF89a", "gif", Format::simpleImage);
         row("webp", "RIFF1234WEBPVP8 ", "webp", Format::webp);
-        row("wave is no picture", "RIFF1234WAVEfmt ", "wav", Format::unknown);
+        row("wave is no picture", "RIFF1234WAVEfmt ", "wav", Format::audio);
         row("avi", "RIFF1234AVI LIST", "avi", Format::video);
         row("mp4",
             bytes("\0\0\0\x20"
@@ -61,8 +61,8 @@ private Q_SLOTS:
         row("svg with entities", "<!DOCTYPE svg [<!ENTITY a '>'>]><svg>", "svg", Format::svg);
         row("svg with a prefix", "<s:svg xmlns:s='x'/>", "svg", Format::svg);
         row("svg behind a long preamble", "<!--" + QByteArray(5000, 'x'), "svg", Format::svg);
-        row("html that holds a drawing", "<html><svg/></html>", "html", Format::unknown);
-        row("a fragment that holds a drawing", "<p><svg/></p>", "html", Format::unknown);
+        row("html that holds a drawing", "<html><svg/></html>", "html", Format::webPage);
+        row("a fragment that holds a drawing", "<p><svg/></p>", "html", Format::webPage);
 
         row("a jpeg that is called png", "\xff\xd8\xff\xe0", "png", Format::jpeg);
         row("a film that is called jpg",
@@ -73,10 +73,19 @@ private Q_SLOTS:
         row("a text that is called png", "hello, world", "png", Format::unknown);
         row("a text that is called pdf", "hello, world", "pdf", Format::unknown);
         row("tiff", bytes("II*\0", 4), "tif", Format::simpleImage);
-        row("a raw photograph begins like tiff", bytes("II*\0", 4), "cr2", Format::unknown);
+        row("a raw photograph begins like tiff", bytes("II*\0", 4), "cr2", Format::raw);
         row("a transport stream", 'G' + QByteArray(187, 'x') + 'G', "ts", Format::video);
         row("a transport stream with times", "0000G" + QByteArray(191, 'x') + 'G', "mts", Format::video);
-        row("typescript", "G();" + QByteArray(1000, ' '), "ts", Format::unknown);
+        row("typescript", "G();" + QByteArray(1000, ' '), "ts", Format::sourceText);
+        row("a text that begins like a film", "the wide world", "txt", Format::plainText);
+        row("a picture that is called txt", bytes("\xff\xd8\xff\xe0\0", 5), "txt", Format::jpeg);
+        row("text of two bytes a letter", bytes("\xff\xfeH\0i\0", 6), "txt", Format::plainText);
+        row("bytes that are no text", bytes("ab\0cd", 5), "txt", Format::unknown);
+        row("a document in an archive", "PK\3\4", "docx", Format::archive);
+        row("a plain archive", "PK\3\4", "zip", Format::unknown);
+        row("rich text by another name", "{\\rtf1", "txt", Format::richText);
+        row("a packed drawing", "\x1f\x8b", "svgz", Format::packedSvg);
+        row("a packed scene", "\x28\xb5\x2f\xfd", "blend", Format::blend);
         row("nothing at all", "", "png", Format::unknown);
         row("one byte", "\xff", "jpg", Format::unknown);
     }

@@ -52,7 +52,7 @@ private Q_SLOTS:
     }
     void otherKindsAreNothing_data() {
         QTest::addColumn<QByteArray>("name");
-        for (const char* name : {"notes.md", "table.csv", "page.html", "sound.wav", "archive.zip"})
+        for (const char* name : {"program", "scene.glb", "sound.wav", "archive.zip", "letter.doc"})
             QTest::newRow(name) << QByteArray(name);
     }
 

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Archive.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+#include <zip.h>
+
+namespace lumbra::reader {
+
+namespace {
+
+constexpr qsizetype step = 256 * 1024;
+
+} // namespace
+
+std::unique_ptr<Archive> Archive::open(const OpenedFile& file) {
+    const int own = ::fcntl(file.descriptor(), F_DUPFD_CLOEXEC, 0);
+    if (own < 0)
+        return nullptr;
+    int error = 0;
+    zip_t* const opened = zip_fdopen(own, 0, &error); // takes the descriptor when it succeeds
+    if (!opened) {
+        ::close(own);
+        return nullptr;
+    }
+    return std::unique_ptr<Archive>(new Archive(opened));
+}
+
+void Archive::discard(zip* opened) {
+    zip_discard(opened);
+}
+
+QByteArray Archive::entry(const char* name, qint64 limit) const {
+    struct Close {
+        void operator()(zip_file_t* file) const { zip_fclose(file); }
+    };
+    const std::unique_ptr<zip_file_t, Close> file(zip_fopen(m_zip.get(), name, 0));
+    QByteArray bytes;
+    while (file) {
+        // What the archive says of the size is not believed.
+        const qsizetype before = bytes.size();
+        bytes.resize(before + step);
+        const zip_int64_t read = zip_fread(file.get(), bytes.data() + before, zip_uint64_t(step));
+        if (read < 0 || before + read > limit)
+            return {};
+        bytes.truncate(before + read);
+        if (read == 0)
+            break;
+    }
+    return bytes;
+}
+
+} // namespace lumbra::reader
