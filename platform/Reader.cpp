@@ -10,29 +10,43 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
+#include <cstring>
 
 namespace lumbra {
 
 namespace {
 
-// Takes the pixels over as they are.
-QImage picture(const std::optional<reader::Found>& found) {
-    if (!found)
-        return {};
-    const auto facts = reader::decodedPictureFacts(found->details, found->bulk.size());
-    if (!facts)
-        return {};
-    auto* const pixels = new QByteArray(found->bulk);
-    const auto release = [](void* bytes) { delete static_cast<QByteArray*>(bytes); };
-    return QImage(reinterpret_cast<const uchar*>(pixels->constData()), facts->size.width(), facts->size.height(),
-                  facts->size.width() * qsizetype(4),
-                  facts->opaque ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied, release, pixels);
+// The picture at this place in the bytes, which it keeps alive.
+QImage picture(const reader::PictureFacts& facts, const QByteArray& bytes, qsizetype place = 0) {
+    auto* const pixels = new QByteArray(bytes);
+    const auto release = [](void* kept) { delete static_cast<QByteArray*>(kept); };
+    return QImage(reinterpret_cast<const uchar*>(pixels->constData()) + place, facts.size.width(), facts.size.height(),
+                  facts.size.width() * qsizetype(4),
+                  facts.opaque ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied, release, pixels);
+}
+
+bool isInside(QSize size, QSize box) {
+    return size.width() <= box.width() && size.height() <= box.height();
+}
+
+QSize bounded(QSize box) {
+    return box.expandedTo({1, 1}).boundedTo({reader::longestSide, reader::longestSide});
+}
+
+// A root mean square of samples of 16 bits.
+bool isLoudness(float value) {
+    return value >= 0 && value <= 32768;
+}
+
+std::chrono::milliseconds milliseconds(double seconds) {
+    return std::chrono::milliseconds(std::llround(seconds * 1000));
 }
 
 reader::Pool::Options poolOptions(const Reader::Options& options) {
     return {.child = {.program = options.program.isEmpty() ? Reader::installedProgram() : options.program,
                       .idlePriority = options.idlePriority},
-            .children = size_t(std::max(1, options.children))};
+            .children = size_t(std::max(1, options.children)),
+            .idleLimit = milliseconds(options.idleLimit)};
 }
 
 } // namespace
@@ -40,7 +54,7 @@ reader::Pool::Options poolOptions(const Reader::Options& options) {
 Reader::Reader() : Reader(Options{}) {}
 
 Reader::Reader(const Options& options)
-    : m_limit(quint32(std::lround(options.limit * 1000))),
+    : m_limit(quint32(milliseconds(options.limit).count())),
       m_pool(std::make_unique<reader::Pool>(poolOptions(options))) {}
 
 Reader::~Reader() = default;
@@ -51,31 +65,103 @@ Reader& Reader::shared() {
     return *reader;
 }
 
-Tasks::Task<QImage> Reader::thumbnail(const Location& file, QSize box, Urgency urgency, std::stop_token stop) {
-    const QSize bounded = box.expandedTo({1, 1}).boundedTo({reader::longestSide, reader::longestSide});
-    const auto promise = std::make_shared<QPromise<QImage>>();
+Reader& Reader::lasting() {
+    static auto* const reader = new Reader({.limit = 60, .idleLimit = 30});
+    return *reader;
+}
+
+template <typename Value>
+Tasks::Task<Value> Reader::ask(reader::Kind kind, const Location& file, QByteArray details, Urgency urgency,
+                               std::stop_token stop, std::function<bool(const reader::Found&)> makesSense,
+                               Reading<Value> read) {
+    const auto promise = std::make_shared<QPromise<Value>>();
     promise->start();
-    Tasks::Task<QImage> task(promise->future());
-    if (!file.path().startsWith('/') || file.path().size() >= PATH_MAX) {
-        promise->addResult(QImage());
+    Tasks::Task<Value> task(promise->future());
+    const auto deliver = [promise, read = std::move(read)](const std::optional<reader::Found>& found) {
+        promise->addResult(read(found));
         promise->finish();
+    };
+    if (!file.path().startsWith('/') || file.path().size() >= PATH_MAX) {
+        deliver(std::nullopt);
         return task;
     }
     reader::Job job;
-    job.request.kind = reader::Kind::thumbnail;
+    job.request.kind = kind;
     job.request.limit = m_limit;
     job.request.path = file.path();
-    job.request.details = encoded(reader::PictureBox{bounded});
+    job.request.details = std::move(details);
     job.isCancelled = [stop = std::move(stop)] { return stop.stop_requested(); };
-    job.makesSense = [](const reader::Found& found) {
-        return reader::decodedPictureFacts(found.details, found.bulk.size()).has_value();
-    };
-    job.deliver = [promise](const std::optional<reader::Found>& found) {
-        promise->addResult(picture(found));
-        promise->finish();
-    };
+    job.makesSense = std::move(makesSense);
+    job.deliver = deliver;
     m_pool->ask(size_t(urgency), std::move(job));
     return task;
+}
+
+Tasks::Task<QImage> Reader::thumbnail(const Location& file, QSize box, Urgency urgency, std::stop_token stop) {
+    const auto facts = [](const reader::Found& found) {
+        return reader::decodedPictureFacts(found.details, found.bulk.size());
+    };
+    return ask<QImage>(
+        reader::Kind::thumbnail, file, encoded(reader::PictureBox{bounded(box)}), urgency, std::move(stop),
+        [facts](const reader::Found& found) { return facts(found).has_value(); },
+        [facts](const std::optional<reader::Found>& found) {
+            return found ? picture(*facts(*found), found->bulk) : QImage();
+        });
+}
+
+Tasks::Task<std::optional<Reader::MediaFacts>> Reader::mediaFacts(const Location& file, Urgency urgency,
+                                                                  std::stop_token stop) {
+    return ask<std::optional<MediaFacts>>(
+        reader::Kind::mediaFacts, file, {}, urgency, std::move(stop),
+        [](const reader::Found& found) { return reader::decodedMediaFacts(found.details) && found.bulk.isEmpty(); },
+        [](const std::optional<reader::Found>& found) {
+            return found ? reader::decodedMediaFacts(found->details) : std::nullopt;
+        });
+}
+
+Tasks::Task<std::optional<QList<QImage>>> Reader::frames(const Location& file, FramesWish wish, Urgency urgency,
+                                                         std::stop_token stop) {
+    wish.box = bounded(wish.box);
+    const auto isMuch = [](const QList<reader::PictureFacts>& frames, const FramesWish& asked) {
+        return frames.size() > asked.moments.size()
+               || std::any_of(frames.begin(), frames.end(),
+                              [&asked](const reader::PictureFacts& facts) { return !isInside(facts.size, asked.box); });
+    };
+    return ask<std::optional<QList<QImage>>>(
+        reader::Kind::frames, file, encoded(wish), urgency, std::move(stop),
+        [wish, isMuch](const reader::Found& found) {
+            const auto frames = reader::decodedPictureList(found.details, found.bulk.size());
+            return frames && !isMuch(*frames, wish);
+        },
+        [](const std::optional<reader::Found>& found) -> std::optional<QList<QImage>> {
+            if (!found)
+                return std::nullopt;
+            const auto frames = reader::decodedPictureList(found->details, found->bulk.size());
+            QList<QImage> images;
+            qsizetype place = 0;
+            for (const reader::PictureFacts& facts : *frames) {
+                images.append(picture(facts, found->bulk, place));
+                place += images.last().sizeInBytes();
+            }
+            return images;
+        });
+}
+
+Tasks::Task<QList<float>> Reader::loudness(const Location& file, int count, Urgency urgency, std::stop_token stop) {
+    const int bars = std::clamp(count, 1, reader::mostBars);
+    const auto floats = [](const QByteArray& bytes) {
+        QList<float> values(bytes.size() / qsizetype(sizeof(float)));
+        std::memcpy(values.data(), bytes.constData(), size_t(values.size()) * sizeof(float));
+        return values;
+    };
+    return ask<QList<float>>(
+        reader::Kind::loudness, file, encoded(reader::LoudnessWish{bars}), urgency, std::move(stop),
+        [bars, floats](const reader::Found& found) {
+            const QList<float> values = floats(found.bulk);
+            return found.bulk.size() == bars * qsizetype(sizeof(float))
+                   && std::all_of(values.begin(), values.end(), isLoudness);
+        },
+        [floats](const std::optional<reader::Found>& found) { return found ? floats(found->bulk) : QList<float>(); });
 }
 
 void Reader::warmUp() {

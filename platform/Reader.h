@@ -12,21 +12,29 @@
 
 #include "Location.h"
 #include "Tasks.h"
+#include "reader/Protocol.h"
 
 #include <QImage>
+#include <QList>
 #include <QSize>
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <stop_token>
 
 namespace lumbra {
 
 namespace reader {
 class Pool;
-}
+struct Found;
+} // namespace reader
 
 class Reader {
 public:
+    using MediaFacts = reader::MediaFacts;
+    using FramesWish = reader::FramesWish;
+
     // Who is served first; among equals the last that asked.
     enum class Urgency { visible, soon, later };
 
@@ -34,6 +42,7 @@ public:
         int children = 2;          // processes at work at a time
         bool idlePriority = false; // for work that nobody looks at
         double limit = 8;          // seconds that one file may take
+        double idleLimit = 0;      // seconds that a process is kept without work; 0 for always
         QByteArray program = {};   // where the reader is; empty for `installedProgram`
     };
 
@@ -46,11 +55,29 @@ public:
     // The one for what people look at. It lives until the process ends.
     static Reader& shared();
 
+    // The one for what may take many seconds, such as frames from all over a film, and must keep no thumbnail waiting
+    // meanwhile. Its processes end when nobody needs them.
+    static Reader& lasting();
+
     // A small picture of the file: upright, in sRGB, premultiplied, inside `box` (pixels, 1 to 4,096 a side) with the
     // file's own proportions; not enlarged, unless it is a drawing or a page. A null image when there is none, and for
     // a path that is relative.
     Tasks::Task<QImage> thumbnail(const Location& file, QSize box, Urgency urgency = Urgency::visible,
                                   std::stop_token stop = {});
+
+    // Absent for what holds neither moving pictures nor sound.
+    Tasks::Task<std::optional<MediaFacts>> mediaFacts(const Location& file, Urgency urgency = Urgency::visible,
+                                                      std::stop_token stop = {});
+
+    // The frames that could be had, upright and premultiplied in sRGB; absent for what has no moving
+    // pictures, and, for moments in parts of the duration, for what does not tell how long it is.
+    Tasks::Task<std::optional<QList<QImage>>> frames(const Location& file, FramesWish wish,
+                                                     Urgency urgency = Urgency::visible, std::stop_token stop = {});
+
+    // The root mean square of each of `count` slices (1 to 4,096) of the file's first sound, 0 to 32,768; empty for
+    // what has no sound.
+    Tasks::Task<QList<float>> loudness(const Location& file, int count, Urgency urgency = Urgency::visible,
+                                       std::stop_token stop = {});
 
     // Starts the processes before they are needed: the first answer comes a tenth of a second sooner.
     void warmUp();
@@ -63,6 +90,15 @@ public:
     static QByteArray installedProgram();
 
 private:
+    // What becomes of the answer to a request; of an absent one too.
+    template <typename Value>
+    using Reading = std::function<Value(const std::optional<reader::Found>&)>;
+
+    template <typename Value>
+    Tasks::Task<Value> ask(reader::Kind kind, const Location& file, QByteArray details, Urgency urgency,
+                           std::stop_token stop, std::function<bool(const reader::Found&)> makesSense,
+                           Reading<Value> read);
+
     quint32 m_limit; // milliseconds
     std::unique_ptr<reader::Pool> m_pool;
 };

@@ -32,12 +32,14 @@ std::unique_ptr<OpenedFile> OpenedFile::open(const QByteArray& path) {
         return nullptr;
     }
     const std::string_view extension = Location(path).extension();
-    return std::unique_ptr<OpenedFile>(new OpenedFile(
-        descriptor, status.st_size, QByteArray(extension.data(), qsizetype(extension.size())).toLower()));
+    const Identity identity{status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec,
+                            status.st_mtim.tv_nsec};
+    return std::unique_ptr<OpenedFile>(
+        new OpenedFile(descriptor, identity, QByteArray(extension.data(), qsizetype(extension.size())).toLower()));
 }
 
-OpenedFile::OpenedFile(int descriptor, qint64 size, QByteArray extension)
-    : m_descriptor(descriptor), m_size(size), m_head(headSize, '\0'), m_extension(std::move(extension)) {
+OpenedFile::OpenedFile(int descriptor, const Identity& identity, QByteArray extension)
+    : m_descriptor(descriptor), m_identity(identity), m_head(headSize, '\0'), m_extension(std::move(extension)) {
     const ssize_t read = ::pread(m_descriptor, m_head.data(), size_t(m_head.size()), 0);
     m_head.truncate(std::max<ssize_t>(read, 0));
 }
@@ -54,7 +56,7 @@ QFile& OpenedFile::device() {
 }
 
 QByteArray OpenedFile::bytes(qint64 limit) {
-    return device().read(std::min(limit, m_size));
+    return device().read(std::min(limit, size()));
 }
 
 } // namespace lumbra::reader

@@ -25,7 +25,16 @@ public:
     int descriptor() const { return m_descriptor; }
 
     // Bytes, when it was opened; it may grow and shrink since.
-    qint64 size() const { return m_size; }
+    qint64 size() const { return m_identity.size; }
+
+    // Tells whether two that were opened at different times are the same bytes, as far as the file system knows.
+    struct Identity {
+        quint64 device = 0, number = 0;
+        qint64 size = 0, seconds = 0, nanoseconds = 0; // when it was written last
+
+        friend bool operator==(const Identity&, const Identity&) = default;
+    };
+    const Identity& identity() const { return m_identity; }
 
     // The first bytes, at most 4,096.
     const QByteArray& head() const { return m_head; }
@@ -40,10 +49,10 @@ public:
     QByteArray bytes(qint64 limit);
 
 private:
-    OpenedFile(int descriptor, qint64 size, QByteArray extension);
+    OpenedFile(int descriptor, const Identity& identity, QByteArray extension);
 
     int m_descriptor;
-    qint64 m_size;
+    Identity m_identity;
     QByteArray m_head;
     QByteArray m_extension;
     std::unique_ptr<QFile> m_device;

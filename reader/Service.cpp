@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Service.h"
 
+#include "Interruption.h"
 #include "OpenedFile.h"
+#include "PictureBytes.h"
 #include "Pictures.h"
 #include "Sandbox.h"
 
@@ -11,7 +13,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstring>
 #include <new>
 
 namespace lumbra::reader {
@@ -23,14 +24,10 @@ Answer thumbnail(const Request& request, OpenedFile& file, std::span<uchar> aren
     if (!box)
         return {};
     const QImage picture = Pictures::thumbnail(file, box->size, std::chrono::milliseconds(request.limit));
-    const auto bytes = size_t(picture.width()) * size_t(picture.height()) * 4;
-    if (picture.isNull() || bytes > arena.size())
+    const size_t bytes = PictureBytes::write(picture, arena);
+    if (bytes == 0)
         return {};
-    const bool opaque = picture.format() == QImage::Format_RGB32;
-    const auto row = size_t(picture.width()) * 4;
-    for (int y = 0; y < picture.height(); ++y)
-        std::memcpy(arena.data() + size_t(y) * row, picture.constScanLine(y), row);
-    return {.found = true, .details = encoded(PictureFacts{picture.size(), opaque}), .bulk = quint32(bytes)};
+    return {.found = true, .details = encoded(PictureBytes::facts(picture)), .bulk = quint32(bytes)};
 }
 
 } // namespace
@@ -47,6 +44,7 @@ Service::~Service() {
 }
 
 int Service::run() {
+    Interruption::listenTo(m_socket);
     if (!send({}))
         return 0;
     QByteArray message;
@@ -58,6 +56,8 @@ int Service::run() {
         if (size <= 0)
             return 0;
         message.truncate(size);
+        if (isStop(message))
+            continue; // it came too late
         const std::optional<Request> request = decodedRequest(message);
         if (!request)
             return 1;
@@ -70,10 +70,20 @@ Answer Service::answer(const Request& request) {
     Sandbox::limitProcessorTime(std::chrono::milliseconds(request.limit));
     Answer made;
     try {
-        if (const std::unique_ptr<OpenedFile> file = OpenedFile::open(request.path)) {
+        if (std::unique_ptr<OpenedFile> file = OpenedFile::open(request.path)) {
             switch (request.kind) {
             case Kind::thumbnail:
                 made = thumbnail(request, *file, m_arena);
+                break;
+            case Kind::mediaFacts:
+                made = m_media.facts(request, *file);
+                break;
+            case Kind::frames:
+                made = m_media.frames(request, std::move(file), m_arena);
+                break;
+            case Kind::loudness:
+                made = m_media.loudness(request, *file, m_arena);
+                break;
             }
         }
     } catch (const std::bad_alloc&) {

@@ -3,6 +3,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "media/MediaAnswers.h"
 #include "platform/reader/Protocol.h"
 
 #include <span>
@@ -31,6 +32,7 @@ private:
 
     int m_socket;
     std::span<uchar> m_arena;
+    MediaAnswers m_media;
 };
 
 } // namespace lumbra::reader

@@ -158,6 +158,11 @@ bool Child::send(const Request& request) {
                   == message.size();
 }
 
+void Child::sendStop() {
+    const QByteArray message = encodedStop();
+    ::send(m_socket, message.constData(), size_t(message.size()), MSG_DONTWAIT | MSG_NOSIGNAL);
+}
+
 Child::Received Child::receive(Answer* answer) {
     // One byte more than a message may have, so that a longer one shows itself.
     QByteArray message(messageLimit + 1, Qt::Uninitialized);

@@ -36,6 +36,9 @@ public:
     // False if the process does not take it, which it does not do when it is well.
     bool send(const Request& request);
 
+    // Tells the process that nobody waits for its answer any more; it still sends one.
+    void sendStop();
+
     enum class Received { nothing, answer, nonsense, gone };
 
     // Takes one message, without waiting. Writes `answer` only for Received::answer.

@@ -111,6 +111,8 @@ int Pool::pause() {
             until = std::min({until, seat.deadline, now + watchInterval});
         else if (!seat.greeted)
             until = std::min(until, seat.deadline);
+        else if (m_options.idleLimit > 0ms)
+            until = std::min(until, seat.idleSince + m_options.idleLimit);
     }
     if (!Child::reapEnded())
         until = std::min(until, now + 50ms);
@@ -153,7 +155,7 @@ void Pool::start(Seat& seat) {
 }
 
 void Pool::feed(Seat& seat) {
-    if (!seat.child || !seat.greeted || seat.job)
+    if (!isIdle(seat))
         return;
     {
         const std::lock_guard lock(m_mutex);
@@ -164,6 +166,7 @@ void Pool::feed(Seat& seat) {
     if (++m_lastNumber == 0)
         ++m_lastNumber;
     seat.job->request.number = m_lastNumber;
+    seat.isStopped = false;
     seat.deadline = Clock::now() + std::chrono::milliseconds(seat.job->request.limit);
     if (!seat.child->send(seat.job->request))
         failed(seat);
@@ -185,6 +188,7 @@ void Pool::hear(Seat& seat) {
 void Pool::answered(Seat& seat, const Answer& answer) {
     if (!seat.greeted && answer.number == 0) {
         seat.greeted = true;
+        seat.idleSince = Clock::now();
         m_failedStarts = 0;
         return;
     }
@@ -198,6 +202,7 @@ void Pool::answered(Seat& seat, const Answer& answer) {
             return failed(seat);
     }
     const Job job = *std::exchange(seat.job, std::nullopt);
+    seat.idleSince = Clock::now();
     if (++seat.answers == answersOfOneChild)
         seat = {};
     else
@@ -207,11 +212,19 @@ void Pool::answered(Seat& seat, const Answer& answer) {
 }
 
 void Pool::watch(Seat& seat) {
-    if (!seat.child || (seat.greeted && !seat.job))
+    if (!seat.child)
         return;
     const auto now = Clock::now();
-    if (seat.job && seat.job->isCancelled())
+    if (isIdle(seat)) {
+        if (m_options.idleLimit > 0ms && now >= seat.idleSince + m_options.idleLimit)
+            seat = {};
+        return;
+    }
+    if (seat.job && !seat.isStopped && seat.job->isCancelled()) {
+        seat.isStopped = true;
+        seat.child->sendStop();
         seat.deadline = std::min(seat.deadline, now + unwantedLimit);
+    }
     if (now >= seat.deadline)
         failed(seat);
 }

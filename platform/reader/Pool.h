@@ -1,7 +1,8 @@
 // Keeps a few reader processes at work on one queue of requests, and replaces those that crash, stall or babble.
 //
 // One thread starts, feeds, hears and ends the readers. A reader is started when there is work that no idle one can
-// take. The file at which a reader comes to grief reads as nothing and is not tried again; the rest of the queue goes
+// take, and may be ended when there has been none for a while. What is cancelled while a reader works on it is stopped.
+// The file at which a reader comes to grief reads as nothing and is not tried again; the rest of the queue goes
 // to its successor. When readers do not even start, the queue is answered with nothing, and the next try waits a while.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
@@ -22,6 +23,7 @@ public:
     struct Options {
         Child::Options child;
         size_t children = 2;
+        std::chrono::milliseconds idleLimit{0}; // that a reader is kept without work; 0 for as long as the pool lives
     };
 
     explicit Pool(Options options);
@@ -49,8 +51,10 @@ private:
         std::unique_ptr<Child> child;
         bool greeted = false;
         std::optional<Job> job;
+        bool isStopped = false; // told to stop working on the job
         size_t answers = 0;
-        Clock::time_point deadline; // while starting or at work
+        Clock::time_point deadline = {};  // while starting or at work
+        Clock::time_point idleSince = {}; // while neither
     };
 
     void run();
@@ -59,6 +63,7 @@ private:
     void feed(Seat& seat);
     void hear(Seat& seat);
     void watch(Seat& seat);
+    bool isIdle(const Seat& seat) const { return seat.child && seat.greeted && !seat.job; }
     void answered(Seat& seat, const Answer& answer);
     void failed(Seat& seat);
     void giveUpQueue();

@@ -4,14 +4,19 @@
 #include <QDataStream>
 #include <QIODevice>
 
+#include <algorithm>
+
 namespace lumbra::reader {
 
 namespace {
 
 // The first byte of every message. Raise it with every change of what follows.
-constexpr quint8 version = 1;
+constexpr quint8 version = 2;
 
-enum class Shape : quint8 { request = 1, answer = 2 };
+enum class Shape : quint8 { request = 1, answer = 2, stop = 3 };
+
+// No film is longer, and no moment later: thirty years, in seconds.
+constexpr double longestTime = 1e9;
 
 template <typename... Fields>
 QByteArray written(const Fields&... fields) {
@@ -36,6 +41,21 @@ bool isSide(quint32 side) {
     return side >= 1 && side <= quint32(longestSide);
 }
 
+bool isTime(double seconds) {
+    return seconds >= 0 && seconds <= longestTime; // false for what is no number
+}
+
+bool isKind(quint8 kind) {
+    return kind >= quint8(Kind::thumbnail) && kind <= quint8(Kind::loudness);
+}
+
+// The bytes that a picture's pixels take; absent for sides that no picture has.
+std::optional<qsizetype> bytesOf(quint32 width, quint32 height) {
+    if (!isSide(width) || !isSide(height))
+        return std::nullopt;
+    return qsizetype(width) * qsizetype(height) * 4;
+}
+
 } // namespace
 
 QByteArray encoded(const Request& request) {
@@ -55,14 +75,45 @@ QByteArray encoded(const PictureFacts& facts) {
     return written(quint32(facts.size.width()), quint32(facts.size.height()), quint8(facts.opaque));
 }
 
+QByteArray encoded(const QList<PictureFacts>& pictures) {
+    QByteArray bytes = written(quint16(pictures.size()));
+    for (const PictureFacts& facts : pictures)
+        bytes += encoded(facts);
+    return bytes;
+}
+
+QByteArray encoded(const MediaFacts& facts) {
+    return written(facts.duration, quint8(facts.hasPictures), quint8(facts.hasSound));
+}
+
+QByteArray encoded(const FramesWish& wish) {
+    QByteArray bytes = written(quint8(wish.unit), wish.tolerance, quint32(wish.box.width()), quint32(wish.box.height()),
+                               quint8(wish.keepsOpen), quint16(wish.moments.size()));
+    for (const double moment : wish.moments)
+        bytes += written(moment);
+    return bytes;
+}
+
+QByteArray encoded(const LoudnessWish& wish) {
+    return written(quint32(wish.count));
+}
+
+QByteArray encodedStop() {
+    return written(version, quint8(Shape::stop));
+}
+
+bool isStop(const QByteArray& message) {
+    return message == encodedStop();
+}
+
 std::optional<Request> decodedRequest(const QByteArray& message) {
     Request request;
     quint8 saidVersion = 0, shape = 0, kind = 0;
     if (message.size() > messageLimit
         || !read(message, saidVersion, shape, request.number, kind, request.limit, request.path, request.details))
         return std::nullopt;
-    if (saidVersion != version || shape != quint8(Shape::request) || request.number == 0
-        || kind != quint8(Kind::thumbnail) || !request.path.startsWith('/') || request.path.contains('\0'))
+    if (saidVersion != version || shape != quint8(Shape::request) || request.number == 0 || !isKind(kind)
+        || !request.path.startsWith('/') || request.path.contains('\0'))
         return std::nullopt;
     request.kind = Kind(kind);
     return request;
@@ -90,11 +141,71 @@ std::optional<PictureBox> decodedPictureBox(const QByteArray& details) {
 std::optional<PictureFacts> decodedPictureFacts(const QByteArray& details, qsizetype bulk) {
     quint32 width = 0, height = 0;
     quint8 opaque = 0;
-    if (!read(details, width, height, opaque) || !isSide(width) || !isSide(height) || opaque > 1)
-        return std::nullopt;
-    if (qsizetype(width) * qsizetype(height) * 4 != bulk)
+    if (!read(details, width, height, opaque) || opaque > 1 || bytesOf(width, height) != bulk)
         return std::nullopt;
     return PictureFacts{QSize(int(width), int(height)), opaque == 1};
+}
+
+std::optional<QList<PictureFacts>> decodedPictureList(const QByteArray& details, qsizetype bulk) {
+    QDataStream stream(details);
+    stream.setVersion(QDataStream::Qt_6_4);
+    quint16 count = 0;
+    stream >> count;
+    QList<PictureFacts> pictures;
+    for (quint16 i = 0; i < count && stream.status() == QDataStream::Ok; ++i) {
+        quint32 width = 0, height = 0;
+        quint8 opaque = 0;
+        stream >> width >> height >> opaque;
+        const std::optional<qsizetype> bytes = bytesOf(width, height);
+        if (!bytes || opaque > 1)
+            return std::nullopt;
+        bulk -= *bytes;
+        pictures.append(PictureFacts{QSize(int(width), int(height)), opaque == 1});
+    }
+    if (stream.status() != QDataStream::Ok || !stream.atEnd() || count > mostFrames || bulk != 0)
+        return std::nullopt;
+    return pictures;
+}
+
+std::optional<MediaFacts> decodedMediaFacts(const QByteArray& details) {
+    double duration = 0;
+    quint8 hasPictures = 0, hasSound = 0;
+    if (!read(details, duration, hasPictures, hasSound) || !isTime(duration) || hasPictures > 1 || hasSound > 1)
+        return std::nullopt;
+    return MediaFacts{duration, hasPictures == 1, hasSound == 1};
+}
+
+std::optional<FramesWish> decodedFramesWish(const QByteArray& details) {
+    QDataStream stream(details);
+    stream.setVersion(QDataStream::Qt_6_4);
+    FramesWish wish;
+    quint8 unit = 0, keepsOpen = 0;
+    quint32 width = 0, height = 0;
+    quint16 count = 0;
+    stream >> unit >> wish.tolerance >> width >> height >> keepsOpen >> count;
+    if (unit > quint8(FramesWish::Unit::durations) || !isTime(wish.tolerance) || !isSide(width) || !isSide(height)
+        || keepsOpen > 1 || count < 1 || count > mostFrames)
+        return std::nullopt;
+    for (quint16 i = 0; i < count; ++i) {
+        double moment = -1;
+        stream >> moment;
+        if (!isTime(moment))
+            return std::nullopt;
+        wish.moments.append(moment);
+    }
+    if (stream.status() != QDataStream::Ok || !stream.atEnd())
+        return std::nullopt;
+    wish.unit = FramesWish::Unit(unit);
+    wish.box = QSize(int(width), int(height));
+    wish.keepsOpen = keepsOpen == 1;
+    return wish;
+}
+
+std::optional<LoudnessWish> decodedLoudnessWish(const QByteArray& details) {
+    quint32 count = 0;
+    if (!read(details, count) || count < 1 || count > quint32(mostBars))
+        return std::nullopt;
+    return LoudnessWish{int(count)};
 }
 
 } // namespace lumbra::reader

@@ -3,12 +3,15 @@
 //
 // The application makes the arena and seals its size before a reader sees it, so that a reader gone wild can neither
 // grow it nor shrink it under the application's feet. A reader works on one request at a time; its answer bears the
-// request's number. Both sides take every message as hostile: what does not decode is nonsense, and ends the talk.
+// request's number. Meanwhile the application sends nothing but perhaps the word to stop, so that a reader at work need
+// only look whether anything has come. A reader that is told to stop still answers. Both sides take every message as
+// hostile: what does not decode is nonsense, and ends the talk.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include <QByteArray>
+#include <QList>
 #include <QSize>
 
 #include <optional>
@@ -27,9 +30,16 @@ inline constexpr qsizetype arenaSize = 64 * 1024 * 1024;
 // The longest side of a picture that may be asked for, in pixels: a square of it fills the arena.
 inline constexpr int longestSide = 4096;
 
+// The most that one request may ask for.
+inline constexpr qsizetype mostFrames = 256;
+inline constexpr int mostBars = 4096;
+
 // What can be asked. The values are part of the protocol.
 enum class Kind : quint8 {
-    thumbnail = 1, // details: PictureBox; the answer's details: PictureFacts, its bulk the pixels
+    thumbnail = 1,  // details: PictureBox; the answer's details: PictureFacts, its bulk the pixels
+    mediaFacts = 2, // no details; the answer's details: MediaFacts
+    frames = 3,     // details: FramesWish; the answer's details: a list of PictureFacts, its bulk their pixels in turn
+    loudness = 4,   // details: LoudnessWish; the answer's bulk: so many floats in the machine's order
 };
 
 struct Request {
@@ -58,15 +68,52 @@ struct PictureFacts {
     bool opaque = false;
 };
 
+struct MediaFacts {
+    double duration = 0; // seconds; 0 if the file does not tell
+    bool hasPictures = false;
+    bool hasSound = false;
+
+    friend bool operator==(const MediaFacts&, const MediaFacts&) = default;
+};
+
+// Frames of a film, upright and in the order of the moments. One that can't be had is left out.
+struct FramesWish {
+    enum class Unit : quint8 { seconds, durations };
+
+    QList<double> moments; // from the film's start, at most `mostFrames`; in order they are found fastest
+    Unit unit = Unit::seconds;
+    double tolerance = 0;   // seconds that a frame may be shown before or after its moment
+    QSize box;              // pixels; nothing is enlarged
+    bool keepsOpen = false; // the file stays open for the next wish, which is then answered sooner
+};
+
+// The root mean square of each of so many slices of a file's first sound, at 8,000 samples of 16 bits a second in one
+// channel.
+struct LoudnessWish {
+    int count = 0; // 1 to `mostBars`
+};
+
 QByteArray encoded(const Request& request);
 QByteArray encoded(const Answer& answer);
 QByteArray encoded(const PictureBox& box);
 QByteArray encoded(const PictureFacts& facts);
+QByteArray encoded(const QList<PictureFacts>& pictures);
+QByteArray encoded(const MediaFacts& facts);
+QByteArray encoded(const FramesWish& wish);
+QByteArray encoded(const LoudnessWish& wish);
+
+// The word to stop working on what is asked for last. It bears no number: to one that has answered it says nothing.
+QByteArray encodedStop();
+bool isStop(const QByteArray& message);
 
 // Absent for what is cut short, too long, of another version or out of bounds.
 std::optional<Request> decodedRequest(const QByteArray& message);
 std::optional<Answer> decodedAnswer(const QByteArray& message);
 std::optional<PictureBox> decodedPictureBox(const QByteArray& details);
 std::optional<PictureFacts> decodedPictureFacts(const QByteArray& details, qsizetype bulk);
+std::optional<QList<PictureFacts>> decodedPictureList(const QByteArray& details, qsizetype bulk);
+std::optional<MediaFacts> decodedMediaFacts(const QByteArray& details);
+std::optional<FramesWish> decodedFramesWish(const QByteArray& details);
+std::optional<LoudnessWish> decodedLoudnessWish(const QByteArray& details);
 
 } // namespace lumbra::reader

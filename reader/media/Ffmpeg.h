@@ -10,6 +10,7 @@ extern "C" {
 #include <libavformat/avformat.h>
 #include <libavutil/display.h>
 #include <libavutil/pixdesc.h>
+#include <libswresample/swresample.h>
 #include <libswscale/swscale.h>
 }
 #pragma GCC diagnostic pop
@@ -23,6 +24,7 @@ struct FreeFfmpeg {
     void operator()(AVPacket* packet) const { av_packet_free(&packet); }
     void operator()(AVCodecContext* context) const { avcodec_free_context(&context); }
     void operator()(SwsContext* context) const { sws_freeContext(context); }
+    void operator()(SwrContext* context) const { swr_free(&context); }
 };
 
 template <typename Type>

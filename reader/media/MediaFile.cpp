@@ -2,6 +2,7 @@
 #include "MediaFile.h"
 
 #include "Ffmpeg.h"
+#include "reader/Interruption.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -14,7 +15,11 @@ namespace lumbra::reader {
 namespace {
 
 // Containers of files. Those that are lists of other files, or come over a network, are not among them.
-constexpr char containers[] = "mov,matroska,webm,avi,ogg,flv,asf,mpegts,mpeg,mpegvideo,m4v,dv,mxf";
+constexpr char containers[] = "mov,matroska,webm,avi,ogg,flv,asf,mpegts,mpeg,mpegvideo,m4v,dv,mxf,"
+                              "mp3,aac,wav,w64,aiff,caf,flac,amr,ac3,eac3,au";
+
+// No file is longer, in seconds; a header that claims more is not believed.
+constexpr double longestDuration = 1e9;
 
 constexpr int bufferSize = 64 * 1024;
 
@@ -22,8 +27,8 @@ int refuse(AVFormatContext*, AVIOContext**, const char*, int, AVDictionary**) {
     return AVERROR(EPERM);
 }
 
-int isOver(void* self) {
-    return static_cast<const MediaFile*>(self)->isTimeOver() ? 1 : 0;
+int mustGiveUp(void* self) {
+    return static_cast<const MediaFile*>(self)->isOver() ? 1 : 0;
 }
 
 // The container's own header tells everything. Otherwise FFmpeg decodes some pictures to find out.
@@ -64,7 +69,7 @@ bool MediaFile::begin() {
     m_context->pb = m_bytes;
     m_context->flags |= AVFMT_FLAG_CUSTOM_IO;
     m_context->io_open = refuse;
-    m_context->interrupt_callback = {isOver, this};
+    m_context->interrupt_callback = {mustGiveUp, this};
     m_context->format_whitelist = av_strdup(containers);
     m_context->max_analyze_duration = AV_TIME_BASE;
     if (avformat_open_input(&m_context, nullptr, nullptr, nullptr) != 0) // frees the context when it fails
@@ -80,6 +85,24 @@ AVStream* MediaFile::pictures() const {
     return (stream->disposition & AV_DISPOSITION_ATTACHED_PIC) ? nullptr : stream;
 }
 
+AVStream* MediaFile::sound() const {
+    const auto streams = m_context->streams, end = streams + m_context->nb_streams;
+    const auto first = std::find_if(
+        streams, end, [](const AVStream* stream) { return stream->codecpar->codec_type == AVMEDIA_TYPE_AUDIO; });
+    return first == end ? nullptr : *first;
+}
+
+void MediaFile::keepOnly(const AVStream* stream) {
+    for (unsigned i = 0; i < m_context->nb_streams; ++i) {
+        if (m_context->streams[i] != stream)
+            m_context->streams[i]->discard = AVDISCARD_ALL;
+    }
+}
+
+bool MediaFile::isOver() const {
+    return std::chrono::steady_clock::now() >= m_deadline || Interruption::isRequested();
+}
+
 QByteArray MediaFile::cover() const {
     const auto streams = m_context->streams, end = streams + m_context->nb_streams;
     const auto found = std::find_if(streams, end, [](const AVStream* stream) {
@@ -91,7 +114,8 @@ QByteArray MediaFile::cover() const {
 }
 
 double MediaFile::duration() const {
-    return m_context->duration > 0 ? double(m_context->duration) / AV_TIME_BASE : 0;
+    const double seconds = double(m_context->duration) / AV_TIME_BASE; // far below 0 if unknown
+    return seconds > 0 && seconds <= longestDuration ? seconds : 0;
 }
 
 double MediaFile::start() const {
@@ -99,7 +123,7 @@ double MediaFile::start() const {
 }
 
 bool MediaFile::read(const AVStream* stream, AVPacket* packet) {
-    while (!isTimeOver()) {
+    while (!isOver()) {
         av_packet_unref(packet);
         if (av_read_frame(m_context, packet) < 0)
             return false;
@@ -110,11 +134,21 @@ bool MediaFile::read(const AVStream* stream, AVPacket* packet) {
 }
 
 bool MediaFile::seek(const AVStream* stream, double seconds) {
-    const auto time = int64_t((seconds + start()) / av_q2d(stream->time_base));
+    // Without an index, packets are sought by when they are decoded, and the first is decoded some time before it is
+    // seen.
+    const double lead = seconds <= 0 && !hasIndex() ? 10 : 0;
+    const auto time = int64_t((seconds + start() - lead) / av_q2d(stream->time_base));
     return av_seek_frame(m_context, stream->index, time, AVSEEK_FLAG_BACKWARD) >= 0;
 }
 
+bool MediaFile::hasIndex() const {
+    // What others note as they go are places, not key frames.
+    return !(m_context->iformat->flags & AVFMT_TS_DISCONT);
+}
+
 double MediaFile::keyFrame(AVStream* stream, double seconds, bool before) const {
+    if (!hasIndex())
+        return -1;
     const auto time = int64_t((seconds + start()) / av_q2d(stream->time_base));
     const AVIndexEntry* const entry =
         avformat_index_get_entry_from_timestamp(stream, time, before ? AVSEEK_FLAG_BACKWARD : 0);

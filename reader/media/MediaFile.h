@@ -1,5 +1,5 @@
 // A container of moving pictures and sound, opened by FFmpeg on a descriptor that is open already: it reaches no other
-// file, whatever it refers to, and gives up when its time is over.
+// file, whatever it refers to, and gives up when its time is over or when nobody waits any more.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
@@ -29,6 +29,15 @@ public:
     // The best stream of moving pictures; null if there is none. A cover is not one.
     AVStream* pictures() const;
 
+    // The first stream of sound; null if there is none.
+    AVStream* sound() const;
+
+    // Reads no other streams from now on, which spares most of the reading.
+    void keepOnly(const AVStream* stream);
+
+    // Begins the time anew.
+    void allow(std::chrono::milliseconds limit) { m_deadline = std::chrono::steady_clock::now() + limit; }
+
     // The bytes of the picture that the file brings along, such as the cover of music; empty if there is none.
     QByteArray cover() const;
 
@@ -38,17 +47,21 @@ public:
     // What time 0 of the file is called inside, in seconds.
     double start() const;
 
-    // The next packet of the stream; false at the end, after an error and when the time is over.
+    // The next packet of the stream; false at the end, after an error and when it is over.
     bool read(const AVStream* stream, AVPacket* packet);
 
     // To the last key frame of the stream at or before the time, in seconds.
     bool seek(const AVStream* stream, double seconds);
 
+    // Whether the container tells where its key frames are.
+    bool hasIndex() const;
+
     // The first key frame of the stream at or after the time, or the last at or before it, as far as the container's
     // index tells; else below 0.
     double keyFrame(AVStream* stream, double seconds, bool before) const;
 
-    bool isTimeOver() const { return std::chrono::steady_clock::now() >= m_deadline; }
+    // No time is left, or nobody waits.
+    bool isOver() const;
 
 private:
     MediaFile(const OpenedFile& file, std::chrono::milliseconds limit);

@@ -27,6 +27,11 @@ public:
     // Decodes the first picture at or after the time, in seconds. False at the end, or when the time is over.
     bool advance(double seconds);
 
+    // Decodes a picture that is to be seen at some moment of the film no further from the time than the tolerance, both
+    // in seconds: the key frame that is nearest to the time if one is so near, else the first such picture. False if
+    // there is none, as beyond the end. Goes back where it must; times in order are found fastest.
+    bool show(double seconds, double tolerance);
+
     // How much it takes to decode a second of the film, in millions of pixels.
     double workPerSecond() const;
 
@@ -38,14 +43,31 @@ public:
 private:
     VideoDecoder(MediaFile& media, AVStream* stream, Owned<AVCodecContext> codec);
 
-    bool decodeNext();
+    enum class Outcome { found, passed, ended };
+
+    bool showKeyFrame(double seconds, double from, double until);
+    Outcome decodeUntil(double from, double until);
+    bool canGoOnTo(double seconds) const;
+    bool isSeen(double from, double until) const;
+    bool decodeKeyFrame();
+    bool lookAhead(double from);
+    void takeNext();
+    bool decode(AVFrame* frame, double from);
+    bool isWorthNothingBefore(double from) const;
+    double pictureLength(int64_t told) const;
+    double timeOf(const AVFrame& frame) const;
 
     MediaFile& m_media;
     AVStream* m_stream;
     Owned<AVCodecContext> m_codec;
     Owned<AVPacket> m_packet;
-    Owned<AVFrame> m_frame;
+    Owned<AVFrame> m_frame; // decoded last
+    Owned<AVFrame> m_next;  // decoded already to know how long the last one is seen
+    Owned<SwsContext> m_scaler;
     int m_turns; // quarter turns clockwise to be upright
+    bool m_hasFrame = false;
+    bool m_hasNext = false;
+    bool m_wantsKeyFrame = false; // nothing before one can be decoded
     bool m_atEnd = false;
 };
 

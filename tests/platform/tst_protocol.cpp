@@ -26,6 +26,8 @@ Request with(QByteArray path) {
     return made;
 }
 
+constexpr PictureFacts pixel{{1, 1}, true};
+
 } // namespace
 
 class tst_Protocol : public QObject {
@@ -61,7 +63,7 @@ private Q_SLOTS:
         for (qsizetype size : {1, 6, 11, 20})
             QTest::addRow("cut after %d bytes", int(size)) << good.left(size);
         QTest::newRow("a byte too many") << good + 'x';
-        QTest::newRow("another version") << changed(good, 0, 2);
+        QTest::newRow("another version") << changed(good, 0, 1);
         QTest::newRow("another shape") << changed(good, 1, 2);
         QTest::newRow("number 0") << changed(good, 5, 0);
         QTest::newRow("an unknown kind") << changed(good, 6, 99);
@@ -93,6 +95,92 @@ private Q_SLOTS:
     void nonsenseAsAnswer() {
         QFETCH(QByteArray, message);
         QVERIFY(!decodedAnswer(message));
+    }
+
+    void aStopIsNeitherRequestNorAnswer() {
+        QVERIFY(isStop(encodedStop()));
+        QVERIFY(!isStop(encoded(request())));
+        QVERIFY(!isStop(QByteArray()));
+        QVERIFY(!decodedRequest(encodedStop()));
+        QVERIFY(!decodedAnswer(encodedStop()));
+    }
+
+    void whatIsAskedOfMediaArrivesAsItWasSent() {
+        const FramesWish wish{.moments = {0, 0.25, 3600.5},
+                              .unit = FramesWish::Unit::durations,
+                              .tolerance = 0.5,
+                              .box = {320, 200},
+                              .keepsOpen = true};
+        const auto decoded = decodedFramesWish(encoded(wish));
+        QVERIFY(decoded);
+        QCOMPARE(decoded->moments, wish.moments);
+        QCOMPARE(decoded->unit, wish.unit);
+        QCOMPARE(decoded->tolerance, wish.tolerance);
+        QCOMPARE(decoded->box, wish.box);
+        QVERIFY(decoded->keepsOpen);
+        QCOMPARE(decodedLoudnessWish(encoded(LoudnessWish{140}))->count, 140);
+    }
+
+    void whatIsFoundInMediaArrivesAsItWasSent() {
+        const MediaFacts facts{59.6, true, false};
+        QCOMPARE(decodedMediaFacts(encoded(facts)).value(), facts);
+        const QList<PictureFacts> pictures{{{3, 2}, true}, {{1, 1}, false}};
+        const auto decoded = decodedPictureList(encoded(pictures), 28);
+        QVERIFY(decoded);
+        QCOMPARE(decoded->size(), 2);
+        QCOMPARE(decoded->at(0).size, QSize(3, 2));
+        QVERIFY(decoded->at(0).opaque && !decoded->at(1).opaque);
+        QVERIFY(decodedPictureList(encoded(QList<PictureFacts>()), 0)->isEmpty());
+    }
+
+    void senselessWishes_data() {
+        QTest::addColumn<QByteArray>("details");
+        const FramesWish good{.moments = {1}, .tolerance = 0.5, .box = {320, 320}};
+        const auto row = [&good](const char* label, const std::function<void(FramesWish&)>& change) {
+            FramesWish wish = good;
+            change(wish);
+            QTest::newRow(label) << encoded(wish);
+        };
+        QVERIFY(decodedFramesWish(encoded(good)));
+        row("no moments", [](FramesWish& wish) { wish.moments.clear(); });
+        row("too many moments", [](FramesWish& wish) { wish.moments = QList<double>(mostFrames + 1, 1.0); });
+        row("a moment before the start", [](FramesWish& wish) { wish.moments = {-1}; });
+        row("a moment that is no number", [](FramesWish& wish) { wish.moments = {qQNaN()}; });
+        row("a moment without end", [](FramesWish& wish) { wish.moments = {qInf()}; });
+        row("a negative tolerance", [](FramesWish& wish) { wish.tolerance = -1; });
+        row("no box", [](FramesWish& wish) { wish.box = {0, 0}; });
+        row("a box too large", [](FramesWish& wish) { wish.box = {longestSide + 1, 1}; });
+        QTest::newRow("nothing") << QByteArray();
+        QTest::newRow("cut short") << encoded(good).chopped(1);
+        QTest::newRow("a byte too many") << encoded(good) + 'x';
+    }
+
+    void senselessWishes() {
+        QFETCH(QByteArray, details);
+        QVERIFY(!decodedFramesWish(details));
+    }
+
+    void senselessCountsOfBars() {
+        for (const int count : {0, -1, mostBars + 1})
+            QVERIFY(!decodedLoudnessWish(encoded(LoudnessWish{count})));
+    }
+
+    void senselessFacts() {
+        for (const double duration : {-1.0, qQNaN(), double(qInf()), 1e12})
+            QVERIFY(!decodedMediaFacts(encoded(MediaFacts{duration, true, true})));
+        QVERIFY(!decodedMediaFacts({}));
+    }
+
+    void senselessLists() {
+        const QByteArray two = encoded(QList<PictureFacts>{pixel, pixel});
+        QVERIFY(decodedPictureList(two, 8));
+        QVERIFY(!decodedPictureList(two, 4));
+        QVERIFY(!decodedPictureList(two, 12));
+        QVERIFY(!decodedPictureList(two.chopped(1), 8));
+        QVERIFY(!decodedPictureList(two + 'x', 8));
+        QVERIFY(!decodedPictureList(changed(two, 1, 9), 8));
+        QVERIFY(!decodedPictureList({}, 0));
+        QVERIFY(!decodedPictureList(encoded(QList<PictureFacts>(mostFrames + 1, pixel)), (mostFrames + 1) * 4));
     }
 
     void picturesOutOfBounds_data() {

@@ -31,6 +31,35 @@ QImage resultOf(QFuture<QImage> future) {
     return future.isResultReadyAt(0) ? future.result() : QImage();
 }
 
+// Whether a reader that does what it should answers requests of the kind, and whether it reads anything in the file.
+struct Asked {
+    const char* kind;
+    std::function<bool(Reader&, const Location&)> isAnswered;
+};
+
+const Asked requests[] = {
+    {"a thumbnail",
+     [](Reader& reader, const Location& file) { return !resultOf(reader.thumbnail(file, box)).isNull(); }},
+    {"facts",
+     [](Reader& reader, const Location& file) {
+         QFuture<std::optional<Reader::MediaFacts>> facts = reader.mediaFacts(file);
+         facts.waitForFinished();
+         return facts.result().has_value();
+     }},
+    {"frames",
+     [](Reader& reader, const Location& file) {
+         QFuture<std::optional<QList<QImage>>> frames = reader.frames(file, {.moments = {1}, .box = box});
+         frames.waitForFinished();
+         return frames.result().has_value();
+     }},
+    {"loudness",
+     [](Reader& reader, const Location& file) {
+         QFuture<QList<float>> loudness = reader.loudness(file, 140);
+         loudness.waitForFinished();
+         return loudness.result().size() == 140;
+     }},
+};
+
 QList<pid_t> childProcesses() {
     QList<pid_t> children;
     for (const QString& name : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
@@ -86,34 +115,43 @@ private Q_SLOTS:
 
     // Each row is a request at which the reader does its worst; it reads as nothing, and the next one is well.
     void aReaderThatMisbehavesCostsOneAnswer_data() {
+        QTest::addColumn<int>("request");
         QTest::addColumn<QByteArray>("deed");
         QTest::addColumn<bool>("isReplaced");
-        QTest::newRow("exits") << QByteArray("exit") << true;
-        QTest::newRow("crashes") << QByteArray("crash") << true;
-        QTest::newRow("stalls") << QByteArray("stall") << true;
-        QTest::newRow("computes for ever") << QByteArray("spin") << true;
-        QTest::newRow("babbles") << QByteArray("babble") << true;
-        QTest::newRow("sends an empty message") << QByteArray("silence") << true;
-        QTest::newRow("sends more than a message may be") << QByteArray("shout") << true;
-        QTest::newRow("answers what was not asked") << QByteArray("other") << true;
-        QTest::newRow("greets instead of answering") << QByteArray("greet") << true;
-        QTest::newRow("claims more bytes than there are") << QByteArray("endless") << true;
-        QTest::newRow("claims a picture larger than its bytes") << QByteArray("huge") << true;
-        QTest::newRow("writes a file") << QByteArray("write") << false;
-        QTest::newRow("connects") << QByteArray("connect") << false;
-        QTest::newRow("runs a program") << QByteArray("run") << false;
-        QTest::newRow("shrinks the shared memory") << QByteArray("shrink") << false;
-        QTest::newRow("grows the shared memory") << QByteArray("grow") << false;
+        for (int request = 0; request < int(std::size(requests)); ++request) {
+            const auto row = [request](const char* label, const char* deed, bool isReplaced) {
+                QTest::addRow("asked for %s, %s", requests[request].kind, label)
+                    << request << QByteArray(deed) << isReplaced;
+            };
+            row("exits", "exit", true);
+            row("crashes", "crash", true);
+            row("stalls", "stall", true);
+            row("computes for ever", "spin", true);
+            row("babbles", "babble", true);
+            row("sends an empty message", "silence", true);
+            row("sends more than a message may be", "shout", true);
+            row("answers what was not asked", "other", true);
+            row("greets instead of answering", "greet", true);
+            row("claims more bytes than there are", "endless", true);
+            row("claims a picture larger than its bytes", "huge", true);
+            row("writes a file", "write", false);
+            row("connects", "connect", false);
+            row("runs a program", "run", false);
+            row("shrinks the shared memory", "shrink", false);
+            row("grows the shared memory", "grow", false);
+        }
     }
 
     void aReaderThatMisbehavesCostsOneAnswer() {
+        QFETCH(int, request);
         QFETCH(QByteArray, deed);
         QFETCH(bool, isReplaced);
+        const auto& isAnswered = requests[request].isAnswered;
         Reader reader(hostile(0.5));
         const Location bad = m_home.file("bad", deed);
-        QCOMPARE(resultOf(reader.thumbnail(fine(), box)).size(), QSize(1, 1));
-        QVERIFY(resultOf(reader.thumbnail(bad, box)).isNull());
-        QCOMPARE(resultOf(reader.thumbnail(fine(), box)).size(), QSize(1, 1));
+        QVERIFY(isAnswered(reader, fine()));
+        QVERIFY(!isAnswered(reader, bad));
+        QVERIFY(isAnswered(reader, fine()));
         QCOMPARE(reader.startedCount(), size_t(isReplaced ? 2 : 1));
         QVERIFY(!QFile::exists(bad.toString() + QStringLiteral(".made")));
     }
@@ -166,6 +204,23 @@ private Q_SLOTS:
         QVERIFY(!stalled.isResultReadyAt(0));
     }
 
+    // It need not be ended, so it keeps what it has open.
+    void aCancelledRequestAtWorkIsStopped() {
+        Reader reader(hostile(60));
+        std::stop_source stop;
+        QCOMPARE(resultOf(reader.thumbnail(fine(), box)).size(), QSize(1, 1));
+        const auto before = childProcesses();
+        QFuture<QImage> running =
+            reader.thumbnail(m_home.file("obeying", "obey"), box, Reader::Urgency::visible, stop.get_token());
+        QFuture<QImage> next = reader.thumbnail(fine(), box, Reader::Urgency::later);
+        QVERIFY(!next.isFinished());
+        stop.request_stop();
+        QTRY_VERIFY_WITH_TIMEOUT(next.isFinished(), 10'000);
+        QCOMPARE(next.result().size(), QSize(1, 1));
+        QCOMPARE(childProcesses(), before);
+        QVERIFY(!running.isResultReadyAt(0));
+    }
+
     void anAnswerNobodyWaitsForIsThrownAway() {
         Reader reader(hostile());
         std::stop_source stop;
@@ -214,6 +269,14 @@ private Q_SLOTS:
             QTRY_COMPARE(childProcesses().size(), before + 2);
         }
         QTRY_COMPARE(childProcesses().size(), before);
+    }
+
+    void processesWithoutWorkEndWhereTheyShould() {
+        const auto before = childProcesses().size();
+        Reader reader({.idleLimit = 0.05, .program = hostileProgram()});
+        QCOMPARE(resultOf(reader.thumbnail(fine(), box)).size(), QSize(1, 1));
+        QTRY_COMPARE(childProcesses().size(), before);
+        QCOMPARE(resultOf(reader.thumbnail(fine(), box)).size(), QSize(1, 1));
     }
 
     void aProcessThatIsKilledIsReplaced() {

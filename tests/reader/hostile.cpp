@@ -1,5 +1,5 @@
 // A reader whose decoder has been taken over: it does what the requested file's first word tells it, inside the same
-// sandbox as the real one. Any other file is a white pixel.
+// sandbox as the real one. Of a fine file it makes a white pixel, a film of a second, a frame or a loud sound.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/reader/Protocol.h"
@@ -23,8 +23,47 @@ void say(const QByteArray& message) {
     [[maybe_unused]] const auto written = ::write(socketDescriptor, message.constData(), size_t(message.size()));
 }
 
-Answer pixel(quint32 number) {
-    return {.number = number, .found = true, .details = encoded(PictureFacts{{1, 1}, true}), .bulk = 4};
+constexpr PictureFacts pixel{{1, 1}, true};
+constexpr PictureFacts tooLarge{{longestSide, longestSide}, true};
+
+Answer fineAnswer(const Request& request) {
+    Answer answer{.number = request.number, .found = true};
+    switch (request.kind) {
+    case Kind::thumbnail:
+        answer.details = encoded(pixel);
+        answer.bulk = 4;
+        break;
+    case Kind::mediaFacts:
+        answer.details = encoded(MediaFacts{1, true, true});
+        break;
+    case Kind::frames:
+        answer.details = encoded(QList<PictureFacts>{pixel});
+        answer.bulk = 4;
+        break;
+    case Kind::loudness:
+        answer.bulk = quint32(decodedLoudnessWish(request.details)->count) * quint32(sizeof(float));
+        break;
+    }
+    return answer;
+}
+
+// It would fit the protocol, but not what was asked or what came with it.
+void makeSenseless(Answer& answer, Kind kind) {
+    switch (kind) {
+    case Kind::thumbnail:
+        answer.details = encoded(tooLarge);
+        break;
+    case Kind::mediaFacts:
+        answer.details = encoded(MediaFacts{-1, true, true});
+        break;
+    case Kind::frames:
+        answer.details = encoded(QList<PictureFacts>{tooLarge});
+        answer.bulk = quint32(arenaSize);
+        break;
+    case Kind::loudness:
+        answer.bulk += 4;
+        break;
+    }
 }
 
 QByteArray firstWord(const QByteArray& path) {
@@ -52,7 +91,7 @@ bool couldDo(const QByteArray& deed, const QByteArray& path) {
 
 // Nonsense that is sent; empty for the deeds that are something else.
 QByteArray nonsense(const QByteArray& deed, const Request& request) {
-    Answer answer = pixel(request.number);
+    Answer answer = fineAnswer(request);
     if (deed == "babble")
         return "what was the question?";
     if (deed == "shout")
@@ -64,10 +103,17 @@ QByteArray nonsense(const QByteArray& deed, const Request& request) {
     else if (deed == "endless")
         answer.bulk = quint32(arenaSize) + 1;
     else if (deed == "huge")
-        answer.details = encoded(PictureFacts{{longestSide, longestSide}, true});
+        makeSenseless(answer, request.kind);
     else
         return {};
     return encoded(answer);
+}
+
+void waitForStop() {
+    char message[messageLimit];
+    const ssize_t size = ::read(socketDescriptor, message, sizeof message);
+    if (size <= 0 || !isStop(QByteArray(message, size)))
+        ::_exit(1);
 }
 
 void misbehave(const QByteArray& deed, const Request& request) {
@@ -82,12 +128,14 @@ void misbehave(const QByteArray& deed, const Request& request) {
             std::this_thread::yield();
     if (deed == "flood")
         while (true)
-            say(encoded(pixel(request.number)));
+            say(encoded(fineAnswer(request)));
+    if (deed == "obey")
+        waitForStop();
     const QByteArray message = nonsense(deed, request);
     if (!message.isEmpty() || deed == "silence")
         return say(message);
     if (couldDo(deed, request.path))
-        say(encoded(pixel(request.number)));
+        say(encoded(fineAnswer(request)));
     else
         say(encoded(Answer{.number = request.number}));
 }
@@ -105,13 +153,15 @@ int main() {
         const ssize_t size = ::read(socketDescriptor, message, sizeof message);
         if (size <= 0)
             return 0;
+        if (isStop(QByteArray(message, size)))
+            continue;
         const auto request = decodedRequest(QByteArray(message, size));
         if (!request)
             return 1;
         const QByteArray deed = firstWord(request->path);
         if (deed == "fine") {
-            std::memset(arena, 0xff, 4);
-            say(encoded(pixel(request->number)));
+            std::memset(arena, request->kind == Kind::loudness ? 0 : 0xff, 4);
+            say(encoded(fineAnswer(*request)));
         } else {
             misbehave(deed, *request);
         }
