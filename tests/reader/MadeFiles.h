@@ -186,4 +186,27 @@ inline QByteArray coverBlock(const QByteArray& cover, QSize pixels) {
         .toBase64();
 }
 
+inline quint32 checksum(const QByteArray& bytes) {
+    quint32 sum = 0xffffffff;
+    for (const char byte : bytes) {
+        sum ^= quint8(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            sum = (sum >> 1) ^ (sum & 1 ? 0xedb88320 : 0);
+    }
+    return ~sum;
+}
+
+// A black picture of one bit a pixel, small on disk however large it is; its header may claim another size.
+inline QByteArray blackPng(QSize size, QSize claimed) {
+    const auto chunk = [](const QByteArray& type, const QByteArray& data) {
+        return big(quint32(data.size())) + type + data + big(checksum(type + data));
+    };
+    const QByteArray rows(((size.width() + 7) / 8 + 1) * qsizetype(size.height()), '\0');
+    const QByteArray packed = qCompress(rows).mid(4); // without the length, which is Qt's own
+    const QByteArray depthAndColour("\1\0\0\0\0", 5);
+    return "\x89PNG\r\n\x1a\n"
+           + chunk("IHDR", big(quint32(claimed.width())) + big(quint32(claimed.height())) + depthAndColour)
+           + chunk("IDAT", packed) + chunk("IEND", {});
+}
+
 } // namespace lumbra::made

@@ -1,6 +1,7 @@
 // Pictures that are broken, enormous, or not what they say: they read as nothing or as what is there, in bounded time.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "MadeFiles.h"
 #include "PictureFiles.h"
 
 #include <QPdfWriter>
@@ -10,40 +11,6 @@
 #include <thread>
 
 using namespace lumbra;
-
-namespace {
-
-quint32 checksum(const QByteArray& bytes) {
-    quint32 sum = 0xffffffff;
-    for (const char byte : bytes) {
-        sum ^= quint8(byte);
-        for (int bit = 0; bit < 8; ++bit)
-            sum = (sum >> 1) ^ (sum & 1 ? 0xedb88320 : 0);
-    }
-    return ~sum;
-}
-
-QByteArray bigEndian(quint32 number) {
-    QByteArray bytes(4, '\0');
-    qToBigEndian(number, bytes.data());
-    return bytes;
-}
-
-QByteArray chunk(const QByteArray& type, const QByteArray& data) {
-    return bigEndian(quint32(data.size())) + type + data + bigEndian(checksum(type + data));
-}
-
-// A black picture of one bit a pixel, small on disk however large it is; its header may claim another size.
-QByteArray blackPng(QSize size, QSize claimed) {
-    const QByteArray rows(((size.width() + 7) / 8 + 1) * qsizetype(size.height()), '\0');
-    const QByteArray packed = qCompress(rows).mid(4); // without the length, which is Qt's own
-    const QByteArray depthAndColour("\1\0\0\0\0", 5);
-    return "\x89PNG\r\n\x1a\n"
-           + chunk("IHDR", bigEndian(quint32(claimed.width())) + bigEndian(quint32(claimed.height())) + depthAndColour)
-           + chunk("IDAT", packed) + chunk("IEND", {});
-}
-
-} // namespace
 
 class tst_BadPictures : public QObject, private PictureFiles {
     Q_OBJECT
@@ -175,13 +142,13 @@ private Q_SLOTS:
     }
 
     void anEnormousPictureIsShrunkRowByRow() {
-        write("wide.png", blackPng({30000, 10000}, {30000, 10000}));
+        write("wide.png", made::blackPng({30000, 10000}, {30000, 10000}));
         QCOMPARE(thumbnail("wide.png").size(), QSize(240, 80));
     }
 
     // 1.6 thousand million pixels, which are shrunk row by row and never unpacked as a whole.
     void fortyThousandByFortyThousandIsRead() {
-        write("huge.png", blackPng({40000, 40000}, {40000, 40000}));
+        write("huge.png", made::blackPng({40000, 40000}, {40000, 40000}));
         QCOMPARE(thumbnail("huge.png").size(), box);
     }
 
@@ -189,7 +156,7 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("name");
         QTest::addColumn<QByteArray>("bytes");
         make("a.jpg");
-        QTest::newRow("png") << QByteArray("claims.png") << blackPng({64, 64}, {40000, 40000});
+        QTest::newRow("png") << QByteArray("claims.png") << made::blackPng({64, 64}, {40000, 40000});
         QTest::newRow("jpeg") << QByteArray("claims.jpg") << jpegClaiming(40000, 40000);
         QTest::newRow("bmp") << QByteArray("claims.bmp") << bmpClaiming(40000, 40000);
         QTest::newRow("gif") << QByteArray("claims.gif") << gifClaiming(40000, 40000);
@@ -199,8 +166,8 @@ private Q_SLOTS:
         QFETCH(QByteArray, name);
         QFETCH(QByteArray, bytes);
         write(name, bytes);
-        const QImage image = thumbnail(name);
-        QVERIFY(image.isNull() || image.size() == box);
+        const QImage image = thumbnail(name); // of a GIF, what its frames really are
+        QVERIFY(image.width() <= box.width() && image.height() <= box.height());
     }
 
     void whatClaimsToBeLargerThanThatIsNothing_data() {
@@ -212,7 +179,7 @@ private Q_SLOTS:
 
     void whatClaimsToBeLargerThanThatIsNothing() {
         QFETCH(QSize, size);
-        write("claims.png", blackPng({64, 64}, size));
+        write("claims.png", made::blackPng({64, 64}, size));
         QVERIFY(thumbnail("claims.png").isNull());
     }
 
