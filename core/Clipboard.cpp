@@ -53,7 +53,7 @@ Pasteboard::Contents encoded(const QImage& picture) {
         if (qstrcmp(format, "png") == 0)
             writer.setQuality(80); // means how little time goes into making it small
         else
-            writer.setCompression(1); // without loss
+            writer.setCompression(1); // smaller, without loss
         if (writer.write(picture))
             flavours.append({QLatin1String("image/") + QLatin1String(format), buffer.data()});
     }

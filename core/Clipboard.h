@@ -15,7 +15,7 @@ namespace lumbra::Clipboard {
 
 // Puts the files on the pasteboard: the files themselves, and as text their names, a line each, so that a text field
 // gets no paths. A lone picture follows as a picture, a PNG as its own bytes, once it has been read in the background;
-// one that can't be read stays a file and a name.
+// one that can't be read stays a file and a name. The reader must outlive the pasteboard.
 void write(const QList<Location>& urls, Pasteboard& pasteboard = Pasteboard::general(),
            Reader& reader = Reader::shared());
 
