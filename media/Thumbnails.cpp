@@ -42,12 +42,18 @@ Thumbnails::Request Thumbnails::imageFor(const Asset& asset, double size, Reader
     }
     const int pixels = int(std::lround(size * scale()));
     const std::stop_source stop;
+    const Ready done = [this, key = imageKey(asset, size), receiver = QPointer<QObject>(context),
+                        ready = std::move(ready), token = stop.get_token()](const QImage& image) {
+        m_cache.insert(key, image);
+        if (receiver && !token.stop_requested())
+            ready(image);
+    };
     m_reader.thumbnail(asset.url, QSize(pixels, pixels), urgency, stop.get_token())
-        .then(this, [this, key = imageKey(asset, size), receiver = QPointer<QObject>(context), ready = std::move(ready),
-                     token = stop.get_token()](const QImage& image) {
-            m_cache.insert(key, image);
-            if (receiver && !token.stop_requested())
-                ready(image);
+        .then(this, [this, file = asset.url, pixels, done, token = stop.get_token()](const QImage& image) {
+            if (image.isNull())
+                m_registered.ask(file, pixels, token, done);
+            else
+                done(image);
         });
     return Request(stop);
 }

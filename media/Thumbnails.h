@@ -9,6 +9,7 @@
 #pragma once
 
 #include "PictureCache.h"
+#include "RegisteredThumbnails.h"
 #include "library/Model.h"
 #include "platform/Reader.h"
 
@@ -79,6 +80,7 @@ public:
 
 private:
     Reader& m_reader;
+    RegisteredThumbnails m_registered{m_reader};
     PictureCache m_cache{largestBytes, largestCount};
     PictureCache m_backdrops{16 * 1024 * 1024}; // some 7,000 of them
 };

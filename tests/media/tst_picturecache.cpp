@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "media/PictureCache.h"
+#include "media/Thumbnails.h"
 
+#include <QFile>
 #include <QtTest>
+
+#include <unistd.h>
 
 #include <thread>
 
@@ -11,6 +15,14 @@ namespace {
 
 QImage ofBytes(int bytes) {
     return QImage(bytes / 4, 1, QImage::Format_RGB32);
+}
+
+// Bytes of memory that this process has.
+qsizetype resident() {
+    QFile facts(QStringLiteral("/proc/self/statm"));
+    if (!facts.open(QIODevice::ReadOnly))
+        qFatal("there are no facts");
+    return facts.readAll().split(' ').value(1).toLongLong() * sysconf(_SC_PAGESIZE);
 }
 
 QString key(int number) {
@@ -75,6 +87,30 @@ private Q_SLOTS:
         cache.insert(key(3), QImage());
         QCOMPARE(cache.count(), 1);
         QVERIFY(!cache.find(key(1)).isNull());
+    }
+
+    void aFullCacheOfThumbnailsIsBounded_data() {
+        QTest::addColumn<int>("side");
+        QTest::addColumn<int>("count");
+        QTest::newRow("icons, by their number") << 64 << 4000;
+        QTest::newRow("small ones, by their bytes") << 140 << 192 * 1024 * 1024 / (140 * 140 * 4);
+        QTest::newRow("large ones of a fine screen") << 840 << 192 * 1024 * 1024 / (840 * 840 * 4);
+    }
+
+    void aFullCacheOfThumbnailsIsBounded() {
+        QFETCH(int, side);
+        QFETCH(int, count);
+        const qsizetype before = resident();
+        PictureCache cache(Thumbnails::largestBytes, Thumbnails::largestCount);
+        for (int i = 0; i < count + 1500; ++i) {
+            QImage image(side, side, QImage::Format_RGB32);
+            image.fill(uint(i));
+            cache.insert(key(i), image);
+        }
+        QCOMPARE(cache.count(), count);
+        QVERIFY(cache.bytes() <= Thumbnails::largestBytes);
+        constexpr qsizetype leeway = 24 * 1024 * 1024; // what the allocator and the keys take
+        QVERIFY(resident() - before <= Thumbnails::largestBytes + leeway);
     }
 
     void anyThreadMayUseIt() {
