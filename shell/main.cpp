@@ -9,6 +9,8 @@
 #include <QQuickStyle>
 #include <QQuickWindow>
 
+#include <clocale>
+
 int main(int argc, char** argv) {
     QElapsedTimer started;
     started.start();
@@ -17,6 +19,8 @@ int main(int argc, char** argv) {
     QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
     QQuickStyle::setStyle(QStringLiteral("Basic"));
     QGuiApplication application(argc, argv);
+    // The application has set it to the user's; the player refuses to start where numbers have a comma.
+    std::setlocale(LC_NUMERIC, "C");
     QGuiApplication::setOrganizationName(QStringLiteral("lumbra"));
     QGuiApplication::setApplicationName(QStringLiteral("Lumbra"));
     QGuiApplication::setDesktopFileName(QStringLiteral("com.lumbra.Lumbra"));

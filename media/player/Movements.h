@@ -26,7 +26,7 @@ public:
     // By pictures, backward if negative.
     void step(int count) { m_steps += count; }
 
-    // Something else is under way that ends with an arrival: a file is being loaded, the direction turns.
+    // Something else is under way that ends with an arrival: a file is being loaded.
     void begin() { m_isUnderWay = true; }
 
     // The player stands where it was to go, or will not get there.

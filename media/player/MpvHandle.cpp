@@ -2,12 +2,15 @@
 #include "MpvHandle.h"
 
 #include "MediaStream.h"
-#include "platform/Log.h"
 #include "platform/Tasks.h"
 
 #include <QCoreApplication>
 
 #include <mpv/client.h>
+
+extern "C" {
+#include <libavutil/log.h>
+}
 
 #include <chrono>
 #include <clocale>
@@ -103,6 +106,8 @@ std::shared_ptr<MpvHandle> MpvHandle::make(const Options& options, Listener list
     // mpv reads numbers with the locale's point, and refuses to start with any but that of C.
     if (std::strcmp(std::setlocale(LC_NUMERIC, nullptr), "C") != 0)
         std::setlocale(LC_NUMERIC, "C");
+    // What the decoders think of a file is said nowhere; they would write it over the terminal.
+    av_log_set_level(AV_LOG_QUIET);
     mpv_handle* const mpv = mpv_create();
     if (!mpv)
         return made;

@@ -239,8 +239,12 @@ void PlayerEngine::turn(bool backward) {
     // Sound keeps the player from starting backward for seconds, and is of no use then.
     m_mpv->set("aid", backward ? "no" : "auto");
     m_mpv->set("play-dir", backward ? "backward" : "forward");
-    if (m_isLoaded)
-        m_movements.begin();
+    if (!m_isLoaded)
+        return;
+    // To turn is to seek, and the player would go to where it was before it has got to where it is sent.
+    m_movements.reset();
+    m_movements.seek(m_time, true);
+    move();
 }
 
 void PlayerEngine::move() {
@@ -398,8 +402,8 @@ void PlayerEngine::atEnd(bool isIt) {
 void PlayerEngine::ended() {
     if (m_isBackward) { // at the beginning, that is
         m_isAtEnd = false;
-        setRate(0);
         setTime(0);
+        setRate(0);
         return;
     }
     if (m_loop) {

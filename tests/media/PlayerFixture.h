@@ -1,0 +1,60 @@
+// A player in a home of its own, without a sound device, and what tests ask of it.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "media/player/PlayerEngine.h"
+#include "support/Clips.h"
+#include "support/TestHome.h"
+
+#include <QTest>
+
+#include <mpv/client.h>
+
+namespace lumbra {
+
+struct Player {
+    explicit Player(MpvHandle::Options options = {}) : engine(preferences, withoutSound(options)) {
+        engine.setOnEnd([this] { ++ends; });
+    }
+
+    // Loads a clip and waits until it stands there with its facts known.
+    void open(const Location& file) {
+        engine.load(file, false);
+        if (!QTest::qWaitFor([this] { return engine.duration() > 0 && stands(); }, 20'000))
+            qFatal("%s does not load", file.path().constData());
+    }
+    void open(const char* clip) { open(Clips::clip(clip)); }
+
+    // Nothing is under way, as the player itself sees it.
+    bool stands() const { return value("seeking") == "no" && value("time-pos") != ""; }
+
+    QByteArray value(const char* property) const {
+        char* const text = mpv_get_property_string(engine.mpv()->raw(), property);
+        const QByteArray copied(text);
+        mpv_free(text);
+        return copied;
+    }
+
+    // Waits until the position has settled there; false if it does not.
+    bool settlesAt(double seconds, double tolerance = 0.021) {
+        return QTest::qWaitFor(
+            [&] {
+                return stands() && std::abs(value("time-pos").toDouble() - seconds) <= tolerance
+                       && std::abs(engine.time() - seconds) <= tolerance;
+            },
+            10'000);
+    }
+
+    static MpvHandle::Options withoutSound(MpvHandle::Options options) {
+        options.prepend({"ao", "null"});
+        return options;
+    }
+
+    TestHome home;
+    Preferences preferences{home.path().child("settings.ini")};
+    int ends = 0;
+    PlayerEngine engine;
+};
+
+} // namespace lumbra
