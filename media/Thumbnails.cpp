@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Thumbnails.h"
 
+#include "AssetKey.h"
 #include "Blur.h"
 #include "platform/Tasks.h"
 
@@ -27,7 +28,7 @@ double Thumbnails::scale() {
 }
 
 QString Thumbnails::backdropKey(const Asset& asset) {
-    return asset.url.toString() + u'|' + QString::number(asset.modified.seconds, 'f', QLocale::FloatingPointShortest);
+    return assetKey(asset);
 }
 
 QString Thumbnails::imageKey(const Asset& asset, double size) {

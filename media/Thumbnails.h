@@ -8,6 +8,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "MediaRequest.h"
 #include "PictureCache.h"
 #include "RegisteredThumbnails.h"
 #include "library/Model.h"
@@ -17,8 +18,6 @@
 #include <QObject>
 
 #include <functional>
-#include <stop_token>
-#include <utility>
 
 namespace lumbra {
 
@@ -32,22 +31,7 @@ public:
     static constexpr qsizetype largestCount = 4000;
     static constexpr qsizetype largestBytes = 192 * 1024 * 1024;
 
-    // A picture under way; takes the request back when it goes.
-    class Request {
-    public:
-        Request() = default;
-        explicit Request(std::stop_source stop) : m_stop(std::move(stop)) {}
-        ~Request() { m_stop.request_stop(); }
-        Request(Request&& other) noexcept { std::swap(m_stop, other.m_stop); }
-        Request& operator=(Request&& other) noexcept {
-            Request taken(std::move(other));
-            std::swap(m_stop, taken.m_stop);
-            return *this;
-        }
-
-    private:
-        std::stop_source m_stop{std::nostopstate};
-    };
+    using Request = MediaRequest;
 
     explicit Thumbnails(Reader& reader, QObject* parent = nullptr);
 
