@@ -6,6 +6,7 @@
 #include "platform/FileTypes.h"
 #include "platform/Reader.h"
 
+#include <QColorSpace>
 #include <QPdfWriter>
 #include <QSet>
 #include <QtTest>

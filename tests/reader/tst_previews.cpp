@@ -1,0 +1,170 @@
+// Pictures that lie in other files: the right one, the right way up, clear where it is clear.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "MadeFiles.h"
+#include "PictureFiles.h"
+
+#include <QtTest>
+
+using namespace lumbra;
+
+class tst_Previews : public QObject, private PictureFiles {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aRawPhotographIsTurnedAsItSays_data() {
+        QTest::addColumn<int>("orientation");
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<QColor>("upperLeft");
+        QTest::newRow("upright") << 1 << QSize(240, 180) << QColor(Qt::red);
+        QTest::newRow("held to the left") << 8 << QSize(180, 240) << QColor(Qt::green);
+        QTest::newRow("held to the right") << 6 << QSize(180, 240) << QColor(Qt::blue);
+    }
+
+    void aRawPhotographIsTurnedAsItSays() {
+        QFETCH(int, orientation);
+        write("turned.dng", made::rawPhotograph(quarters({320, 240}), quint16(orientation)));
+        const QImage image = thumbnail("turned.dng");
+        QTEST(image.size(), "size");
+        QFETCH(QColor, upperLeft);
+        QVERIFY(isNear(at(image, 0.25, 0.25), upperLeft));
+    }
+
+    void aSceneOfEveryLayoutIsRead_data() {
+        QTest::addColumn<int>("layout");
+        QTest::newRow("pointers of eight bytes") << int(made::Blender::pointersOf8);
+        QTest::newRow("pointers of four bytes") << int(made::Blender::pointersOf4);
+        QTest::newRow("the other order of bytes") << int(made::Blender::bigEndian);
+        QTest::newRow("the fifth version") << int(made::Blender::fifth);
+    }
+
+    void aSceneOfEveryLayoutIsRead() {
+        QFETCH(int, layout);
+        write("scene.blend", made::blend(quarters({128, 96}), made::Blender(layout)));
+        QCOMPARE(thumbnail("scene.blend").size(), QSize(128, 96));
+        QVERIFY(showsQuarters(thumbnail("scene.blend")));
+    }
+
+    void aPackedSceneIsRead_data() {
+        QTest::addColumn<QByteArray>("program");
+        QTest::newRow("gzip") << QByteArray("gzip");
+        QTest::newRow("zstd") << QByteArray("zstd");
+    }
+
+    void aPackedSceneIsRead() {
+        QFETCH(QByteArray, program);
+        write("scene", made::blend(quarters({128, 96})));
+        if (program == "gzip") {
+            run("gzip", {"-f", "scene"});
+            QFile::rename(path("scene.gz"), path("packed.blend"));
+        } else {
+            QFile::remove(path("packed.blend"));
+            write("packed.blend", zstd(read("scene")));
+        }
+        QVERIFY(showsQuarters(thumbnail("packed.blend")));
+    }
+
+    void aSceneWithoutAPictureIsNothing() {
+        write("bare.blend", "BLENDER-v306" + QByteArray(1000, '\0'));
+        QVERIFY(thumbnail("bare.blend").isNull());
+    }
+
+    void aDocumentIsClearWhereItsPreviewIs() {
+        QImage clear(200, 100, QImage::Format_ARGB32);
+        clear.fill(Qt::transparent);
+        QPainter(&clear).fillRect(0, 0, 100, 100, Qt::red);
+        made::zip(path("clear.sketch"), "previews/preview.png", made::encoded(clear, "png"));
+        const QImage image = thumbnail("clear.sketch");
+        QVERIFY(isNear(at(image, 0.25, 0.5), Qt::red));
+        QCOMPARE(at(image, 0.75, 0.5).alpha(), 0);
+    }
+
+    void theLargestPreviewOfADocumentIsTaken() {
+        const auto jpeg = [](QSize size) { return made::encoded(quarters(size), "jpg"); };
+        made::zip(path("both.pages"), "preview.jpg", jpeg({640, 480}));
+        QCOMPARE(thumbnail("both.pages").size(), QSize(240, 180));
+    }
+
+    void aPreviewOfNoUseIsPassedOver() {
+        made::zip(path("metafile.docx"), "docProps/thumbnail.emf", "a metafile");
+        QVERIFY(thumbnail("metafile.docx").isNull());
+        made::zip(path("broken.docx"), "docProps/thumbnail.jpeg", "no picture");
+        QVERIFY(thumbnail("broken.docx").isNull());
+    }
+
+    void photoshopsPicturesOfAllColoursAreRead_data() {
+        QTest::addColumn<QByteArrayList>("options");
+        QTest::newRow("as it is") << QByteArrayList{};
+        QTest::newRow("unpacked") << QByteArrayList{"-compress", "None"};
+        QTest::newRow("runs") << QByteArrayList{"-compress", "RLE"};
+        QTest::newRow("16 bits") << QByteArrayList{"-depth", "16"};
+        QTest::newRow("inks") << QByteArrayList{"-colorspace", "CMYK"};
+    }
+
+    void photoshopsPicturesOfAllColoursAreRead() {
+        QFETCH(QByteArrayList, options);
+        for (const char* name : {"colours.psd", "colours.psb"}) {
+            run("convert", QByteArrayList{"quarters.png", "-type", "TrueColor"} + options + QByteArrayList{name});
+            const QImage image = thumbnail(name);
+            QCOMPARE(image.size(), QSize(240, 180));
+            QVERIFY(showsQuarters(image));
+        }
+    }
+
+    void aGreyPictureOfPhotoshopIsGrey() {
+        run("convert", {"-size", "100x100", "xc:gray(50%)", "-colorspace", "Gray", "grey.psd"});
+        QVERIFY(isNear(at(thumbnail("grey.psd"), 0.5, 0.5), QColor(128, 128, 128)));
+    }
+
+    void thePreviewOfDigitsIsRead() {
+        QImage halves(64, 32, QImage::Format_RGB32);
+        halves.fill(Qt::white);
+        QPainter(&halves).fillRect(0, 0, 32, 16, Qt::black);
+        write("digits.eps", made::postscriptOfDigits(halves));
+        const QImage image = thumbnail("digits.eps");
+        QCOMPARE(image.size(), QSize(64, 32));
+        QCOMPARE(at(image, 0.25, 0.25), QColor(Qt::black));
+        QCOMPARE(at(image, 0.75, 0.25), QColor(Qt::white));
+        QCOMPARE(at(image, 0.25, 0.75), QColor(Qt::white));
+    }
+
+    void aProgramWithoutAPreviewIsNeverRun() {
+        write("program.eps", "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 100 100\n0 0 100 100 rectfill showpage\n");
+        QVERIFY(thumbnail("program.eps").isNull());
+    }
+
+    void lightIsReducedAsLight() {
+        // Rows of black and white: half the light, which the screen shows as 188 and not as 128.
+        run("convert", {"-size", "2x2", "xc:white", "-fill", "black", "-draw", "rectangle 0,0 1,0", "-write",
+                        "mpr:tile", "+delete", "-size", "960x960", "tile:mpr:tile", "stripes.png"});
+        run("ffmpeg", {"-i", "stripes.png", "stripes.exr"});
+        QVERIFY(isNear(at(thumbnail("stripes.exr"), 0.5, 0.5), QColor(188, 188, 188), 6));
+    }
+
+    void theFirstFrameOfAnAnimationIsShown() {
+        run("convert", {"-delay", "10", "-size", "40x40", "xc:red", "xc:blue", "moving.gif"});
+        run("ffmpeg", {"-i", "moving.gif", "-c:v", "libwebp_anim", "-loop", "0", "moving.webp"});
+        run("ffmpeg", {"-i", "moving.gif", "-f", "apng", "moving.apng"});
+        for (const char* name : {"moving.gif", "moving.webp", "moving.apng"})
+            QVERIFY2(isNear(at(thumbnail(name), 0.5, 0.5), Qt::red, 40), name);
+    }
+
+private:
+    static QByteArray zstd(const QByteArray& bytes) {
+        // One frame of raw blocks of at most 128 KiB, which any reader unpacks.
+        constexpr qsizetype block = 100'000;
+        QByteArray made("\x28\xb5\x2f\xfd\x80\x00", 6);
+        made[4] = char(0x80); // the content's size in four bytes, with a window
+        made[5] = char(0x50);
+        made += made::little(quint32(bytes.size()));
+        for (qsizetype from = 0; from < bytes.size(); from += block) {
+            const QByteArray part = bytes.mid(from, block);
+            const quint32 isLast = from + block >= bytes.size() ? 1 : 0;
+            made += made::little(quint32(part.size()) << 3 | isLast).left(3) + part;
+        }
+        return made;
+    }
+};
+
+QTEST_MAIN(tst_Previews)
+#include "tst_previews.moc"
