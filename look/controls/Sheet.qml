@@ -10,6 +10,7 @@ T.Popup {
 
     property bool dismissable: true
     property string text // its name for assistive technology
+    property bool asks: false // until it begins to go
 
     signal dismissed() // by Escape
 
@@ -25,8 +26,10 @@ T.Popup {
     focus: true
     closePolicy: T.Popup.NoAutoClose
 
-    onVisibleChanged: Sheets.shown += visible ? 1 : -1
-    Component.onDestruction: if (visible) --Sheets.shown
+    onAboutToShow: asks = true
+    onAboutToHide: asks = false
+    onAsksChanged: Sheets.shown += asks ? 1 : -1
+    Component.onDestruction: asks = false
 
     enter: Transition { EaseNumber { property: "opacity"; from: 0; to: 1 } }
     exit: Transition { EaseNumber { property: "opacity"; to: 0 } }
@@ -43,7 +46,7 @@ T.Popup {
 
         Shortcut {
             sequences: [StandardKey.Cancel]
-            enabled: sheet.opened && sheet.dismissable && sheet.activeFocus // not while another lies over it
+            enabled: sheet.asks && sheet.dismissable && sheet.activeFocus // not while another lies over it
             onActivated: {
                 sheet.dismissed()
                 sheet.close()

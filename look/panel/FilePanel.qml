@@ -93,12 +93,12 @@ Sheet {
 
         Shortcut {
             sequences: ["Alt+Up"]
-            enabled: panel.opened && panel.activeFocus
+            enabled: panel.asks && panel.activeFocus
             onActivated: picker.goUp()
         }
         Shortcut {
             sequences: ["Ctrl+L"]
-            enabled: panel.opened && panel.activeFocus
+            enabled: panel.asks && panel.activeFocus
             onActivated: {
                 pathField.forceActiveFocus()
                 pathField.selectAll()
@@ -106,7 +106,7 @@ Sheet {
         }
         Shortcut {
             sequences: ["Ctrl+Shift+N"]
-            enabled: panel.opened && panel.activeFocus && picker.canMakeFolder
+            enabled: panel.asks && panel.activeFocus && picker.canMakeFolder
             onActivated: newFolderSheet.open()
         }
 

@@ -21,7 +21,8 @@ private Q_SLOTS:
 
 private:
     AppState::Item control(const char* name) { return m_app.state().control(QLatin1String(name)); }
-    void panelAppears() { APP_WAIT(m_app, control("panelChoose").isThere()); }
+    // Until the folder is listed, which the photo lies in.
+    void panelAppears() { APP_WAIT(m_app, control("panelChoose").isThere() && control("photo.jpg").isThere()); }
     QImage pasted(const char* type) const;
 
     AppDisplay m_display;
@@ -49,6 +50,7 @@ void TestPanels::aFileIsAddedByItsTypedPath() {
     APP_WAIT(m_app, control("panelPath").text == QStringLiteral("~/Downloads/photo.jpg"));
     m_app.press("Return");
     APP_WAIT(m_app, m_app.state().tile(QStringLiteral("site/photo.jpg")).hasPicture);
+    APP_WAIT(m_app, !control("panelChoose").isThere());
     QVERIFY(m_app.home().path().child("Downloads/photo.jpg").exists());
 }
 
