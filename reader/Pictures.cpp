@@ -41,6 +41,7 @@ constexpr std::array makers{
     Row{Format::audio, coverPicture},
     Row{Format::audio, videoPicture},
     Row{Format::archive, archivePicture},
+    Row{Format::archive, officePicture},
     Row{Format::blend, blendPicture},
     Row{Format::plainText, plainTextPicture},
     Row{Format::sourceText, sourceTextPicture},

@@ -1,9 +1,11 @@
-// Documents that are archives: the picture of itself that the program that wrote one left in it.
+// Documents that are archives: the picture of itself that the program that wrote one left in it, or else its first
+// lines as a page.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Archive.h"
 #include "EmbeddedPictures.h"
 #include "Makers.h"
+#include "OfficeText.h"
 
 #include <array>
 
@@ -38,6 +40,14 @@ QImage archivePicture(OpenedFile& file, QSize box, Milliseconds) {
             return image;
     }
     return {};
+}
+
+QImage officePicture(OpenedFile& file, QSize box, Milliseconds) {
+    const std::unique_ptr<Archive> archive = Archive::open(file);
+    if (!archive)
+        return {};
+    const QList<QStringList> rows = officeTable(*archive);
+    return rows.isEmpty() ? textPage(officeText(*archive), box) : tablePage(rows, box);
 }
 
 } // namespace lumbra::reader

@@ -40,13 +40,22 @@ QByteArray big(Number number) {
     return bytes;
 }
 
-inline void zip(const QString& path, const QByteArray& name, const QByteArray& entry) {
+using Entries = std::vector<std::pair<QByteArray, QByteArray>>;
+
+inline void zip(const QString& path, const Entries& entries) {
     int error = 0;
     zip_t* const archive = zip_open(path.toUtf8().constData(), ZIP_CREATE | ZIP_TRUNCATE, &error);
-    zip_source_t* const source = zip_source_buffer(archive, entry.constData(), zip_uint64_t(entry.size()), 0);
-    if (!archive || !source || zip_file_add(archive, name.constData(), source, ZIP_FL_OVERWRITE) < 0
-        || zip_close(archive) != 0)
+    bool isMade = archive != nullptr;
+    for (const auto& [name, bytes] : entries) {
+        zip_source_t* const source = zip_source_buffer(archive, bytes.constData(), zip_uint64_t(bytes.size()), 0);
+        isMade = isMade && source && zip_file_add(archive, name.constData(), source, ZIP_FL_OVERWRITE) >= 0;
+    }
+    if (!isMade || zip_close(archive) != 0)
         qFatal("cannot write %s", qPrintable(path));
+}
+
+inline void zip(const QString& path, const QByteArray& name, const QByteArray& entry) {
+    zip(path, Entries{{name, entry}});
 }
 
 inline QByteArray pixels(const QImage& image, QImage::Format format, int bytesPerPixel) {

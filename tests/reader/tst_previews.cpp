@@ -81,8 +81,56 @@ private Q_SLOTS:
 
     void theLargestPreviewOfADocumentIsTaken() {
         const auto jpeg = [](QSize size) { return made::encoded(quarters(size), "jpg"); };
-        made::zip(path("both.pages"), "preview.jpg", jpeg({640, 480}));
+        made::zip(path("both.pages"), {{"preview-micro.jpg", jpeg({40, 30})}, {"preview.jpg", jpeg({640, 480})}});
         QCOMPARE(thumbnail("both.pages").size(), QSize(240, 180));
+    }
+
+    void aDocumentWithoutAPreviewIsAPageOfItsWords_data() {
+        QTest::addColumn<QByteArray>("name");
+        QTest::addColumn<QByteArray>("part");
+        QTest::addColumn<QByteArray>("content");
+        const QByteArray word = "<w:document xmlns:w='w'><w:body><w:p><w:pPr><w:pStyle w:val='Title'/></w:pPr><w:r>"
+                                "<w:t>Annual report</w:t></w:r></w:p><w:p><w:r><w:t>It went well.</w:t></w:r></w:p>"
+                                "</w:body></w:document>";
+        QTest::newRow("a text") << QByteArray("words.docx") << QByteArray("word/document.xml") << word;
+        QTest::newRow("an open text") << QByteArray("words.odt") << QByteArray("content.xml")
+                                      << QByteArray("<o xmlns:text='t'><text:h>Annual report</text:h><text:p>It went "
+                                                    "<text:span>well</text:span>.</text:p></o>");
+        QTest::newRow("slides") << QByteArray("words.pptx") << QByteArray("ppt/slides/slide1.xml")
+                                << QByteArray("<p:sld xmlns:p='p' xmlns:a='a'><a:p><a:r><a:t>Annual report</a:t></a:r>"
+                                              "</a:p><a:p><a:r><a:t>It went well.</a:t></a:r></a:p></p:sld>");
+        QTest::newRow("a sheet") << QByteArray("words.xlsx") << QByteArray("xl/worksheets/sheet1.xml")
+                                 << QByteArray("<worksheet><sheetData><row><c r='A1' t='inlineStr'><is><t>Year</t></is>"
+                                               "</c><c r='C1'><v>2020</v></c></row><row><c r='A2' t='s'><v>0</v></c>"
+                                               "</row></sheetData></worksheet>");
+        QTest::newRow("one that breaks off")
+            << QByteArray("cut.docx") << QByteArray("word/document.xml") << word.left(word.size() - 30);
+    }
+
+    void aDocumentWithoutAPreviewIsAPageOfItsWords() {
+        QFETCH(QByteArray, name);
+        QFETCH(QByteArray, part);
+        QFETCH(QByteArray, content);
+        made::zip(path(name), {{part, content}, {"xl/sharedStrings.xml", "<sst><si><t>shared</t></si></sst>"}});
+        const QImage image = thumbnail(name);
+        QCOMPARE(image.size(), QSize(180, 240));
+        int dark = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                dark += qGray(image.pixel(x, y)) < 160;
+        }
+        QVERIFY(dark > 40);
+        QCOMPARE(at(image, 0.5, 0.9), QColor(Qt::white));
+    }
+
+    void aDocumentThatDeclaresTypesOrNothingIsNothing() {
+        made::zip(path("types.docx"), "word/document.xml",
+                  "<!DOCTYPE x [<!ENTITY a 'aaaaaaaaaa'>]><x><p><t>&a;</t></p></x>");
+        QVERIFY(thumbnail("types.docx").isNull());
+        made::zip(path("blank.docx"), "word/document.xml", "<x><p/></x>");
+        QVERIFY(thumbnail("blank.docx").isNull());
+        made::zip(path("bomb.docx"), "word/document.xml", "<x><p><t>" + QByteArray(32 << 20, 'a') + "</t></p></x>");
+        QVERIFY(thumbnail("bomb.docx").isNull());
     }
 
     void aPreviewOfNoUseIsPassedOver() {
