@@ -1,11 +1,14 @@
 // Thumbnails a second at 240 pixels through the reader processes, beside Qt's scaled reader and libvips called directly
-// with as many threads, one line for each format; and how like a full Lanczos reduction ours are.
+// with as many threads, one line for each format; how like a full Lanczos reduction ours are; what the readers'
+// protocol costs; and how long a screen full of all of them takes.
 //
 // bench_thumbnails FOLDER: makes its pictures there once.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Measure.h"
 #include "platform/Reader.h"
+#include "reader/OpenedFile.h"
+#include "reader/Pictures.h"
 
 #include <QColorSpace>
 #include <QFile>
@@ -19,6 +22,7 @@
 
 #include <vips/vips.h>
 
+#include <array>
 #include <atomic>
 #include <filesystem>
 #include <thread>
@@ -37,8 +41,9 @@ struct Sample {
 };
 
 constexpr Sample samples[] = {
-    {"photo12.jpg", 40}, {"photo2.jpg", 100}, {"photo2.png", 24},    {"screen.png", 60},
-    {"photo2.webp", 30}, {"page.pdf", 60},    {"film1080p.mp4", 16},
+    {"photo48.jpg", 12},  {"photo12.jpg", 40}, {"photo2.jpg", 100},   {"photo2.png", 24},
+    {"screen.png", 60},   {"photo2.webp", 30}, {"photo2.heic", 12},   {"photo2.avif", 12},
+    {"drawing.svg", 100}, {"page.pdf", 60},    {"film1080p.mp4", 16},
 };
 
 void command(const QString& program, const QStringList& arguments, const QString& folder) {
@@ -61,17 +66,45 @@ void makePage(const QString& file) {
         painter.drawText(QPointF(200, 300 + line * 250), QStringLiteral("Line %1 of a page full of words").arg(line));
 }
 
+// A diagram: frames, lines and words, as programs draw them.
+void makeDrawing(const QString& path) {
+    QByteArray text = "<svg xmlns='http://www.w3.org/2000/svg' width='800' height='600'><rect width='800' height='600' "
+                      "fill='#fff'/>";
+    for (int i = 0; i < 60; ++i) {
+        const QByteArray x = QByteArray::number(i % 10 * 78 + 12), y = QByteArray::number(i / 10 * 95 + 20);
+        text += "<g transform='translate(" + x + ' ' + y
+                + ")'><rect width='60' height='40' rx='6' fill='#cde' stroke='#456'/><path d='M30 40 C 40 60 70 60 78 "
+                  "20' fill='none' stroke='#456'/><text x='8' y='24' font-size='11'>Step "
+                + QByteArray::number(i) + "</text></g>";
+    }
+    QFile file(path);
+    file.open(QIODevice::WriteOnly);
+    file.write(text + "</svg>");
+}
+
+// By libvips, which alone writes these here.
+void convert(const QString& from, const QString& to) {
+    VipsImage* const image = vips_image_new_from_file(from.toUtf8().constData(), nullptr);
+    if (!image || vips_image_write_to_file(image, (to + QStringLiteral("[Q=60]")).toUtf8().constData(), nullptr) != 0)
+        qFatal("%s: %s", qPrintable(to), vips_error_buffer());
+    g_object_unref(image);
+}
+
 void make(const QString& folder) {
     std::filesystem::create_directories(folder.toStdString());
-    if (QFile::exists(folder + QStringLiteral("/made")))
+    if (QFile::exists(folder + QStringLiteral("/made-2")))
         return;
-    const QString convert = QStringLiteral("convert"), ffmpeg = QStringLiteral("ffmpeg");
-    command(convert,
+    const QString magick = QStringLiteral("convert"), ffmpeg = QStringLiteral("ffmpeg");
+    command(magick,
             words("-seed 7 -size 4000x3000 plasma:fractal -attenuate 0.4 +noise Gaussian -quality 88 photo12.jpg"),
             folder);
     for (const char* small : {"photo2.jpg", "photo2.png", "photo2.webp"})
-        command(convert, words("photo12.jpg -resize 1600x1200 -quality 85") + QStringList{QString::fromUtf8(small)},
+        command(magick, words("photo12.jpg -resize 1600x1200 -quality 85") + QStringList{QString::fromUtf8(small)},
                 folder);
+    command(magick, words("photo12.jpg -resize 8000x6000 -quality 88 photo48.jpg"), folder);
+    for (const char* modern : {"/photo2.heic", "/photo2.avif"})
+        convert(folder + QStringLiteral("/photo2.jpg"), folder + QString::fromUtf8(modern));
+    makeDrawing(folder + QStringLiteral("/drawing.svg"));
     makePage(folder + QStringLiteral("/page.pdf"));
     QPdfDocument page;
     page.load(folder + QStringLiteral("/page.pdf"));
@@ -83,7 +116,7 @@ void make(const QString& folder) {
         words(
             "-v error -y -f lavfi -i testsrc2=s=1920x1080:d=20:r=30 -vf noise=alls=12 -pix_fmt yuv420p film1080p.mp4"),
         folder);
-    QFile(folder + QStringLiteral("/made")).open(QIODevice::WriteOnly);
+    QFile(folder + QStringLiteral("/made-2")).open(QIODevice::WriteOnly);
 }
 
 QImage byQt(const QString& file) {
@@ -188,12 +221,18 @@ QImage fullReduction(const QString& file, QSize size) {
     return image;
 }
 
+bool endsWith(const QString& file, std::initializer_list<const char*> endings) {
+    return std::any_of(endings.begin(), endings.end(),
+                       [&file](const char* ending) { return file.endsWith(QLatin1String(ending)); });
+}
+
 void measure(Reader& reader, const Sample& sample, const QString& folder) {
     const QString file = folder + QLatin1Char('/') + QString::fromUtf8(sample.name);
-    const bool isFilm = file.endsWith(QLatin1String(".mp4"));
+    const bool isFilm = endsWith(file, {".mp4"});
     std::vector<bench::Run> runs{{"reader", [&] { byReader(reader, sample.pictures, Location(file)); }}};
     if (!isFilm) {
-        runs.push_back({"qt", [&] { onThreads(sample.pictures, [&] { byQt(file); }); }});
+        if (!endsWith(file, {".heic", ".avif"}))
+            runs.push_back({"qt", [&] { onThreads(sample.pictures, [&] { byQt(file); }); }});
         runs.push_back({"vips", [&] { onThreads(sample.pictures, [&] { byVips(file); }); }});
     } else if (!QStandardPaths::findExecutable(QStringLiteral("ffmpegthumbnailer")).isEmpty()) {
         runs.push_back(
@@ -203,13 +242,64 @@ void measure(Reader& reader, const Sample& sample, const QString& folder) {
     for (const bench::Run& run : runs)
         bench::report((std::string(sample.name) + '_' + run.name).c_str(),
                       sample.pictures * 1000 / bench::median(run.milliseconds));
-    if (isFilm || file.endsWith(QLatin1String(".pdf")))
+    if (!endsWith(file, {".jpg", ".png", ".webp"}))
         return;
     QFuture<QImage> ours = reader.thumbnail(Location(file), QSize(side, side));
     ours.waitForFinished();
     const QImage reference = fullReduction(file, ours.result().size());
     bench::report((std::string(sample.name) + "_similarity").c_str(), similarity(ours.result(), reference));
     bench::report((std::string(sample.name) + "_qt_similarity").c_str(), similarity(byQt(file), reference));
+}
+
+// The same makers in this process and behind the protocol, one at a time, so that nothing else differs.
+void measureProtocol(const QString& folder) {
+    constexpr int pictures = 60;
+    const Location file(folder + QStringLiteral("/photo2.jpg"));
+    Reader one({.children = 1});
+    std::vector<bench::Run> runs{{"protocol", [&] { byReader(one, pictures, file); }},
+                                 {"direct", [&] {
+                                      for (int i = 0; i < pictures; ++i)
+                                          reader::Pictures::thumbnail(*reader::OpenedFile::open(file.path()),
+                                                                      QSize(side, side), std::chrono::seconds(8));
+                                  }}};
+    bench::interleave(runs, rounds * 2);
+    for (const bench::Run& run : runs)
+        bench::report(run.name, bench::median(run.milliseconds) / pictures);
+}
+
+// Sixty tiles from nothing, the readers' start included, beside the library that is the quickest for each kind.
+void measureScreen(const QString& folder) {
+    constexpr std::array<const char*, 10> tiles{"photo12.jpg", "photo2.jpg",   "photo2.png",  "screen.png",
+                                                "photo2.webp", "photo2.heic",  "photo2.avif", "drawing.svg",
+                                                "page.pdf",    "film1080p.mp4"};
+    constexpr int count = 60;
+    const auto file = [&folder, &tiles](int tile) {
+        return folder + QLatin1Char('/') + QString::fromUtf8(tiles[size_t(tile) % tiles.size()]);
+    };
+    const auto ours = [&] {
+        Reader reader({.children = threads});
+        QList<QFuture<QImage>> futures;
+        for (int tile = 0; tile < count; ++tile)
+            futures.append(reader.thumbnail(Location(file(tile)), QSize(side, side)));
+        for (QFuture<QImage>& future : futures)
+            future.waitForFinished();
+    };
+    const auto theirs = [&] {
+        std::atomic<int> next = 0;
+        onThreads(count, [&] {
+            const QString path = file(next++);
+            if (endsWith(path, {".mp4"}))
+                byThumbnailer(path, folder);
+            else if (endsWith(path, {".webp", ".heic", ".avif"}))
+                byVips(path);
+            else
+                byQt(path);
+        });
+    };
+    std::vector<bench::Run> runs{{"screen", ours}, {"screen_libraries", theirs}};
+    bench::interleave(runs, rounds);
+    for (const bench::Run& run : runs)
+        bench::report(run.name, bench::median(run.milliseconds));
 }
 
 } // namespace
@@ -227,4 +317,8 @@ int main(int argc, char** argv) {
     for (const Sample& sample : samples)
         if (argc < 3 || qstrcmp(argv[2], sample.name) == 0)
             measure(reader, sample, folder);
+    if (argc < 3) {
+        measureProtocol(folder);
+        measureScreen(folder);
+    }
 }
