@@ -35,7 +35,17 @@ FocusScope {
         list.contentY = from
         motion.from = from
         motion.to = to
+        motion.row = row
+        motion.mode = mode
         motion.start()
+    }
+
+    // Where to scroll was decided by the height of before: at the start, with a file to show, that is none.
+    function resized() {
+        if (motion.running)
+            scrollTo(motion.row, motion.mode)
+        else
+            list.returnToBounds()
     }
 
     function takeFocusBack() {
@@ -87,6 +97,10 @@ FocusScope {
     }
     NumberAnimation {
         id: motion
+
+        property int row
+        property int mode
+
         target: list
         property: "contentY"
         duration: Theme.scroll
@@ -99,6 +113,7 @@ FocusScope {
         readonly property real headHeight: Theme.controlHeight + 2 * Theme.gap
 
         anchors.fill: parent
+        onHeightChanged: Qt.callLater(grid.resized)
         focus: true
         activeFocusOnTab: true
         model: grid.browser.rows

@@ -179,6 +179,25 @@ private Q_SLOTS:
         QTRY_VERIFY(Pane::centre(pane.tile("AssetTile", u"45.txt"_qs)).y() < 668);
     }
 
+    void aPageThatFitsIsNotScrolledOnceItsWindowHasGrown() {
+        Pane pane;
+        for (int n = 1; n <= 12; ++n)
+            pane.file("p/" + std::to_string(n) + ".txt", n);
+        pane.open(Place::folder(pane.folder("p")));
+        QTRY_COMPARE(pane.browser->order().size(), 12);
+        QQuickItem* const list = pane.items("QQuickListView").last();
+        const int last = pane.browser->rows()->rowCount() - 1;
+        QVERIFY(last > 0);
+        pane.view->resize(1000, 200);
+        QTRY_VERIFY(list->height() < 150);
+        Q_EMIT pane.browser->scrollRequested(last, true);
+        pane.view->resize(1000, 900);
+        QTRY_VERIFY(list->height() > 600);
+        pane.settle();
+        QTRY_VERIFY(list->property("atYBeginning").toBool());
+        QVERIFY(pane.tile("AssetTile", u"1.txt"_qs));
+    }
+
     void noHeadCoversTheTilesOfAScrolledFolder() {
         Pane pane;
         for (int n = 1; n <= 60; ++n)
