@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <condition_variable>
 #include <cstring>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -113,27 +114,65 @@ private:
     bool m_isCancelled = false;
 };
 
-using Held = std::shared_ptr<Stream>;
+// The streams that are open, by number. The player may close one while it is being told to cancel it: a number that is
+// no longer there does no harm, and a stream found here outlives the call.
+class Streams {
+public:
+    static Streams& shared() {
+        // Never destroyed: a player on its way out may still read.
+        static auto* const streams = new Streams;
+        return *streams;
+    }
 
-Stream& streamOf(void* cookie) {
-    return **static_cast<Held*>(cookie);
-}
+    quintptr add(std::shared_ptr<Stream> stream) {
+        const std::lock_guard lock(m_mutex);
+        m_streams.emplace(++m_last, std::move(stream));
+        return m_last;
+    }
+
+    std::shared_ptr<Stream> find(void* cookie) {
+        const std::lock_guard lock(m_mutex);
+        const auto found = m_streams.find(quintptr(cookie));
+        return found == m_streams.end() ? nullptr : found->second;
+    }
+
+    std::shared_ptr<Stream> take(void* cookie) {
+        const std::lock_guard lock(m_mutex);
+        auto node = m_streams.extract(quintptr(cookie));
+        return node ? std::move(node.mapped()) : nullptr;
+    }
+
+private:
+    std::mutex m_mutex;
+    std::map<quintptr, std::shared_ptr<Stream>> m_streams;
+    quintptr m_last = 0;
+};
 
 int open(void*, char* address, mpv_stream_cb_info* info) {
     const QByteArray text(address);
     const QByteArray path = QByteArray::fromPercentEncoding(text.sliced(text.indexOf("://") + 3));
     const auto stream = std::make_shared<Stream>(path);
     Stream::start(stream);
-    info->cookie = new Held(stream);
+    info->cookie = reinterpret_cast<void*>(Streams::shared().add(stream));
     info->read_fn = [](void* cookie, char* bytes, uint64_t count) -> int64_t {
-        return streamOf(cookie).read(bytes, count);
+        const auto found = Streams::shared().find(cookie);
+        return found ? found->read(bytes, count) : -1;
     };
-    info->seek_fn = [](void* cookie, int64_t position) -> int64_t { return streamOf(cookie).seek(position); };
-    info->size_fn = [](void* cookie) -> int64_t { return streamOf(cookie).size(); };
-    info->cancel_fn = [](void* cookie) { streamOf(cookie).cancel(); };
+    info->seek_fn = [](void* cookie, int64_t position) -> int64_t {
+        const auto found = Streams::shared().find(cookie);
+        return found ? found->seek(position) : int64_t(MPV_ERROR_GENERIC);
+    };
+    info->size_fn = [](void* cookie) -> int64_t {
+        const auto found = Streams::shared().find(cookie);
+        return found ? found->size() : int64_t(MPV_ERROR_GENERIC);
+    };
+    info->cancel_fn = [](void* cookie) {
+        if (const auto found = Streams::shared().find(cookie))
+            found->cancel();
+    };
     info->close_fn = [](void* cookie) {
-        streamOf(cookie).cancel();
-        delete static_cast<Held*>(cookie);
+        if (const auto closed = Streams::shared().take(cookie))
+            closed->cancel();
     };
     return 0;
 }

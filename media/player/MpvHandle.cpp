@@ -33,6 +33,9 @@ constexpr std::pair<const char*, const char*> settings[] = {
     // Nothing of the user's mpv, no scripts, no keys, no texts over the picture, no helpers on the network.
     {"config", "no"},
     {"load-scripts", "no"},
+    {"load-stats-overlay", "no"},
+    {"load-osd-console", "no"},
+    {"load-auto-profiles", "no"},
     {"ytdl", "no"},
     {"osc", "no"},
     {"osd-level", "0"},
@@ -59,6 +62,8 @@ constexpr std::pair<const char*, const char*> settings[] = {
     // The room shows through beside the picture. Pictures are decoded and dropped while no surface shows them.
     {"background", "#00000000"},
     {"vo", "null"},
+    // A picture is given out when it is due: the surface draws at once and does not wait for its time.
+    {"video-timing-offset", "0"},
 };
 
 // Players on their way out. Ending one waits for its threads and its audio device.

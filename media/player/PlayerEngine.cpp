@@ -296,10 +296,12 @@ void PlayerEngine::hear(const mpv_event& event) {
         if (m_isLoaded)
             arrived();
         break;
-    case MPV_EVENT_END_FILE:
-        if (m_entry != 0 && static_cast<const mpv_event_end_file*>(event.data)->playlist_entry_id == m_entry)
-            failed();
+    case MPV_EVENT_END_FILE: {
+        const auto& end = *static_cast<const mpv_event_end_file*>(event.data);
+        if (m_entry != 0 && end.playlist_entry_id == m_entry)
+            m_isLoaded&& end.error == MPV_ERROR_VO_INIT_FAILED ? loadAgain() : failed();
         break;
+    }
     default:
         break;
     }
@@ -307,8 +309,12 @@ void PlayerEngine::hear(const mpv_event& event) {
 
 void PlayerEngine::hearReply(const mpv_event& event) {
     const auto asked = Asked(event.reply_userdata & 0xff);
-    if (asked == Asked::surface)
-        m_surfaces->pictureIsAway();
+    if (asked == Asked::surface) {
+        const auto* const output = static_cast<const mpv_event_property*>(event.data);
+        const bool isText = event.error >= 0 && output->format == MPV_FORMAT_STRING;
+        m_surfaces->drawsWith(isText ? *static_cast<char* const*>(output->data) : nullptr);
+        return;
+    }
     if (asked == Asked::position)
         m_isPositionAsked = false;
     if (event.reply_userdata >> 8 != m_file)
@@ -382,6 +388,16 @@ void PlayerEngine::arrived() {
     move();
     m_mpv->get("eof-reached", MPV_FORMAT_FLAG, tag(Asked::end));
     m_mpv->get("time-pos", MPV_FORMAT_DOUBLE, tag(Asked::position));
+}
+
+// A film without sound ends when the surface it is shown on goes before it could be turned away.
+void PlayerEngine::loadAgain() {
+    m_entry = 0;
+    m_isBegun = m_isLoaded = false;
+    m_movements.reset();
+    m_movements.begin();
+    m_movements.seek(m_time, true);
+    m_mpv->load(m_url, tag(Asked::loading));
 }
 
 void PlayerEngine::failed() {

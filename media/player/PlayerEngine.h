@@ -130,6 +130,9 @@ public:
     // J, K and L: backward, stand, forward. A file that can't run backward jumps back two seconds instead.
     void shuttle(int direction);
 
+    // The player is where it was sent: nothing is being loaded or sought.
+    bool isStanding() const { return m_isLoaded && !m_movements.isUnderWay(); }
+
     // For the scrubber: whether to go on playing when it is let go.
     bool wasPlayingBeforeScrub = false;
 
@@ -181,6 +184,7 @@ private:
     void hearTracks(const mpv_node& tracks);
     void fileLoaded();
     void arrived();
+    void loadAgain();
     void failed();
     void atEnd(bool isIt);
     void ended();

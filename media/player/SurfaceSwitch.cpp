@@ -3,7 +3,13 @@
 
 #include "VideoSurface.h"
 
+#include <QTimer>
+
+#include <mpv/client.h>
+
 namespace lumbra {
+
+using namespace std::chrono_literals;
 
 void SurfaceSwitch::add(VideoSurface* surface) {
     m_surfaces.append(surface);
@@ -26,18 +32,28 @@ void SurfaceSwitch::choose() {
         return;
     if (m_owner) {
         m_isTurningAway = true;
-        m_mpv->set("vo", "null", m_tag);
+        m_mpv->set("vo", "null");
+        ask();
         return;
     }
-    if (m_drawing && m_surfaces.contains(m_drawing))
+    if (m_drawing)
         m_drawing->setDraws(false);
     m_drawing = wanted;
     if (wanted)
         wanted->setDraws(true);
 }
 
-void SurfaceSwitch::pictureIsAway() {
-    if (m_isTurningAway && m_drawing)
+// The player takes the wish at once and leaves its output a moment later, without a word.
+void SurfaceSwitch::ask() {
+    m_mpv->get("current-vo", MPV_FORMAT_STRING, m_tag);
+}
+
+void SurfaceSwitch::drawsWith(const char* output) {
+    if (!m_isTurningAway)
+        return;
+    if (qstrcmp(output, "libmpv") == 0)
+        QTimer::singleShot(5ms, this, &SurfaceSwitch::ask);
+    else if (m_drawing) // otherwise it frees its context in dying
         m_drawing->setDraws(false);
 }
 
@@ -53,11 +69,11 @@ void SurfaceSwitch::contextFreed(const VideoSurface* surface) {
     if (surface != m_owner)
         return;
     m_owner = nullptr;
-    // Without warning, as when its window lost its graphics: the film has lost its pictures, and needs them again.
-    if (!std::exchange(m_isTurningAway, false)) {
-        m_mpv->set("vo", "null");
-        m_mpv->set("vid", "auto");
-    }
+    m_isTurningAway = false;
+    // It may have been freed under the film, as when its window went: then that has lost its pictures and needs them
+    // again.
+    m_mpv->set("vo", "null");
+    m_mpv->set("vid", "auto");
     if (surface == m_drawing)
         m_drawing = nullptr;
     Q_EMIT freed(surface);

@@ -12,6 +12,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QPointer>
 
 namespace lumbra {
 
@@ -21,7 +22,7 @@ class SurfaceSwitch : public QObject {
     Q_OBJECT
 
 public:
-    // Replies of the handle with the tag belong to `pictureIsAway`.
+    // Replies of the handle with the tag belong to `drawsWith`.
     SurfaceSwitch(std::shared_ptr<MpvHandle> mpv, quint64 tag) : m_mpv(std::move(mpv)), m_tag(tag) {}
 
     void add(VideoSurface* surface);
@@ -35,8 +36,9 @@ public:
     // The surfaces look at the player again.
     void update() const;
 
-    // What happened: the player draws nowhere; a surface has made its context, or has freed it, maybe by dying.
-    void pictureIsAway();
+    // What happened: the player has said which of its outputs it draws with, null for none; a surface has made its
+    // context, or has freed it, maybe by dying.
+    void drawsWith(const char* output);
     void contextMade(const VideoSurface* surface);
     void contextFreed(const VideoSurface* surface);
 
@@ -46,11 +48,12 @@ Q_SIGNALS:
 
 private:
     void choose();
+    void ask();
 
     const std::shared_ptr<MpvHandle> m_mpv;
     const quint64 m_tag;
     QList<VideoSurface*> m_surfaces; // in the order in which they came
-    VideoSurface* m_drawing = nullptr;
+    QPointer<VideoSurface> m_drawing;
     const VideoSurface* m_owner = nullptr; // of the context there is; only compared
     bool m_isTurningAway = false;
 };
