@@ -50,8 +50,9 @@ std::optional<QList<QImage>> FilmFrames::make(std::unique_ptr<OpenedFile> file, 
         film->media->allow(time);
     else if (film = open(std::move(file), time); !film)
         return std::nullopt;
-    const double duration = film->media->duration();
-    if (wish.unit == FramesWish::Unit::durations && duration <= 0)
+    const bool needsDuration = wish.unit == FramesWish::Unit::durations;
+    const double duration = needsDuration ? film->media->findDuration() : 0;
+    if (needsDuration && duration <= 0)
         return std::nullopt;
 
     const QList<double> times = secondsOf(wish, duration);

@@ -20,7 +20,7 @@ Answer MediaAnswers::facts(const Request& request, const OpenedFile& file) const
     const std::unique_ptr<MediaFile> media = MediaFile::open(file, limitOf(request));
     if (!media)
         return {};
-    const MediaFacts facts{media->duration(), media->pictures() != nullptr, media->sound() != nullptr};
+    const MediaFacts facts{media->findDuration(), media->pictures() != nullptr, media->sound() != nullptr};
     if (!facts.hasPictures && !facts.hasSound)
         return {};
     return {.found = true, .details = encoded(facts)};

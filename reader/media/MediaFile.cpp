@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cmath>
 
 namespace lumbra::reader {
 
@@ -22,6 +23,9 @@ constexpr char containers[] = "mov,matroska,webm,avi,ogg,flv,asf,mpegts,mpeg,mpe
 constexpr double longestDuration = 1e9;
 
 constexpr int bufferSize = 64 * 1024;
+
+// How long the end of a file is looked for.
+constexpr std::chrono::seconds searchLimit(2);
 
 int refuse(AVFormatContext*, AVIOContext**, const char*, int, AVDictionary**) {
     return AVERROR(EPERM);
@@ -116,6 +120,26 @@ QByteArray MediaFile::cover() const {
 double MediaFile::duration() const {
     const double seconds = double(m_context->duration) / AV_TIME_BASE; // far below 0 if unknown
     return seconds > 0 && seconds <= longestDuration ? seconds : 0;
+}
+
+double MediaFile::findDuration() {
+    if (duration() > 0)
+        return duration();
+    const auto deadline = std::chrono::steady_clock::now() + searchLimit;
+    double end = 0;
+    const Owned<AVPacket> packet(av_packet_alloc());
+    while (av_read_frame(m_context, packet.get()) >= 0) {
+        if (isOver() || std::chrono::steady_clock::now() >= deadline)
+            return 0;
+        const AVStream& stream = *m_context->streams[packet->stream_index];
+        const int64_t begin = packet->pts == AV_NOPTS_VALUE ? packet->dts : packet->pts;
+        if (begin != AV_NOPTS_VALUE)
+            end = std::max(end, double(begin + packet->duration) * av_q2d(stream.time_base) - start());
+        av_packet_unref(packet.get());
+    }
+    if (end > 0 && end <= longestDuration)
+        m_context->duration = std::llround(end * AV_TIME_BASE);
+    return duration();
 }
 
 double MediaFile::start() const {

@@ -44,6 +44,9 @@ public:
     // Seconds; 0 if the file does not tell.
     double duration() const;
 
+    // The same, but looks for the end of a file that does not tell, as browsers record them; for a while.
+    double findDuration();
+
     // What time 0 of the file is called inside, in seconds.
     double start() const;
 

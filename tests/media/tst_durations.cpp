@@ -91,6 +91,20 @@ private Q_SLOTS:
                  qPrintable(QString::number(*m_durations->seconds(asset))));
     }
 
+    // As browsers record.
+    void aFilmThatDoesNotTellItsLengthIsReadToItsEnd_data() {
+        QTest::addColumn<QByteArray>("name");
+        QTest::addColumn<QByteArray>("encoding");
+        QTest::newRow("a live recording") << QByteArray("live.webm") << QByteArray("-c:v libvpx -f webm -live 1");
+        QTest::newRow("a bare stream") << QByteArray("bare.m2v") << QByteArray("-c:v mpeg2video -r 25");
+    }
+
+    void aFilmThatDoesNotTellItsLengthIsReadToItsEnd() {
+        QFETCH(QByteArray, name);
+        QFETCH(QByteArray, encoding);
+        QCOMPARE(labelOf(assetAt(counted(name.constData(), 5, encoding.constData()))), QStringLiteral("0:05"));
+    }
+
     void aFilmOfThreeTenthsOfASecondReadsAsNone() {
         QCOMPARE(labelOf(assetAt(counted("tiny.mp4", 0.3, "-c:v libx264"))), QStringLiteral("0:00"));
     }

@@ -67,6 +67,10 @@ private Q_SLOTS:
         row("MPEG-4 in AVI", "mpeg4.avi", "-c:v mpeg4 -q:v 3");
         row("MPEG-2", "mpeg2.mpg", "-c:v mpeg2video -q:v 3 -r 25");
         row("Windows Media", "wmv.wmv", "-c:v wmv2 -q:v 3");
+        row("a live recording that does not tell its length", "live.webm", "-c:v libvpx -g 20 -f webm -live 1");
+        row("a bare MPEG-2 stream", "bare.m2v", "-c:v mpeg2video -q:v 3 -r 25");
+        row("MPEG-4 in pieces", "pieces.mp4", "-c:v libx264 -g 20 -movflags frag_keyframe+empty_moov");
+        row("MXF", "mpeg2.mxf", "-c:v mpeg2video -q:v 3 -r 25");
         row("pictures one by one", "mjpeg.mov", "-c:v mjpeg -q:v 3");
     }
 
