@@ -8,7 +8,7 @@ namespace lumbra::reader::Interruption {
 // From now on, whatever arrives at the socket while a request is worked on is the word to stop, or the end.
 void listenTo(int socket);
 
-// Costs one call of the system.
+// May be asked at every step. It hears of the word some milliseconds late.
 bool isRequested();
 
 } // namespace lumbra::reader::Interruption

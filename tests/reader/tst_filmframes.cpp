@@ -271,7 +271,7 @@ private Q_SLOTS:
         QVERIFY(!Interruption::isRequested());
         QCOMPARE(framesOf(file, strip(12)).value().size(), 12);
         QCOMPARE(::write(pair[1], "stop", 4), 4);
-        QVERIFY(Interruption::isRequested());
+        QTRY_VERIFY(Interruption::isRequested());
         QVERIFY(framesOf(file, strip(12)).value_or(QList<QImage>()).isEmpty());
         Interruption::listenTo(-1);
         ::close(pair[0]);
