@@ -31,7 +31,8 @@ std::unique_ptr<OpenedFile> OpenedFile::open(const QByteArray& path) {
         ::close(descriptor);
         return nullptr;
     }
-    const std::string_view extension = Location(path).extension();
+    const Location location(path); // owns what the extension looks into
+    const std::string_view extension = location.extension();
     const Identity identity{status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec,
                             status.st_mtim.tv_nsec};
     return std::unique_ptr<OpenedFile>(
