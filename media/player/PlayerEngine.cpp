@@ -78,6 +78,13 @@ PlayerEngine::PlayerEngine(Preferences& preferences, const MpvHandle::Options& o
     m_volume = volumeOf(preferences);
     m_mpv = MpvHandle::make(options, [this](const mpv_event& event) { hear(event); });
     m_surfaces = std::make_unique<SurfaceSwitch>(m_mpv, quint64(Asked::surface));
+    // A film that stands makes no new picture by itself.
+    connect(m_surfaces.get(), &SurfaceSwitch::made, this, [this] {
+        if (!m_isLoaded || m_isPlaying)
+            return;
+        m_movements.seek(m_time, true);
+        move();
+    });
     m_mpv->set("volume", m_volume * 100);
     m_mpv->observe("time-pos", MPV_FORMAT_DOUBLE, quint64(Asked::watch));
     m_mpv->observe("eof-reached", MPV_FORMAT_FLAG, quint64(Asked::watch));
@@ -380,7 +387,7 @@ void PlayerEngine::fileLoaded() {
 
 void PlayerEngine::arrived() {
     m_movements.arrived();
-    if (!m_isSound && m_sight != Sight::itself)
+    if (!m_isSound)
         setSight(Sight::itself);
     // At the end of a file the player pauses by itself, whenever that was in the meantime.
     if (m_rate != 0)

@@ -59,10 +59,12 @@ void SurfaceSwitch::drawsWith(const char* output) {
 
 void SurfaceSwitch::contextMade(const VideoSurface* surface) {
     m_owner = surface;
-    if (surface == m_drawing && m_surfaces.contains(m_drawing))
-        m_mpv->set("vo", "libmpv");
-    else
+    if (surface != m_drawing || !m_surfaces.contains(m_drawing)) {
         choose();
+        return;
+    }
+    m_mpv->set("vo", "libmpv");
+    Q_EMIT made();
 }
 
 void SurfaceSwitch::contextFreed(const VideoSurface* surface) {

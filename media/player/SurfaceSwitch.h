@@ -43,6 +43,9 @@ public:
     void contextFreed(const VideoSurface* surface);
 
 Q_SIGNALS:
+    // The player draws on a surface from now on, with a picture as soon as it has a new one.
+    void made();
+
     // The surface that drew has given its context up; its address, since it may be gone.
     void freed(const void* surface);
 
