@@ -57,10 +57,16 @@ QByteArray withoutReferences(const QByteArray& text) {
     return reader.hasError() ? QByteArray() : kept;
 }
 
+// Most drawings refer to nothing and declare nothing, and are spared being written anew. Two bytes a letter would hide
+// what is looked for.
+bool mayRefer(const QByteArray& text) {
+    return text.contains("href") || text.contains("<!DOCTYPE") || text.contains("<?xml-") || text.contains('\0');
+}
+
 } // namespace
 
 QImage drawingPicture(const QByteArray& text, QSize box) {
-    const QByteArray kept = withoutReferences(text);
+    const QByteArray kept = mayRefer(text) ? withoutReferences(text) : text;
     QSvgRenderer renderer;
     if (kept.isEmpty() || !renderer.load(kept) || renderer.defaultSize().isEmpty())
         return {};

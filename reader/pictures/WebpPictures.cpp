@@ -32,6 +32,7 @@ QImage webpPicture(OpenedFile& file, QSize box, Milliseconds limit) {
         return {};
     const QSize size = fittedWithoutEnlarging(QSize(config.input.width, config.input.height), box);
     QImage image(size, config.input.has_alpha ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+    config.options.use_threads = 1; // filters beside decoding
     config.options.use_scaling = 1;
     config.options.scaled_width = size.width();
     config.options.scaled_height = size.height();
