@@ -8,6 +8,7 @@
 #include "OfficeText.h"
 
 #include <array>
+#include <cstdlib>
 
 namespace lumbra::reader {
 
@@ -28,6 +29,22 @@ constexpr std::array previews{
     "thumbnail.png",            // fig
 };
 
+// Of one colour: libraries that write documents leave the blank page of their template in them.
+bool isBlank(const QImage& image) {
+    constexpr int tolerance = 6;
+    const QImage plain = image.convertToFormat(QImage::Format_RGB32);
+    const QRgb first = plain.pixel(0, 0);
+    for (int y = 0; y < plain.height(); ++y) {
+        const auto* const row = reinterpret_cast<const QRgb*>(plain.constScanLine(y));
+        for (int x = 0; x < plain.width(); ++x) {
+            if (std::abs(qRed(row[x]) - qRed(first)) > tolerance || std::abs(qGreen(row[x]) - qGreen(first)) > tolerance
+                || std::abs(qBlue(row[x]) - qBlue(first)) > tolerance)
+                return false;
+        }
+    }
+    return true;
+}
+
 } // namespace
 
 QImage archivePicture(OpenedFile& file, QSize box, Milliseconds) {
@@ -36,7 +53,7 @@ QImage archivePicture(OpenedFile& file, QSize box, Milliseconds) {
         return {};
     for (const char* name : previews) {
         const QImage image = embeddedPicture(archive->entry(name, previewLimit), box);
-        if (!image.isNull())
+        if (!image.isNull() && !isBlank(image))
             return image;
     }
     return {};

@@ -123,6 +123,17 @@ private Q_SLOTS:
         QCOMPARE(at(image, 0.5, 0.9), QColor(Qt::white));
     }
 
+    void theBlankPreviewOfATemplateIsPassedOver() {
+        QImage blank(200, 280, QImage::Format_RGB32);
+        blank.fill(Qt::white);
+        const QByteArray words = "<x><p><t>Annual report</t></p></x>";
+        made::zip(path("words.docx"), "word/document.xml", words);
+        made::zip(path("blank.docx"),
+                  {{"docProps/thumbnail.jpeg", made::encoded(blank, "jpg")}, {"word/document.xml", words}});
+        QVERIFY(!thumbnail("blank.docx").isNull());
+        QVERIFY(thumbnail("blank.docx") == thumbnail("words.docx"));
+    }
+
     void aDocumentThatDeclaresTypesOrNothingIsNothing() {
         made::zip(path("types.docx"), "word/document.xml",
                   "<!DOCTYPE x [<!ENTITY a 'aaaaaaaaaa'>]><x><p><t>&a;</t></p></x>");
