@@ -2,7 +2,7 @@
 // many threads: the length of a film, a strip of 12 frames of ten minutes of 1080p, one frame where a pointer rests,
 // the bars of an hour of sound. Milliseconds each.
 //
-// bench_media FOLDER: makes its media there once.
+// bench_media FOLDER [NAME]: makes its media there once; measures all, or the one work.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Measure.h"
@@ -183,7 +183,11 @@ double lengthDirectly(const QByteArray& path) {
     return duration;
 }
 
+const char* only = nullptr;
+
 void measure(const char* name, std::vector<bench::Run> runs, int times = 1) {
+    if (only && qstrcmp(only, name) != 0)
+        return;
     bench::interleave(runs, rounds);
     for (const bench::Run& run : runs)
         bench::report((std::string(name) + '_' + run.name).c_str(), bench::median(run.milliseconds) / times);
@@ -195,6 +199,7 @@ int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     if (argc < 2)
         return 2;
+    only = argc > 2 ? argv[2] : nullptr;
     av_log_set_level(AV_LOG_QUIET);
     const QString folder = QString::fromUtf8(argv[1]);
     make(folder);
