@@ -11,6 +11,15 @@ namespace lumbra {
 
 using namespace std::chrono_literals;
 
+namespace {
+
+constexpr std::pair<const char*, const char*> forSoftware[] = {
+    {"scale", "bilinear"},         {"dscale", "bilinear"},       {"cscale", "bilinear"},      {"dither", "no"},
+    {"correct-downscaling", "no"}, {"linear-downscaling", "no"}, {"sigmoid-upscaling", "no"},
+};
+
+} // namespace
+
 void SurfaceSwitch::add(VideoSurface* surface) {
     m_surfaces.append(surface);
     choose();
@@ -57,12 +66,16 @@ void SurfaceSwitch::drawsWith(const char* output) {
         m_drawing->setDraws(false);
 }
 
-void SurfaceSwitch::contextMade(const VideoSurface* surface) {
+void SurfaceSwitch::contextMade(const VideoSurface* surface, bool isSoftware) {
     m_owner = surface;
     if (surface != m_drawing || !m_surfaces.contains(m_drawing)) {
         choose();
         return;
     }
+    // Without a graphics processor the finer ways of scaling cost more than a picture's time.
+    if (isSoftware)
+        for (const auto& [option, value] : forSoftware)
+            m_mpv->set(option, value);
     m_mpv->set("vo", "libmpv");
     Q_EMIT made();
 }

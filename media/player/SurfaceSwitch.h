@@ -39,7 +39,7 @@ public:
     // What happened: the player has said which of its outputs it draws with, null for none; a surface has made its
     // context, or has freed it, maybe by dying.
     void drawsWith(const char* output);
-    void contextMade(const VideoSurface* surface);
+    void contextMade(const VideoSurface* surface, bool isSoftware);
     void contextFreed(const VideoSurface* surface);
 
 Q_SIGNALS:

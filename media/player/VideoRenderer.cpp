@@ -112,9 +112,13 @@ void VideoRenderer::makeContext() {
     }
     m_bell = std::make_unique<Bell>(Bell{m_surface});
     mpv_render_context_set_update_callback(m_context, &Bell::ring, m_bell.get());
-    Tasks::postToMain([to = m_switch, surface = m_address] {
+    const auto* const name =
+        reinterpret_cast<const char*>(QOpenGLContext::currentContext()->functions()->glGetString(GL_RENDERER));
+    const QByteArray renderer = QByteArray(name).toLower();
+    const bool isSoftware = renderer.contains("llvmpipe") || renderer.contains("softpipe");
+    Tasks::postToMain([to = m_switch, surface = m_address, isSoftware] {
         if (to)
-            to->contextMade(surface);
+            to->contextMade(surface, isSoftware);
     });
 }
 
