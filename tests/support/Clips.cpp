@@ -23,7 +23,7 @@ namespace {
 
 struct Recipe {
     const char* name;
-    const char* arguments; // parted by blanks
+    const char* arguments; // parted by blanks; @ stands before another clip
 };
 
 constexpr std::array recipes{
@@ -35,7 +35,7 @@ constexpr std::array recipes{
     Recipe{"av1.mp4", MOVING TONE " -c:v libaom-av1 -usage realtime -cpu-used 8 -c:a aac"},
     Recipe{"theora.ogv", MOVING TONE " -c:v libtheora -c:a libvorbis"},
     Recipe{"mpeg4.avi", MOVING TONE " -c:v mpeg4 -c:a libmp3lame"},
-    Recipe{"turned.mp4", MOVING TONE H264 " -c:a aac -metadata:s:v rotate=90"},
+    Recipe{"turned.mp4", "-i @h264.mp4 -c copy -metadata:s:v rotate=90"},
     Recipe{"stretched.mp4", MOVING TONE H264 " -vf setsar=2 -c:a aac"},
     Recipe{"silent.mp4", MOVING H264 " -g 12"},
     Recipe{"halves.mp4", "-f lavfi -i color=red:s=160x90:r=25:d=2,drawbox=y=45:h=45:color=blue:t=fill" H264},
@@ -96,8 +96,12 @@ Location clip(const char* name) {
     // Others may be making it as well: whoever is last wins, and nobody sees a part of it.
     QDir().mkpath(folder);
     const QString part = folder + QStringLiteral("/%1-%2").arg(::getpid()).arg(QLatin1String(name));
-    ffmpeg(QStringLiteral("-v error -y -nostdin %1").arg(QLatin1String(recipe.arguments)).split(QLatin1Char(' '))
-           << part);
+    QStringList arguments =
+        QStringLiteral("-v error -y -nostdin %1").arg(QLatin1String(recipe.arguments)).split(QLatin1Char(' '));
+    for (QString& argument : arguments)
+        if (argument.startsWith(u'@'))
+            argument = clip(argument.sliced(1).toLatin1().constData()).toString();
+    ffmpeg(arguments << part);
     if (std::rename(part.toUtf8().constData(), made.path().constData()) != 0)
         qFatal("cannot rename %s", qUtf8Printable(part));
     return made;
