@@ -10,8 +10,7 @@ Tasks::Task<QList<float>> bars(const Location& file, int count, std::stop_token 
 }
 
 Tasks::Task<QList<float>> bars(Reader& reader, const Location& file, int count, std::stop_token stop) {
-    QFuture<QList<float>> measured = reader.loudness(file, count, Reader::Urgency::soon, std::move(stop));
-    return Tasks::Task<QList<float>>(measured.then(QtFuture::Launch::Sync, barsOf));
+    return reader.loudness(file, count, Reader::Urgency::soon, std::move(stop)).map(barsOf);
 }
 
 QList<float> barsOf(QList<float> loudness) {

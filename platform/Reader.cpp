@@ -5,7 +5,6 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <QPromise>
 
 #include <algorithm>
 #include <climits>
@@ -74,12 +73,10 @@ template <typename Value>
 Tasks::Task<Value> Reader::ask(reader::Kind kind, const Location& file, QByteArray details, Urgency urgency,
                                std::stop_token stop, std::function<bool(const reader::Found&)> makesSense,
                                Reading<Value> read) {
-    const auto promise = std::make_shared<QPromise<Value>>();
-    promise->start();
-    Tasks::Task<Value> task(promise->future());
+    const auto promise = std::make_shared<Tasks::Promise<Value>>();
+    Tasks::Task<Value> task = promise->task();
     const auto deliver = [promise, read = std::move(read)](const std::optional<reader::Found>& found) {
-        promise->addResult(read(found));
-        promise->finish();
+        promise->give(read(found));
     };
     if (!file.path().startsWith('/') || file.path().size() >= PATH_MAX) {
         deliver(std::nullopt);

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <memory>
+#include <thread>
 
 using namespace lumbra;
 
@@ -69,6 +70,41 @@ private Q_SLOTS:
         task.then(context.get(), [&] { followed = true; });
         task.waitForFinished();
         context.reset(); // what follows is on its way by now
+        Tasks::run(Tasks::Pool::userInitiated, [] {}).then(this, [&] { reached = true; });
+        QTRY_VERIFY(reached);
+        QVERIFY(!followed);
+    }
+
+    // Work that ends while something is attached to it is followed once, and not twice.
+    void workIsFollowedOnceHoweverSoonItEnds() {
+        constexpr int rounds = 20'000;
+        int followed = 0;
+        for (int i = 0; i < rounds; ++i)
+            Tasks::run(Tasks::Pool::userInitiated, [i] { return i; }).then(this, [&](int) { ++followed; });
+        QTRY_COMPARE(followed, rounds);
+        Tasks::run(Tasks::Pool::userInitiated, [] {}).then(this, [&] { followed = -followed; });
+        QTRY_COMPARE(followed, -rounds);
+    }
+
+    void aPromiseIsKeptForWhoAsksSoonAndLate() {
+        Tasks::Promise<int> promise;
+        auto task = promise.task();
+        QList<int> given;
+        task.then(this, [&](int value) { given.append(value); });
+        std::thread([&] { promise.give(3); }).join();
+        task.map([](int value) { return 2 * value; }).then(this, [&](int value) { given.append(value); });
+        QTRY_COMPARE(given, (QList<int>{3, 6}));
+        QCOMPARE(task.result(), 3);
+    }
+
+    void nothingFollowsAPromiseThatIsDropped() {
+        bool followed = false;
+        bool reached = false;
+        auto promise = std::make_unique<Tasks::Promise<int>>();
+        auto task = promise->task();
+        task.then(this, [&](int) { followed = true; });
+        promise.reset();
+        QVERIFY(task.isCanceled() && task.isFinished());
         Tasks::run(Tasks::Pool::userInitiated, [] {}).then(this, [&] { reached = true; });
         QTRY_VERIFY(reached);
         QVERIFY(!followed);
