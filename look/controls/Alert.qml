@@ -22,7 +22,7 @@ Sheet {
     text: title
     contentWidth: measure
     onDismissed: cancel ? cancelled() : confirmed()
-    onOpened: (cancel && destructive ? cancelButton : confirmButton).forceActiveFocus()
+    onAboutToShow: (cancel && destructive ? cancelButton : confirmButton).focus = true
 
     contentItem: ColumnLayout {
         spacing: Theme.gap
