@@ -151,9 +151,9 @@ private Q_SLOTS:
 
     void whatNoReaderReadsIsLeftToTheDesktopsPrograms() {
         picture("drawn.png", {300, 200}, Qt::green);
-        m_home->file(".local/share/thumbnailers/test.thumbnailer",
-                     "[Thumbnailer Entry]\nExec=cp " + m_home->path().path()
-                         + "/drawn.png %o\nMimeType=application/zip;\n");
+        m_home->file(".local/share/thumbnailers/test.thumbnailer", "[Thumbnailer Entry]\nExec=cp "
+                                                                       + m_home->path().path()
+                                                                       + "/drawn.png %o\nMimeType=application/zip;\n");
         const Asset known{.url = m_home->file("known.zip", "no picture"), .starred = {}};
         const Asset unknown{.url = m_home->file("unknown.glb", "no picture"), .starred = {}};
         QCOMPARE(make(known, 240).pixelColor(5, 5), QColor(Qt::green));
