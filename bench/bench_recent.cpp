@@ -2,15 +2,9 @@
 //
 // bench_recent LIBRARY: the Recent page over a whole library: the sections in the background, and the longest task that
 // a load gives the main thread, from turning to the page to its rows.
-#include "Measure.h"
+#include "MainThread.h"
 #include "browsing/browser/Browser.h"
 #include "library/Scanner.h"
-
-#include <QCoreApplication>
-#include <QEventLoop>
-#include <QTimer>
-
-#include <cstdlib>
 
 using namespace lumbra;
 
@@ -18,39 +12,14 @@ namespace {
 
 constexpr double month = 30 * 86400.0;
 
-// Notes the longest time that one event keeps the main thread.
-class Application : public QCoreApplication {
-public:
-    using QCoreApplication::QCoreApplication;
-    double longest = 0; // ms
-
-    bool notify(QObject* receiver, QEvent* event) override {
-        const auto start = bench::Clock::now();
-        const bool handled = QCoreApplication::notify(receiver, event);
-        longest = std::max(longest, bench::millisecondsSince(start));
-        return handled;
-    }
-};
-
 void wait(const std::function<bool()>& condition) {
-    QEventLoop loop;
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
-        if (condition())
-            loop.quit();
-    });
-    poll.start(1);
-    QTimer::singleShot(120'000, &loop, [] {
-        std::fprintf(stderr, "bench_recent: the page did not load\n");
-        std::exit(1);
-    });
-    loop.exec();
+    bench::wait(condition, "bench_recent: the page did not load");
 }
 
 } // namespace
 
 int main(int count, char** arguments) {
-    Application application(count, arguments);
+    bench::Application application(count, arguments);
     if (count != 2) {
         std::fprintf(stderr, "usage: bench_recent LIBRARY\n");
         return 2;

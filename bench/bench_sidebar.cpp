@@ -3,16 +3,13 @@
 // bench_sidebar PROJECTS: the sidebar of a library of so many projects, half of them in groups: the longest task that
 // the main thread gets from turning to another project, from a file that lands, from a group that is closed, and from
 // a letter in the filter.
-#include "Measure.h"
+#include "MainThread.h"
 #include "browsing/sidebar/Sidebar.h"
 #include "library/Library.h"
 
-#include <QCoreApplication>
 #include <QDir>
-#include <QEventLoop>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QTimer>
 
 #include <cstdlib>
 
@@ -23,33 +20,8 @@ namespace {
 constexpr int membersOfAGroup = 20;
 constexpr int rounds = 15;
 
-// Notes the longest time that one event keeps the main thread.
-class Application : public QCoreApplication {
-public:
-    using QCoreApplication::QCoreApplication;
-    double longest = 0; // ms
-
-    bool notify(QObject* receiver, QEvent* event) override {
-        const auto start = bench::Clock::now();
-        const bool handled = QCoreApplication::notify(receiver, event);
-        longest = std::max(longest, bench::millisecondsSince(start));
-        return handled;
-    }
-};
-
 void wait(const std::function<bool()>& condition) {
-    QEventLoop loop;
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
-        if (condition())
-            loop.quit();
-    });
-    poll.start(1);
-    QTimer::singleShot(120'000, &loop, [] {
-        std::fprintf(stderr, "bench_sidebar: the rows did not come\n");
-        std::exit(1);
-    });
-    loop.exec();
+    bench::wait(condition, "bench_sidebar: the rows did not come");
 }
 
 QString projectName(int number) {
@@ -78,7 +50,7 @@ LibraryState grouped(int projects) {
 } // namespace
 
 int main(int count, char** arguments) {
-    Application application(count, arguments);
+    bench::Application application(count, arguments);
     if (count != 2) {
         std::fprintf(stderr, "usage: bench_sidebar PROJECTS\n");
         return 2;
