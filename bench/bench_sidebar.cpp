@@ -18,7 +18,8 @@ using namespace lumbra;
 namespace {
 
 constexpr int membersOfAGroup = 20;
-constexpr int rounds = 15;
+constexpr int rounds = 15; // in each of which one more group is closed
+constexpr int fewestProjects = 2 * rounds * membersOfAGroup;
 
 void wait(const std::function<bool()>& condition) {
     bench::wait(condition, "bench_sidebar: the rows did not come");
@@ -51,8 +52,9 @@ LibraryState grouped(int projects) {
 
 int main(int count, char** arguments) {
     bench::Application application(count, arguments);
-    if (count != 2) {
-        std::fprintf(stderr, "usage: bench_sidebar PROJECTS\n");
+    const int projects = count == 2 ? std::atoi(arguments[1]) : 0;
+    if (projects < fewestProjects) {
+        std::fprintf(stderr, "usage: bench_sidebar PROJECTS, which are %d at least\n", fewestProjects);
         return 2;
     }
     const QTemporaryDir home;
@@ -60,7 +62,6 @@ int main(int count, char** arguments) {
     qputenv("XDG_CONFIG_HOME", home.path().toLocal8Bit());
     qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
     qputenv("XDG_STATE_HOME", home.path().toLocal8Bit());
-    const int projects = std::atoi(arguments[1]);
     const QString root = home.filePath(QStringLiteral("Library"));
     for (int number = 0; number < projects; ++number) {
         const QString folder = root + u'/' + projectName(number);
