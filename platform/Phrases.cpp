@@ -2,6 +2,7 @@
 #include "Phrases.h"
 
 #include <QDateTime>
+#include <QLocale>
 
 #include <unicode/reldatefmt.h>
 
@@ -108,6 +109,10 @@ QString relativeTime(Date then, Date now) {
     icu::UnicodeString text;
     formatter.format(isPast ? -double(apart.count) : double(apart.count), apart.unit, text, status);
     return QString::fromUtf16(text.getBuffer(), text.length());
+}
+
+QString dateAndTime(Date moment) {
+    return QLocale::c().toString(localTime(moment), QStringLiteral("MMM d, yyyy 'at' h:mm AP"));
 }
 
 } // namespace lumbra::Phrases

@@ -17,4 +17,7 @@ QString bytes(qint64 count);
 // "in 3 days". From a day on, days are those of the calendar, in the local time zone.
 QString relativeTime(Date then, Date now);
 
+// The day and the minute, in the local time zone: "Nov 21, 2026 at 5:30 PM".
+QString dateAndTime(Date moment);
+
 } // namespace lumbra::Phrases

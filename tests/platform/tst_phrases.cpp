@@ -103,6 +103,12 @@ private Q_SLOTS:
         QVERIFY(Phrases::relativeTime(Date::distantPast(), Date{1'700'000'000}).endsWith(u"years ago"));
         QVERIFY(!Phrases::relativeTime(Date{1e300}, Date{0}).isEmpty());
     }
+
+    void aMomentIsOfTheLocalTimeZone() {
+        QCOMPARE(Phrases::dateAndTime({1'763'746'200}), QStringLiteral("Nov 21, 2025 at 12:30 PM"));
+        QCOMPARE(Phrases::dateAndTime({1'717'200'000}), QStringLiteral("May 31, 2024 at 8:00 PM")); // in summer time
+        QVERIFY(!Phrases::dateAndTime({1e300}).isEmpty());
+    }
 };
 
 QTEST_GUILESS_MAIN(PhrasesTest)
