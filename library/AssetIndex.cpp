@@ -64,15 +64,10 @@ void AssetIndex::Folder::finish() {
     m_stars.shrink_to_fit();
 }
 
-AssetIndex::File AssetIndex::Folder::at(size_t place) const {
-    const Record& record = m_records[place];
-    File file{nameOf(record), record.kind, record.size, Date{record.modified}, std::nullopt};
-    if (record.starred) {
-        const auto star = std::lower_bound(m_stars.begin(), m_stars.end(), record.nameOffset,
-                                           [](const Star& s, quint32 offset) { return s.nameOffset < offset; });
-        file.starred = Date{star->date};
-    }
-    return file;
+Date AssetIndex::Folder::starOf(const Record& record) const {
+    const auto star = std::lower_bound(m_stars.begin(), m_stars.end(), record.nameOffset,
+                                       [](const Star& s, quint32 offset) { return s.nameOffset < offset; });
+    return Date{star->date};
 }
 
 Asset AssetIndex::Folder::assetAt(size_t place) const {

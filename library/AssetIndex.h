@@ -29,6 +29,8 @@ public:
         qint64 size;
         Date modified;
         std::optional<Date> starred;
+
+        friend bool operator==(const File&, const File&) = default;
     };
 
     // The assets directly in one folder, sorted by name.
@@ -67,8 +69,10 @@ public:
         };
 
         std::string_view nameOf(const Record& record) const {
-            return std::string_view(m_names).substr(record.nameOffset, record.nameLength);
+            return {m_names.data() + record.nameOffset, record.nameLength};
         }
+
+        Date starOf(const Record& record) const;
 
         std::string m_path;
         std::string m_names;
@@ -182,6 +186,13 @@ private:
     size_t m_folderCount = 0;
     qsizetype m_count = 0;
 };
+
+// Here, since passes over the whole index call it for every file.
+inline AssetIndex::File AssetIndex::Folder::at(size_t place) const {
+    const Record& record = m_records[place];
+    return {nameOf(record), record.kind, record.size, Date{record.modified},
+            record.starred ? std::optional(starOf(record)) : std::nullopt};
+}
 
 } // namespace lumbra
 

@@ -6,45 +6,15 @@
 #include <QElapsedTimer>
 
 #include <algorithm>
-#include <array>
-#include <unordered_map>
+#include <iterator>
+#include <optional>
+#include <thread>
 
 namespace lumbra {
 
 namespace {
 
-// An asset by its place: in its folder while that is gone through, then in the list of those that stayed. Only these
-// become Assets, which have a path of their own to allocate; the folders above share them.
-struct Candidate {
-    size_t place = 0;
-    Date modified;
-};
-
-// FolderStats while it is being computed.
-struct Sums {
-    qsizetype count = 0;
-    std::array<Candidate, 3> newest;
-    size_t newestCount = 0;
-
-    // The same rule as FolderStats::insert.
-    void insert(const Candidate& candidate) {
-        if (newestCount == newest.size() && newest.back().modified >= candidate.modified)
-            return;
-        size_t at = 0;
-        while (at < newestCount && newest[at].modified >= candidate.modified)
-            ++at;
-        newestCount = std::min(newestCount + 1, newest.size());
-        std::move_backward(newest.begin() + qsizetype(at), newest.begin() + qsizetype(newestCount) - 1,
-                           newest.begin() + qsizetype(newestCount));
-        newest[at] = candidate;
-    }
-
-    void merge(const Sums& other) {
-        count += other.count;
-        for (size_t i = 0; i < other.newestCount; ++i)
-            insert(other.newest[i]);
-    }
-};
+constexpr size_t worthSharing = 2'000; // folders; fewer are summed up before another thread has begun
 
 // To which project a folder's files belong.
 class ProjectFinder {
@@ -89,93 +59,113 @@ Location ownLocation(std::string_view path) {
     return Location(QByteArray(path.data(), qsizetype(path.size())));
 }
 
-} // namespace
+// What is asked of every file, and answered for the folders from one place in the index to another.
+class Part {
+public:
+    Part(const ProjectFinder& finder, const QSet<Location>& hidden, Date dayAgo)
+        : m_finder(finder), m_hidden(hidden), m_dayAgo(dayAgo) {}
 
-void FolderStats::insert(const Asset& asset) {
-    if (newest.size() == 3 && newest.last().modified >= asset.modified)
+    void take(const AssetIndex::Folder& folder);
+
+    // Takes in what another part found in the folders that follow.
+    void append(Part&& later);
+
+    DerivedIndex finish(const AssetIndex& index) &&;
+
+private:
+    void closeProject();
+    void saw(const Location& project, Date activity);
+
+    const ProjectFinder& m_finder;
+    const QSet<Location>& m_hidden;
+    const Date m_dayAgo;
+    DerivedIndex m_result;
+    FolderStatsMap::Summing m_stats;
+    std::string_view m_project; // the last folder's, since folders come project by project
+    bool m_isHidden = false;
+    Date m_activity;
+};
+
+void Part::take(const AssetIndex::Folder& folder) {
+    const auto project = m_finder.projectOf(folder.path());
+    if (!project)
         return;
-    const auto later =
-        std::ranges::find_if(newest, [&](const Asset& entry) { return entry.modified < asset.modified; });
-    newest.insert(later, asset);
-    if (newest.size() == 4)
-        newest.removeLast();
+    if (*project != m_project) {
+        closeProject();
+        m_project = *project;
+        m_isHidden = m_hidden.contains(ownLocation(m_project));
+        m_activity = Date::distantPast();
+    }
+    m_stats.add(folder, m_project, [&](const AssetIndex::File& file, size_t place) {
+        m_activity = std::max(m_activity, file.modified);
+        if (m_isHidden)
+            return;
+        if (file.modified >= m_dayAgo)
+            ++m_result.newToday;
+        if (file.starred)
+            m_result.starred.append(folder.assetAt(place));
+    });
 }
+
+void Part::closeProject() {
+    if (m_project.empty())
+        return;
+    saw(ownLocation(m_project), m_activity);
+}
+
+void Part::saw(const Location& project, Date activity) {
+    const auto known = m_result.activity.find(project);
+    if (known == m_result.activity.end())
+        m_result.activity.insert(project, activity);
+    else
+        *known = std::max(*known, activity);
+}
+
+void Part::append(Part&& later) {
+    later.closeProject();
+    for (auto found = later.m_result.activity.cbegin(); found != later.m_result.activity.cend(); ++found)
+        saw(found.key(), *found);
+    m_result.newToday += later.m_result.newToday;
+    m_result.starred += later.m_result.starred;
+    m_stats.append(std::move(later.m_stats));
+}
+
+DerivedIndex Part::finish(const AssetIndex& index) && {
+    closeProject();
+    std::ranges::stable_sort(m_result.starred, std::greater<>(), [](const Asset& asset) { return *asset.starred; });
+    m_result.stats = std::move(m_stats).finish(index);
+    return std::move(m_result);
+}
+
+} // namespace
 
 DerivedIndex DerivedIndex::compute(const AssetIndex& index, const QList<Project>& projects, const QSet<QString>& hidden,
                                    const Location& root, Date now) {
     QElapsedTimer timer;
     timer.start();
-    DerivedIndex result;
     const ProjectFinder finder(projects, root);
     QSet<Location> hiddenPaths;
     for (const Project& project : projects)
         if (hidden.contains(project.name))
             hiddenPaths.insert(project.url);
-    const Date dayAgo = now - 86400;
 
-    std::unordered_map<std::string_view, Sums> stats; // keys are pieces of the index's own paths
-    stats.reserve(index.folders().size() * 2);
-    std::vector<Asset> newest; // every folder's own
-    newest.reserve(index.folders().size() * 3);
-    std::string_view project; // the last folder's, since folders come project by project
-    bool projectHidden = false;
-    Date activity;
-    const auto closeProject = [&] {
-        if (project.empty())
-            return;
-        const auto known = result.activity.find(ownLocation(project));
-        if (known == result.activity.end())
-            result.activity.insert(ownLocation(project), activity);
-        else
-            *known = std::max(*known, activity);
+    Part first(finder, hiddenPaths, now - 86400);
+    Part second = first;
+    const auto take = [](Part& part, auto begin, auto end) {
+        for (auto folder = begin; folder != end; ++folder)
+            part.take(**folder);
     };
-    for (const auto& folder : index.folders()) {
-        const auto found = finder.projectOf(folder->path());
-        if (!found)
-            continue;
-        if (*found != project) {
-            closeProject();
-            project = *found;
-            projectHidden = hiddenPaths.contains(ownLocation(project));
-            activity = Date::distantPast();
-        }
-        Sums direct;
-        for (size_t i = 0; i < folder->size(); ++i) {
-            const AssetIndex::File file = folder->at(i);
-            activity = std::max(activity, file.modified);
-            if (!projectHidden) {
-                if (file.modified >= dayAgo)
-                    ++result.newToday;
-                if (file.starred)
-                    result.starred.append(folder->assetAt(i));
-            }
-            ++direct.count;
-            if (file.kind == AssetKind::image || file.kind == AssetKind::video)
-                direct.insert({i, file.modified});
-        }
-        for (size_t i = 0; i < direct.newestCount; ++i) {
-            newest.push_back(folder->assetAt(direct.newest[i].place));
-            direct.newest[i].place = newest.size() - 1;
-        }
-        // Ancestors are updated once for the folder and not once for each file.
-        for (std::string_view path = folder->path();; path = path.substr(0, path.rfind('/'))) {
-            stats[path].merge(direct);
-            if (path.size() <= project.size())
-                break;
-        }
+    const auto folders = index.folders();
+    const bool isShared = folders.size() >= worthSharing;
+    const auto middle = std::next(folders.begin(), qsizetype(isShared ? folders.size() / 2 : folders.size()));
+    {
+        std::jthread helper;
+        if (isShared)
+            helper = std::jthread([&] { take(second, middle, folders.end()); });
+        take(first, folders.begin(), middle);
     }
-    closeProject();
-
-    std::ranges::stable_sort(result.starred, std::greater<>(), [](const Asset& asset) { return *asset.starred; });
-
-    result.stats.reserve(qsizetype(stats.size()));
-    for (const auto& [path, sums] : stats) {
-        FolderStats& folder = result.stats[ownLocation(path)];
-        folder.count = sums.count;
-        folder.newest.reserve(qsizetype(sums.newestCount));
-        for (size_t i = 0; i < sums.newestCount; ++i)
-            folder.newest.append(newest[sums.newest[i].place]);
-    }
+    first.append(std::move(second));
+    DerivedIndex result = std::move(first).finish(index);
     Log::line("DERIVED %.0f ms for %d files (background)", double(timer.nsecsElapsed()) / 1e6, int(index.count()));
     return result;
 }

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "AssetIndex.h"
+#include "FolderStats.h"
 #include "Model.h"
 
 #include <QHash>
@@ -13,23 +14,13 @@
 
 namespace lumbra {
 
-struct FolderStats {
-    qsizetype count = 0; // assets of any kind in this folder and below
-    Assets newest;       // at most 3 images and videos in this folder and below, newest first
-
-    // Keeps `newest` sorted and short; among equal dates the earlier arrival stays ahead.
-    void insert(const Asset& asset);
-
-    friend bool operator==(const FolderStats&, const FolderStats&) = default;
-};
-
 struct DerivedIndex {
-    QHash<Location, Date> activity;     // project path to the newest `modified` in it; hidden projects included
-    qsizetype newToday = 0;             // assets of visible projects modified in the 24 hours before `now`
-    Assets starred;                     // of visible projects, most recently starred first
-    QHash<Location, FolderStats> stats; // every folder from an asset's own up to its project; hidden included
+    QHash<Location, Date> activity; // project path to the newest `modified` in it; hidden projects included
+    qsizetype newToday = 0;         // assets of visible projects modified in the 24 hours before `now`
+    Assets starred;                 // of visible projects, most recently starred first
+    FolderStatsMap stats;           // every folder from an asset's own up to its project; hidden included
 
-    // A pure function, for any thread.
+    // A pure function, for any thread; it takes a second one to help with a large index.
     static DerivedIndex compute(const AssetIndex& index, const QList<Project>& projects, const QSet<QString>& hidden,
                                 const Location& root, Date now);
 
