@@ -1,23 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// bench_landing LIBRARY TIMES: how long after a file is there the running library holds it, each after a quiet time.
-#include "Measure.h"
+// bench_landing LIBRARY TIMES: how long after a file is there the running library holds it, each after a quiet time;
+// and how long a large folder that is moved in, and out again, keeps the main thread.
+#include "MainThread.h"
 #include "library/Library.h"
-
-#include <QCoreApplication>
-#include <QEventLoop>
-#include <QTimer>
 
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 
 using namespace lumbra;
 
 namespace {
 
 constexpr int quiet = 700; // ms, longer than two batches of a burst are apart
+constexpr int filesOfFolder = 100'000;
 
 void pause(int milliseconds) {
     QEventLoop loop;
@@ -42,10 +42,32 @@ void wait(Library& library, const std::function<bool()>& condition) {
         loop.exec();
 }
 
+// Yields the milliseconds of the longest task on the main thread.
+double moveFolder(bench::Application& application, Library& library, const Location& project) {
+    namespace fs = std::filesystem;
+    const fs::path aside = fs::path(library.root().view()).concat("-landing");
+    const Location moved = project.child("landing-folder");
+    fs::remove_all(aside);
+    fs::remove_all(moved.view());
+    fs::create_directory(aside);
+    for (int i = 0; i < filesOfFolder; ++i)
+        std::ofstream(aside / (std::to_string(i) + ".png"));
+    pause(quiet);
+    application.longest = 0;
+    const Location last = moved.child(std::to_string(filesOfFolder - 1) + ".png");
+    for (const bool comes : {true, false}) {
+        fs::rename(comes ? aside : fs::path(moved.view()), comes ? fs::path(moved.view()) : aside);
+        wait(library, [&] { return library.index().contains(last) == comes; });
+        pause(quiet);
+    }
+    fs::remove_all(aside);
+    return application.longest;
+}
+
 } // namespace
 
 int main(int count, char** arguments) {
-    QCoreApplication application(count, arguments);
+    bench::Application application(count, arguments);
     if (count != 3) {
         std::fprintf(stderr, "usage: bench_landing LIBRARY TIMES\n");
         return 2;
@@ -80,4 +102,5 @@ int main(int count, char** arguments) {
         taken.push_back(land("landing-" + QByteArray::number(i) + ".png"));
     bench::report("landing", bench::median(taken));
     bench::report("landing_worst", *std::ranges::max_element(taken));
+    bench::report("landing_folder", moveFolder(application, library, folder.parent()));
 }

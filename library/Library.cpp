@@ -16,14 +16,16 @@
 #include <QThread>
 
 #include <algorithm>
+#include <numeric>
 
 namespace lumbra {
 
 namespace {
 
-constexpr int derivedDelay = 200;      // ms after the last change of content
-constexpr double watcherLatency = 0.4; // s between two batches of a burst
-constexpr int walkers = 2;             // more gain nothing: the disk and the kernel's locks are the limit
+constexpr int derivedDelay = 200;            // ms after the last change of content
+constexpr double watcherLatency = 0.4;       // s between two batches of a burst
+constexpr qsizetype mostAppliedAtOnce = 500; // changes, of which each may rebuild a folder, some 10 microseconds
+constexpr int walkers = 2;                   // more gain nothing: the disk and the kernel's locks are the limit
 
 QList<Location> locationsOf(const QList<Project>& projects) {
     QList<Location> locations;
@@ -50,6 +52,16 @@ bool leadsTo(const Location& link, const Location& folder) {
 
 bool isWholeTree(const FileEvent& event) {
     return event.flags & FileEvent::mustScan;
+}
+
+qsizetype sizeOf(const std::vector<AssetIndex::Changes>& changes) {
+    return std::accumulate(changes.begin(), changes.end(), qsizetype(0),
+                           [](qsizetype sum, const auto& each) { return sum + each.gone.size() + each.assets.size(); });
+}
+
+AssetIndex applying(const std::vector<AssetIndex::Changes>& changes, const AssetIndex& index) {
+    return std::accumulate(changes.begin(), changes.end(), index,
+                           [](const AssetIndex& before, const auto& each) { return before.applying(each); });
 }
 
 } // namespace
@@ -220,9 +232,33 @@ void Library::resolve(const QList<FileEvent>& events) {
     }).then(this, [this, number](AssetIndex::Changes changes) { apply(number, std::move(changes)); });
 }
 
-void Library::apply(quint64 batch, AssetIndex::Changes changes) {
+void Library::apply(quint64 batch, AssetIndex::Changes changes, const std::function<void()>& applied) {
+    m_batches.resolve(batch, std::move(changes));
+    applyDue(batch, applied);
+}
+
+void Library::applyDue(quint64 batch, const std::function<void()>& applied) {
+    const auto due = m_batches.due(batch);
+    if (sizeOf(due) <= mostAppliedAtOnce) {
+        publishBatch(batch, applying(due, index()));
+        applied();
+        return;
+    }
+    Tasks::run(Tasks::Pool::userInitiated, [due, before = index()] {
+        return applying(due, before);
+    }).then(this, [this, batch, applied, before = index()](AssetIndex after) {
+        // Other batches were applied meanwhile, whose changes it lacks.
+        if (before != index())
+            return applyDue(batch, applied);
+        publishBatch(batch, std::move(after));
+        applied();
+    });
+}
+
+void Library::publishBatch(quint64 batch, AssetIndex after) {
+    m_batches.finish(batch);
     AssetIndex before = m_index;
-    m_index = m_batches.finish(batch, std::move(changes), before);
+    m_index = std::move(after);
     Tasks::dropLater(std::move(before));
     contentChanged();
     if (m_batches.isEmpty())
@@ -286,9 +322,9 @@ std::optional<Date> Library::lastActivity(const Project& project) const {
 
 FolderStats Library::statsFor(const Location& location) const {
     const auto& stats = derived().stats;
-    if (const auto found = stats.constFind(location); found != stats.cend())
+    if (const auto found = stats.find(location))
         return *found;
-    return stats.value(Location(QDir::cleanPath(location.toString())));
+    return stats[Location(QDir::cleanPath(location.toString()))];
 }
 
 void Library::reveal(const Location& given) {

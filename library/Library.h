@@ -24,6 +24,7 @@
 #include <QTimer>
 #include <QUrl>
 
+#include <functional>
 #include <memory>
 #include <stop_token>
 
@@ -241,7 +242,11 @@ private:
     void publishIndex(AssetIndex index);
     void takeUpRoot();
     void resolve(const QList<FileEvent>& events);
-    void apply(quint64 batch, AssetIndex::Changes changes);
+    // Within the call, or for very many changes a moment later.
+    void apply(
+        quint64 batch, AssetIndex::Changes changes, const std::function<void()>& applied = [] {});
+    void applyDue(quint64 batch, const std::function<void()>& applied);
+    void publishBatch(quint64 batch, AssetIndex after);
     void handleQueuedEvents();
     void restartWatcherIfNeeded();
     void watcherStarted();

@@ -77,8 +77,7 @@ void Library::setStar(const QList<Location>& urls, bool starred, const Operation
         if (result.lastFailed)
             setLastError(QStringLiteral("Couldn't change the star on ") + *result.lastFailed + u'.');
         // A batch of its own, so that those before it, which may have read the stars of before, do not win.
-        apply(m_batches.begin(), std::move(changes));
-        done();
+        apply(m_batches.begin(), std::move(changes), done);
     };
     if (urls.size() <= mostAtOnce)
         take(writeStars(urls, starred));

@@ -17,8 +17,15 @@ private:
     AssetIndex m_index;
     PendingBatches m_batches;
 
+    void apply(quint64 batch) {
+        for (const AssetIndex::Changes& changes : m_batches.due(batch))
+            m_index = m_index.applying(changes);
+        m_batches.finish(batch);
+    }
+
     void finish(quint64 batch, const AssetIndex::Changes& changes) {
-        m_index = m_batches.finish(batch, changes, m_index);
+        m_batches.resolve(batch, changes);
+        apply(batch);
     }
 
 private Q_SLOTS:
@@ -64,6 +71,29 @@ private Q_SLOTS:
         finish(slow, {{}, {asset("/l/p/a.png", 9), asset("/l/p/c.png", 9)}});
         QCOMPARE(m_index.find(at("/l/p/a.png"))->size, 2);
         QCOMPARE(m_index.find(at("/l/p/c.png"))->size, 9);
+        QVERIFY(m_batches.isEmpty());
+    }
+
+    void whatIsResolvedAndNotAppliedComesAfterWhatCameBefore() {
+        const auto landing = m_batches.begin();
+        const auto deletion = m_batches.begin();
+        m_batches.resolve(deletion, {{at("/l/p/deep")}, {}});
+        finish(landing, {{}, {asset("/l/p/deep/a.png")}});
+        QVERIFY(m_index.contains(at("/l/p/deep/a.png")));
+        QVERIFY(!m_batches.isEmpty());
+        apply(deletion);
+        QVERIFY(!m_index.contains(at("/l/p/deep/a.png")));
+        QVERIFY(m_batches.isEmpty());
+    }
+
+    void whatIsResolvedAndNotAppliedComesBeforeWhatCameAfter() {
+        const auto walk = m_batches.begin();
+        m_batches.resolve(walk, {{at("/l/p/deep")}, {asset("/l/p/deep/a.png"), asset("/l/p/deep/b.png")}});
+        finish(m_batches.begin(), {{at("/l/p/deep/a.png")}, {}});
+        QVERIFY(!m_batches.isEmpty());
+        apply(walk);
+        QVERIFY(!m_index.contains(at("/l/p/deep/a.png")));
+        QVERIFY(m_index.contains(at("/l/p/deep/b.png")));
         QVERIFY(m_batches.isEmpty());
     }
 };
