@@ -1,30 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "InsightSupport.h"
+#include "LibraryWithStore.h"
 #include "support/Strings.h"
-#include "support/TestHome.h"
 
 #include <QTest>
 
 using namespace lumbra;
 
-class InsightSearchTest : public QObject {
+class InsightSearchTest : public QObject, LibraryWithStore {
     Q_OBJECT
 
 private Q_SLOTS:
     void initTestCase() { NewestConnection::watch(); }
-
-    void init() {
-        m_home = std::make_unique<TestHome>();
-        m_root = m_home->folder("library");
-        m_file = m_root.child(".lumbra/insights.sqlite");
-        m_store = InsightStore::atLibrary(m_root);
-    }
-
-    void cleanup() {
-        m_store.reset();
-        QCOMPARE(soundness(m_file), QByteArray("ok"));
-        m_home.reset();
-    }
+    void init() { makeLibrary(); }
+    void cleanup() { QCOMPARE(soundnessAtTheEnd(), QByteArray("ok")); }
 
     void aQueryIsReadAsBeginningsOfWords_data() {
         QTest::addColumn<QString>("query");
@@ -166,12 +154,6 @@ private Q_SLOTS:
         QCOMPARE(found(*m_store, "fox"), strings({"/p/a.png"}));
         QVERIFY(sqliteRuns(m_file, "DELETE FROM insights_fts WHERE path IS NULL;"));
     }
-
-private:
-    std::unique_ptr<TestHome> m_home;
-    Location m_root;
-    Location m_file;
-    std::shared_ptr<InsightStore> m_store;
 };
 
 QTEST_GUILESS_MAIN(InsightSearchTest)

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "InsightSupport.h"
+#include "LibraryWithStore.h"
 #include "support/Strings.h"
-#include "support/TestHome.h"
 
 #include <QTest>
 
@@ -10,24 +9,13 @@
 
 using namespace lumbra;
 
-class InsightSharingTest : public QObject {
+class InsightSharingTest : public QObject, LibraryWithStore {
     Q_OBJECT
 
 private Q_SLOTS:
     void initTestCase() { NewestConnection::watch(); }
-
-    void init() {
-        m_home = std::make_unique<TestHome>();
-        m_root = m_home->folder("library");
-        m_file = m_root.child(".lumbra/insights.sqlite");
-        m_store = InsightStore::atLibrary(m_root);
-    }
-
-    void cleanup() {
-        m_store.reset();
-        QCOMPARE(soundness(m_file), QByteArray("ok"));
-        m_home.reset();
-    }
+    void init() { makeLibrary(); }
+    void cleanup() { QCOMPARE(soundnessAtTheEnd(), QByteArray("ok")); }
 
     void aDatabaseThatTheCommandMadeIsUsable() {
         const Location made = m_home->folder("elsewhere").child("insights.sqlite");
@@ -128,12 +116,6 @@ private Q_SLOTS:
         QCOMPARE(wrong.load(), 0);
         QCOMPARE(m_store->count(), 200);
     }
-
-private:
-    std::unique_ptr<TestHome> m_home;
-    Location m_root;
-    Location m_file;
-    std::shared_ptr<InsightStore> m_store;
 };
 
 QTEST_GUILESS_MAIN(InsightSharingTest)

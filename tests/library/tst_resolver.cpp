@@ -1,13 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "ResolvedLibrary.h"
 #include "core/Stars.h"
-#include "library/Resolver.h"
-#include "library/Scanner.h"
 #include "support/EventMirror.h"
-#include "support/TestHome.h"
 
-#include <QTest>
-
-#include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -16,22 +11,12 @@
 using namespace lumbra;
 namespace fs = std::filesystem;
 
-namespace {
-
-std::optional<QByteArray> whyNothingCanBeMounted;
-
-std::string text(const Location& location) {
-    return std::string(location.view());
-}
-
-} // namespace
-
-class tst_Resolver : public QObject {
+class tst_Resolver : public QObject, ResolvedLibrary {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup() { m_home.reset(); }
+    void init() { makeLibrary(); }
+    void cleanup() { removeLibrary(); }
 
     void aFileThatIsThereIsReadAfresh();
     void aFileWithoutAKindBringsNothing();
@@ -55,64 +40,8 @@ private Q_SLOTS:
     void aDeletedProjectIsGone();
     void aProjectThatBecameALinkIsGoneFromItsOldPath();
     void aFolderThatMayNotBeEnteredProvesNothing();
-    void nothingIsForgottenWhileTheLibraryIsAway();
-    void nothingIsForgottenWhileAnOutsideProjectIsAway();
-    void aScanReportsTheDifference();
-    void aScanForgetsProjectsThatAreNoLongerThere();
-    void aScanKeepsAnOutsideProjectThatIsAway();
-    void aScanInsideAProjectStaysInside();
-    void aScanOfAnUnmountedLibraryForgetsNothing();
     void whatTheLibraryComesToIsWhatAWalkFinds();
-
-private:
-    AssetIndex::Changes resolve(const QList<FileEvent>& events, const AssetIndex& index) const {
-        return Resolver::resolve(events, m_roots, KnownFolder(m_library), index);
-    }
-    AssetIndex::Changes resolve(const QList<FileEvent>& events) const { return resolve(events, m_index); }
-    AssetIndex walked() const { return Scanner::index(m_roots, 1); }
-
-    static QList<Location> pathsOf(const Assets& assets) {
-        QList<Location> paths;
-        for (const Asset& asset : assets)
-            paths.append(asset.url);
-        std::ranges::sort(paths);
-        return paths;
-    }
-    static QList<Location> inOrder(QList<Location> paths) {
-        std::ranges::sort(paths);
-        return paths;
-    }
-    static std::map<Location, Asset> content(const AssetIndex& index) {
-        std::map<Location, Asset> content;
-        for (const auto& folder : index.folders())
-            for (size_t i = 0; i < folder->size(); ++i)
-                content[folder->assetAt(i).url] = folder->assetAt(i);
-        return content;
-    }
-
-    std::unique_ptr<TestHome> m_home;
-    Location m_library;
-    Location m_one;     // a project in the library
-    Location m_outside; // a project behind a link
-    QList<Location> m_roots;
-    AssetIndex m_index; // of all that was there at first
 };
-
-void tst_Resolver::init() {
-    m_home = std::make_unique<TestHome>();
-    m_home->file("library/one/a.png");
-    m_home->file("library/one/deep/b.mp4");
-    m_home->file("library/one/deep/er/c.wav");
-    m_home->file("library/two/d.png");
-    m_home->file("elsewhere/e.png");
-    m_library = m_home->path().child("library");
-    m_one = m_library.child("one");
-    m_outside = m_home->path().child("elsewhere");
-    fs::create_directory_symlink(text(m_outside), text(m_library.child("linked")));
-    m_roots = {m_outside, m_one, m_library.child("two")};
-    m_index = walked();
-    QCOMPARE(m_index.count(), 5);
-}
 
 void tst_Resolver::aFileThatIsThereIsReadAfresh() {
     const Location file = m_home->file("library/one/a.png", "longer than before");
@@ -305,85 +234,6 @@ void tst_Resolver::aFolderThatMayNotBeEnteredProvesNothing() {
     QVERIFY(resolve({{impossible, 0}}).gone.isEmpty());
 }
 
-void tst_Resolver::nothingIsForgottenWhileTheLibraryIsAway() {
-    fs::rename(text(m_library), text(m_home->path().child("away")));
-    const auto changes = resolve({{m_one.child("a.png"), 0},
-                                  {m_one.child("deep"), FileEvent::renamed},
-                                  {m_one, FileEvent::renamed},
-                                  {m_outside.child("gone.png"), 0},
-                                  {m_library, FileEvent::mustScan}});
-    QCOMPARE(changes.gone, QList{m_outside.child("gone.png")}); // which is not in it
-    QVERIFY(changes.assets.isEmpty());
-}
-
-void tst_Resolver::nothingIsForgottenWhileAnOutsideProjectIsAway() {
-    fs::rename(text(m_outside), text(m_home->path().child("away")));
-    fs::remove(text(m_one.child("a.png")));
-    const auto changes = resolve({{m_outside.child("e.png"), 0}, {m_outside, 0}, {m_one.child("a.png"), 0}});
-    QCOMPARE(changes.gone, QList{m_one.child("a.png")});
-}
-
-void tst_Resolver::aScanReportsTheDifference() {
-    fs::remove(text(m_one.child("a.png")));
-    fs::remove_all(text(m_one.child("deep/er")));
-    m_home->file("library/one/deep/b.mp4", "other bytes");
-    QVERIFY(Stars::write(m_library.child("two/d.png"), true));
-    m_home->file("library/two/deep/new.png");
-    m_home->file("library/two/node_modules/unseen.png");
-    m_home->file("elsewhere/unseen.png"); // not below the scanned folder
-    const auto changes = resolve({{m_library, FileEvent::mustScan}});
-    QCOMPARE(inOrder(changes.gone), (QList{m_one.child("a.png"), m_one.child("deep/er/c.wav")}));
-    QCOMPARE(pathsOf(changes.assets),
-             (QList{m_one.child("deep/b.mp4"), m_library.child("two/d.png"), m_library.child("two/deep/new.png")}));
-
-    const auto all = resolve({{m_library, FileEvent::mustScan}, {m_outside, FileEvent::mustScan}});
-    QCOMPARE(content(m_index.applying(all)), content(walked()));
-    QVERIFY(resolve({{m_library, FileEvent::mustScan}}, walked()).assets.isEmpty());
-    QVERIFY(resolve({{m_library, FileEvent::mustScan}}, walked()).gone.isEmpty());
-}
-
-void tst_Resolver::aScanForgetsProjectsThatAreNoLongerThere() {
-    fs::remove_all(text(m_one));
-    fs::rename(text(m_library.child("two")), text(m_library.child("three")));
-    m_roots = {m_outside, m_library.child("three")};
-    const auto changes = resolve({{m_library, FileEvent::mustScan}});
-    QCOMPARE(content(m_index.applying(changes)), content(walked()));
-    QCOMPARE(m_index.applying(changes).count(), 2);
-}
-
-void tst_Resolver::aScanKeepsAnOutsideProjectThatIsAway() {
-    fs::rename(text(m_outside), text(m_home->path().child("away")));
-    fs::remove(text(m_one.child("a.png")));
-    const auto changes = resolve({{m_home->path(), FileEvent::mustScan}, {m_outside, FileEvent::mustScan}});
-    QCOMPARE(changes.gone, QList{m_one.child("a.png")});
-}
-
-void tst_Resolver::aScanInsideAProjectStaysInside() {
-    fs::remove(text(m_one.child("a.png")));
-    fs::remove(text(m_one.child("deep/b.mp4")));
-    m_home->file("library/one/deep/build/unseen.png");
-    const auto changes =
-        resolve({{m_one.child("deep"), FileEvent::mustScan}, {m_one.child("deep/build"), FileEvent::mustScan}});
-    QCOMPARE(changes.gone, QList{m_one.child("deep/b.mp4")});
-    QVERIFY(changes.assets.isEmpty());
-}
-
-void tst_Resolver::aScanOfAnUnmountedLibraryForgetsNothing() {
-    QVERIFY2(!whyNothingCanBeMounted, whyNothingCanBeMounted.value_or(QByteArray()).constData());
-    const Location library = m_home->folder("mounted");
-    QCOMPARE(::mount(m_library.path().constData(), library.path().constData(), nullptr, MS_BIND, nullptr), 0);
-    const KnownFolder known(library);
-    const QList<Location> roots{library.child("one")};
-    const AssetIndex index = Scanner::index(roots, 1);
-    QCOMPARE(index.count(), 3);
-    QCOMPARE(::umount2(library.path().constData(), MNT_DETACH), 0);
-    QVERIFY(library.isFolder()); // the bare mount point
-    const auto changes =
-        Resolver::resolve({{library.child("one/a.png"), 0}, {library, FileEvent::mustScan}, {library.child("one"), 0}},
-                          roots, known, index);
-    QVERIFY(changes.gone.isEmpty());
-}
-
 void tst_Resolver::whatTheLibraryComesToIsWhatAWalkFinds() {
     QVERIFY(runScript(m_library,
                       "mkdir -p one/new/deep; echo x > one/new/deep/x.png; mv one/deep two/moved;"
@@ -398,11 +248,5 @@ void tst_Resolver::whatTheLibraryComesToIsWhatAWalkFinds() {
     QCOMPARE(content(m_index.applying(changes)), content(walked()));
 }
 
-int main(int argc, char* argv[]) {
-    whyNothingCanBeMounted = enterPrivateMounts(); // before there is a second thread
-    tst_Resolver test;
-    QCoreApplication application(argc, argv);
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_GUILESS_MAIN(tst_Resolver)
 #include "tst_resolver.moc"
