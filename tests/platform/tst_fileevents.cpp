@@ -166,7 +166,7 @@ void tst_FileEvents::aFolderStandsForWhatIsBelowIt() {
     TestHome home;
     const Location root = home.folder("root");
     for (int i = 0; i < 1000; ++i)
-        write(home.folder("root/many").child("file" + std::to_string(i) + ".mp4"));
+        write(home.folder("root/many").child(numbered("file", i, ".mp4")));
     EventMirror mirror({root});
     QCOMPARE(mirror.view().size(), size_t(1000));
 
@@ -222,7 +222,7 @@ void tst_FileEvents::aBurstComesInOneBatchAWindow() {
     clock.start();
     int made = 0;
     while (clock.elapsed() < 1000)
-        write(root.child("file" + std::to_string(made++ % 100) + ".mp4"));
+        write(root.child(numbered("file", made++ % 100, ".mp4")));
     QVERIFY(mirror.becomesTrue());
     QTRY_VERIFY(mirror.batches().size() >= 3);
     // At 0, 0.4 and 0.8 seconds, and what came last.
@@ -244,7 +244,7 @@ void tst_FileEvents::whatWaitsForItsWindowCanBeHadAtOnce() {
     write(root.child("opens-the-window.mp4"));
     QTRY_COMPARE(mirror.batches().size(), 1);
     for (int i = 0; i < 20; ++i) {
-        const Location file = root.child("file" + std::to_string(i) + ".mp4");
+        const Location file = root.child(numbered("file", i, ".mp4"));
         write(file);
         std::promise<bool> isDelivered;
         mirror.events().deliverNow([&] { isDelivered.set_value(mirror.reported(file)); });
@@ -263,7 +263,7 @@ void tst_FileEvents::waitingForTheWatchesIsExact() {
     const Location root = home.folder("root");
     FileEvents events({root}, withoutDotFolders(), [](const QList<FileEvent>&) {});
     for (int i = 0; i < 100; ++i) {
-        fs::create_directories(text(root.child("n" + std::to_string(i) + "/a/b")));
+        fs::create_directories(text(root.child(numbered("n", i, "/a/b"))));
         QVERIFY(events.waitUntilWatching(20));
         QCOMPARE(events.status().watched, size_t(1 + 3 * (i + 1)));
     }
@@ -299,7 +299,7 @@ void tst_FileEvents::endsInTheMiddleOfEverything() {
     TestHome home;
     const Location root = home.folder("root");
     for (int i = 0; i < 300; ++i)
-        home.folder("root/n" + std::to_string(i) + "/a/b");
+        home.folder(numbered("root/n", i, "/a/b"));
     for (int i = 0; i < 50; ++i) {
         std::atomic<bool> ended = false;
         std::atomic<bool> calledLate = false;
@@ -307,10 +307,10 @@ void tst_FileEvents::endsInTheMiddleOfEverything() {
             FileEvents events({root}, withoutDotFolders(), [&](const QList<FileEvent>&) { calledLate = bool(ended); });
             if (i % 2)
                 QThread::usleep(unsigned(i) * 100);
-            write(root.child("file" + std::to_string(i) + ".mp4"));
+            write(root.child(numbered("file", i, ".mp4")));
         }
         ended = true;
-        write(root.child("late" + std::to_string(i) + ".mp4"));
+        write(root.child(numbered("late", i, ".mp4")));
         QVERIFY(!calledLate);
     }
 }

@@ -81,7 +81,7 @@ void tst_FileEventsFolders::foldersFiveHundredDeepAreWatched() {
     EventMirror mirror({root}, withoutDotFolders());
     std::string deep = text(root);
     for (int i = 0; i < 500; ++i)
-        deep += "/d" + std::to_string(i);
+        deep += numbered("/d", i);
     fs::create_directories(deep);
     QVERIFY(mirror.events().waitUntilWatching(20));
     QCOMPARE(mirror.events().status().watched, size_t(501));

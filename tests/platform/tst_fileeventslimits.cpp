@@ -33,7 +33,7 @@ void tst_FileEventsLimits::eventsThatTheKernelDroppedAreMadeUpFor() {
     TestHome home;
     const Location root = home.folder("root");
     for (int i = 0; i < 100; ++i)
-        home.file("root/old/file" + std::to_string(i) + ".mp4");
+        home.file(numbered("root/old/file", i, ".mp4"));
     std::mutex mutex;
     QList<FileEvent> events;
     QSemaphore delivered;
@@ -54,7 +54,7 @@ void tst_FileEventsLimits::eventsThatTheKernelDroppedAreMadeUpFor() {
     const fs::path fresh = text(root.child("fresh"));
     fs::create_directory(fresh);
     for (int i = 0; i < 30'000; ++i)
-        write(text(root.child("new" + std::to_string(i) + ".mp4")));
+        write(text(root.child(numbered("new", i, ".mp4"))));
     fs::create_directories(fresh / "deep");
     fs::remove_all(text(root.child("old")));
     mayGoOn.release(1000);
@@ -102,7 +102,7 @@ void tst_FileEventsLimits::aTreeThatMovedWhileEventsWereDroppedIsWatchedWhereItI
     fs::create_directory(text(root.child("hold")));
     QVERIFY(held.tryAcquire(1, 20'000));
     for (int i = 0; i < 30'000; ++i)
-        write(text(root.child("b/new" + std::to_string(i % 1000) + ".mp4")), size_t(1 + i / 1000));
+        write(text(root.child(numbered("b/new", i % 1000, ".mp4"))), size_t(1 + i / 1000));
     fs::rename(text(root.child("a/deep")), text(root.child("b/moved")));
     fs::rename(text(root.child("leaves")), text(home.path().child("left")));
     fs::create_directory(text(root.child("a/deep")));
@@ -121,7 +121,7 @@ void tst_FileEventsLimits::foldersWithoutAWatchArePolled() {
     TestHome home;
     const Location root = home.folder("root");
     for (int i = 0; i < 20; ++i)
-        home.file("root/n" + std::to_string(i) + "/deep/file.mp4");
+        home.file(numbered("root/n", i, "/deep/file.mp4"));
     FileEvents::Options options = quick();
     options.watchLimit = 7;
     EventMirror mirror({root}, options);
@@ -191,12 +191,12 @@ void tst_FileEventsLimits::worksUnderTheKernelsLimits() {
     TestHome home;
     const Location root = home.folder("root");
     for (int i = 0; i < 10; ++i)
-        home.file("root/n" + std::to_string(i) + "/deep/file.mp4");
+        home.file(numbered("root/n", i, "/deep/file.mp4"));
     EventMirror mirror({root}, quick());
     const size_t watched = limit.endsWith("watches") ? 8 : 0;
     QCOMPARE(mirror.events().status(), (FileEvents::Status{watched, 21 - watched, 0, true}));
     for (int i = 0; i < 10; ++i)
-        write(text(root.child("n" + std::to_string(i) + "/deep/new.mp4")));
+        write(text(root.child(numbered("n", i, "/deep/new.mp4"))));
     fs::rename(text(root.child("n1/deep")), text(root.child("n2/moved")));
     fs::create_directories(text(root.child("n3/made/deep")));
     write(text(root.child("n3/made/deep/x.mp4")));

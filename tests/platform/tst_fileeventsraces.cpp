@@ -120,7 +120,7 @@ void tst_FileEventsRaces::foldersThatAreFoundFilledAreSeenWhole() {
 
     // The same without a shell's leisure.
     for (int i = 0; i < 500; ++i) {
-        const fs::path top = text(root.child("m" + std::to_string(i)));
+        const fs::path top = text(root.child(numbered("m", i)));
         fs::create_directories(top / "a/b/c");
         write(top / "a/b/c/deep.mp4");
         write(top / "top.mp4");
@@ -136,8 +136,8 @@ void tst_FileEventsRaces::foldersThatMoveWhileTheyAreFilledAreSeenWhole() {
     const Location root = home.folder("root");
     EventMirror mirror({root}, quick());
     for (int i = 0; i < 300; ++i) {
-        const fs::path first = text(root.child("a" + std::to_string(i)));
-        const fs::path second = text(root.child("b" + std::to_string(i)));
+        const fs::path first = text(root.child(numbered("a", i)));
+        const fs::path second = text(root.child(numbered("b", i)));
         fs::create_directories(first / "x/y");
         fs::rename(first, second);
         write(second / "x/y/late.mp4");
@@ -149,7 +149,7 @@ void tst_FileEventsRaces::foldersThatMoveWhileTheyAreFilledAreSeenWhole() {
     QVERIFY(mirror.events().waitUntilWatching(20));
     QTRY_COMPARE(mirror.events().status().watched, foldersIn(root));
     for (int i = 0; i < 300; ++i)
-        write(text(root.child("b" + std::to_string(i) + "/x/y/after.mp4")));
+        write(text(root.child(numbered("b", i, "/x/y/after.mp4"))));
     QVERIFY(mirror.becomesTrue());
 }
 
@@ -164,8 +164,8 @@ void tst_FileEventsRaces::exchangedFoldersKeepTheirWatches() {
     const fs::path b = text(root.child("q/b"));
     for (int i = 0; i < 20; ++i) {
         QVERIFY(exchange(a, b));
-        write(a / ("late-a" + std::to_string(i) + ".mp4"));
-        write(b / ("late-b" + std::to_string(i) + ".mp4"));
+        write(a / numbered("late-a", i, ".mp4"));
+        write(b / numbered("late-b", i, ".mp4"));
         QVERIFY(mirror.becomesTrue());
     }
     QTRY_COMPARE(mirror.events().status().watched, foldersIn(root));
@@ -183,7 +183,7 @@ void tst_FileEventsRaces::aFolderExchangedWithOneOutsideIsWatched() {
         QVERIFY(exchange(inside, outside));
         for (const auto& entry : fs::directory_iterator(inside))
             if (entry.is_directory())
-                write(entry.path() / ("late" + std::to_string(i) + ".mp4"));
+                write(entry.path() / numbered("late", i, ".mp4"));
         QVERIFY(mirror.becomesTrue());
     }
     QTRY_COMPARE(mirror.events().status().watched, foldersIn(root));

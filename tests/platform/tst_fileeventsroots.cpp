@@ -111,7 +111,7 @@ void tst_FileEventsRoots::aRootThatIsBackBeforeAnyoneLookedIsReportedAsAWhole() 
     EventMirror mirror({root}, quick());
     for (int i = 0; i < 50; ++i) {
         fs::rename(text(root), text(away));
-        write(away.child("a/file" + std::to_string(i) + ".mp4"));
+        write(away.child(numbered("a/file", i, ".mp4")));
         fs::rename(text(away), text(root));
     }
     QVERIFY(mirror.becomesTrue());
@@ -227,7 +227,7 @@ void tst_FileEventsRoots::anUnmountedRootTakesNothingWithIt() {
             const auto known = mirror.view();
             unmount(root);
             QTRY_VERIFY(!mirror.events().status().rootsPresent);
-            write(source.child("a/deep/while-away" + std::to_string(i) + ".mp4"));
+            write(source.child(numbered("a/deep/while-away", i, ".mp4")));
             QVERIFY(root.isFolder()); // the bare mount point
             QVERIFY(mirror.events().waitUntilWatching(20));
             QVERIFY(!mirror.events().status().rootsPresent);
