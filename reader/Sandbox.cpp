@@ -38,7 +38,7 @@ constexpr int allowed[] = {
     SCMP_SYS(stat), SCMP_SYS(lstat), SCMP_SYS(fstat), SCMP_SYS(newfstatat), SCMP_SYS(statx), SCMP_SYS(statfs),
     SCMP_SYS(fstatfs), SCMP_SYS(access), SCMP_SYS(faccessat), SCMP_SYS(faccessat2), SCMP_SYS(readlink),
     SCMP_SYS(readlinkat), SCMP_SYS(getdents), SCMP_SYS(getdents64), SCMP_SYS(getcwd), SCMP_SYS(fadvise64),
-    SCMP_SYS(dup), SCMP_SYS(dup2), SCMP_SYS(dup3), SCMP_SYS(fcntl),
+    SCMP_SYS(dup), SCMP_SYS(dup2), SCMP_SYS(dup3),
     // what was opened before: the pair, standard error and wake-ups between threads
     SCMP_SYS(write), SCMP_SYS(writev), SCMP_SYS(poll), SCMP_SYS(ppoll), SCMP_SYS(select), SCMP_SYS(pselect6),
     SCMP_SYS(epoll_create1), SCMP_SYS(epoll_ctl), SCMP_SYS(epoll_wait), SCMP_SYS(epoll_pwait), SCMP_SYS(eventfd2),
@@ -90,6 +90,9 @@ bool filterCalls() {
         allow(call);
     allow(SCMP_SYS(open), {bitsAre(1, writing, O_RDONLY)});
     allow(SCMP_SYS(openat), {bitsAre(2, writing, O_RDONLY)});
+    // Not who gets a signal when something arrives: that reaches other processes.
+    for (const int command : {F_DUPFD, F_DUPFD_CLOEXEC, F_GETFD, F_SETFD, F_GETFL})
+        allow(SCMP_SYS(fcntl), {bitsAre(1, everyBit, scmp_datum_t(command))});
     allow(SCMP_SYS(clone), {bitsAre(0, CLONE_THREAD, CLONE_THREAD)});
     allow(SCMP_SYS(prctl), {bitsAre(0, everyBit, PR_SET_NAME)});
     // Its own limits, which it can only lower for good.

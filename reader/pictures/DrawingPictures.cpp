@@ -4,7 +4,10 @@
 #include "EmbeddedPictures.h"
 #include "Makers.h"
 #include "Unpacked.h"
+#include "reader/Formats.h"
 
+#include <QBuffer>
+#include <QImageReader>
 #include <QPainter>
 #include <QSvgRenderer>
 #include <QXmlStreamReader>
@@ -16,10 +19,35 @@ namespace {
 
 constexpr qint64 textLimit = 32 * 1024 * 1024; // bytes
 
+constexpr qint64 embeddedPixels = 16'000'000; // of one picture in a drawing
+
+// The drawing's reader unpacks whatever it finds there, other drawings too, which may refer to anything again.
+bool isPicture(const QByteArray& bytes) {
+    switch (formatOf(bytes.left(4096), {})) {
+    case Format::jpeg:
+    case Format::png:
+    case Format::webp:
+    case Format::simpleImage: {
+        QBuffer device;
+        device.setData(bytes);
+        device.open(QIODevice::ReadOnly);
+        const QSize size = QImageReader(&device).size();
+        return !size.isEmpty() && qint64(size.width()) * size.height() <= embeddedPixels;
+    }
+    default:
+        return false;
+    }
+}
+
 // "#name" is in the document, "data:" is in the attribute itself.
 bool staysInside(QStringView reference) {
+    static constexpr QStringView mark = u"base64,";
     const QStringView trimmed = reference.trimmed();
-    return trimmed.startsWith(u'#') || trimmed.startsWith(u"data:");
+    if (trimmed.startsWith(u'#'))
+        return true;
+    const qsizetype at = trimmed.lastIndexOf(mark);
+    return trimmed.startsWith(u"data:") && at >= 0
+           && isPicture(QByteArray::fromBase64(trimmed.mid(at + mark.size()).toLatin1()));
 }
 
 bool isReference(QStringView attribute) {
@@ -57,10 +85,17 @@ QByteArray withoutReferences(const QByteArray& text) {
     return reader.hasError() ? QByteArray() : kept;
 }
 
-// Most drawings refer to nothing and declare nothing, and are spared being written anew. Two bytes a letter would hide
-// what is looked for.
+// In letters of one byte, as far as markup goes. Others would hide what is looked for.
+bool isPlain(const QByteArray& text) {
+    constexpr qsizetype declaration = 200; // bytes in which it stands
+    const QByteArray start = text.left(declaration).toLower();
+    const bool isNamed = start.contains("encoding");
+    return !text.contains('\0') && (!isNamed || start.contains("\"utf-8\"") || start.contains("'utf-8'"));
+}
+
+// Most drawings refer to nothing and declare nothing, and are spared being written anew.
 bool mayRefer(const QByteArray& text) {
-    return text.contains("href") || text.contains("<!DOCTYPE") || text.contains("<?xml-") || text.contains('\0');
+    return !isPlain(text) || text.contains("href") || text.contains("<!DOCTYPE") || text.contains("<?xml-");
 }
 
 } // namespace

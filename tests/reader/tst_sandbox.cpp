@@ -74,6 +74,10 @@ const Case cases[] = {
     {"starts a process", [] { return ::fork() >= 0; }, false},
     {"becomes another program", [] { return ::execl("/bin/true", "true", nullptr) == 0; }, false},
     {"signals its parent", [] { return ::kill(::getppid(), 0) == 0; }, false},
+    {"has its parent signalled when something arrives",
+     [] { return ::fcntl(openForWriting, F_SETOWN, ::getppid()) == 0; }, false},
+    {"chooses a signal for when something arrives", [] { return ::fcntl(openForWriting, F_SETSIG, SIGKILL) == 0; },
+     false},
     {"takes more memory than is its share",
      [] {
          return ::mmap(nullptr, size_t(3) << 30, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE,
