@@ -130,13 +130,15 @@ void stripByReader(Reader& reader, const Location& file) {
         .moments = {}, .unit = Reader::FramesWish::Unit::durations, .tolerance = 0.5, .box = {320, 320}};
     for (int i = 0; i < slices; ++i)
         wish.moments.append((i + 0.5) / slices);
-    if (resultOf<std::optional<QList<QImage>>>(reader.frames(file, wish)).value_or(QList<QImage>()).size() != slices)
+    if (resultOf<std::optional<Reader::Frames>>(reader.frames(file, wish)).value_or(Reader::Frames()).images.size()
+        != slices)
         qFatal("no strip");
 }
 
 void previewByReader(Reader& reader, const Location& file, double seconds) {
     const Reader::FramesWish wish{.moments = {seconds}, .tolerance = 0.15, .box = {400, 400}, .keepsOpen = true};
-    if (resultOf<std::optional<QList<QImage>>>(reader.frames(file, wish)).value_or(QList<QImage>()).size() != 1)
+    if (resultOf<std::optional<Reader::Frames>>(reader.frames(file, wish)).value_or(Reader::Frames()).images.size()
+        != 1)
         qFatal("no frame");
 }
 

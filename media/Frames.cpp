@@ -46,11 +46,11 @@ MediaRequest Frames::stripFor(const Asset& asset, int count, int maxSide, QObjec
                                   .box = QSize(maxSide, maxSide)};
     m_reader.frames(asset.url, wish, urgency, stop.get_token())
         .then(this, [this, key, receiver = QPointer<QObject>(context), ready = std::move(ready),
-                     token = stop.get_token()](const std::optional<QList<QImage>>& strip) {
-            if (strip)
-                keep(key, *strip);
+                     token = stop.get_token()](const std::optional<Reader::Frames>& strip) {
+            if (strip && strip->isWhole)
+                keep(key, strip->images);
             if (receiver && !token.stop_requested())
-                ready(strip.value_or(QList<QImage>()));
+                ready(strip ? strip->images : QList<QImage>());
         });
     return MediaRequest(stop);
 }

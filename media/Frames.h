@@ -35,7 +35,8 @@ public:
 
     // Hands `count` frames to `ready`, upright, in order and at most `maxSide` pixels a side, unless the request or the
     // context has gone by then; at once if they are there, whatever size they were asked in before. There are fewer
-    // where some can't be decoded. None for a file that does not tell how long it is, which is not remembered.
+    // where some can't be decoded, or where the time for them was over; the latter, and none for a file that does not
+    // tell how long it is, are not remembered.
     [[nodiscard]] MediaRequest stripFor(const Asset& asset, int count, int maxSide, QObject* context, Ready ready,
                                         Reader::Urgency urgency = Reader::Urgency::visible);
 

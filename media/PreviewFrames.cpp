@@ -25,9 +25,9 @@ void PreviewFrames::imageFor(const Location& path, double seconds, QObject* cont
         .moments = {std::max(0.0, seconds)}, .tolerance = tolerance, .box = QSize(maxSide, maxSide), .keepsOpen = true};
     m_reader.frames(path, wish, Reader::Urgency::visible, stop.get_token())
         .then(this, [receiver = QPointer<QObject>(context), ready = std::move(ready),
-                     token = stop.get_token()](const std::optional<QList<QImage>>& frames) {
+                     token = stop.get_token()](const std::optional<Reader::Frames>& frames) {
             if (receiver && !token.stop_requested())
-                ready(frames ? frames->value(0) : QImage());
+                ready(frames ? frames->images.value(0) : QImage());
         });
 }
 

@@ -116,31 +116,31 @@ Tasks::Task<std::optional<Reader::MediaFacts>> Reader::mediaFacts(const Location
         });
 }
 
-Tasks::Task<std::optional<QList<QImage>>> Reader::frames(const Location& file, FramesWish wish, Urgency urgency,
-                                                         std::stop_token stop) {
+Tasks::Task<std::optional<Reader::Frames>> Reader::frames(const Location& file, FramesWish wish, Urgency urgency,
+                                                          std::stop_token stop) {
     wish.box = bounded(wish.box);
     const auto isMuch = [](const QList<reader::PictureFacts>& frames, const FramesWish& asked) {
         return frames.size() > asked.moments.size()
                || std::any_of(frames.begin(), frames.end(),
                               [&asked](const reader::PictureFacts& facts) { return !isInside(facts.size, asked.box); });
     };
-    return ask<std::optional<QList<QImage>>>(
+    return ask<std::optional<Frames>>(
         reader::Kind::frames, file, encoded(wish), urgency, std::move(stop),
         [wish, isMuch](const reader::Found& found) {
-            const auto frames = reader::decodedPictureList(found.details, found.bulk.size());
-            return frames && !isMuch(*frames, wish);
+            const auto facts = reader::decodedFramesFacts(found.details, found.bulk.size());
+            return facts && !isMuch(facts->frames, wish);
         },
-        [](const std::optional<reader::Found>& found) -> std::optional<QList<QImage>> {
+        [](const std::optional<reader::Found>& found) -> std::optional<Frames> {
             if (!found)
                 return std::nullopt;
-            const auto frames = reader::decodedPictureList(found->details, found->bulk.size());
-            QList<QImage> images;
+            const auto facts = reader::decodedFramesFacts(found->details, found->bulk.size());
+            Frames frames{.images = {}, .isWhole = facts->isWhole};
             qsizetype place = 0;
-            for (const reader::PictureFacts& facts : *frames) {
-                images.append(picture(facts, found->bulk, place));
-                place += images.last().sizeInBytes();
+            for (const reader::PictureFacts& frame : facts->frames) {
+                frames.images.append(picture(frame, found->bulk, place));
+                place += frames.images.last().sizeInBytes();
             }
-            return images;
+            return frames;
         });
 }
 
@@ -159,6 +159,50 @@ Tasks::Task<QList<float>> Reader::loudness(const Location& file, int count, Urge
                    && std::all_of(values.begin(), values.end(), isLoudness);
         },
         [floats](const std::optional<reader::Found>& found) { return found ? floats(found->bulk) : QList<float>(); });
+}
+
+Tasks::Task<std::optional<Reader::Pages>> Reader::pages(const Location& file, Urgency urgency, std::stop_token stop) {
+    const auto sizes = [](const QByteArray& bytes) {
+        QList<QSizeF> made;
+        for (const char* at = bytes.constData(); at < bytes.constData() + bytes.size(); at += 2 * sizeof(float)) {
+            float sides[2];
+            std::memcpy(sides, at, sizeof sides);
+            made.append(QSizeF(double(sides[0]), double(sides[1])));
+        }
+        return made;
+    };
+    const auto isPage = [](const QSizeF& size) {
+        return std::isfinite(size.width()) && size.width() >= 1 && std::isfinite(size.height()) && size.height() >= 1;
+    };
+    return ask<std::optional<Pages>>(
+        reader::Kind::pages, file, {}, urgency, std::move(stop),
+        [sizes, isPage](const reader::Found& found) {
+            if (!reader::decodedPagesFacts(found.details, found.bulk.size()))
+                return false;
+            const QList<QSizeF> pages = sizes(found.bulk);
+            return std::all_of(pages.begin(), pages.end(), isPage);
+        },
+        [sizes](const std::optional<reader::Found>& found) -> std::optional<Pages> {
+            if (!found)
+                return std::nullopt;
+            return Pages{.sizes = sizes(found->bulk),
+                         .isLocked = reader::decodedPagesFacts(found->details, found->bulk.size())->isLocked};
+        });
+}
+
+Tasks::Task<QImage> Reader::page(const Location& file, const PageWish& wish, Urgency urgency, std::stop_token stop) {
+    const auto facts = [](const reader::Found& found) {
+        return reader::decodedPictureFacts(found.details, found.bulk.size());
+    };
+    return ask<QImage>(
+        reader::Kind::page, file, encoded(wish), urgency, std::move(stop),
+        [facts, size = wish.part.size()](const reader::Found& found) {
+            const std::optional<reader::PictureFacts> made = facts(found);
+            return made && made->size == size && made->opaque;
+        },
+        [facts](const std::optional<reader::Found>& found) {
+            return found ? picture(*facts(*found), found->bulk) : QImage();
+        });
 }
 
 void Reader::warmUp() {

@@ -34,6 +34,13 @@ class Reader {
 public:
     using MediaFacts = reader::MediaFacts;
     using FramesWish = reader::FramesWish;
+    using PageWish = reader::PageWish;
+
+    // Upright and premultiplied, in sRGB.
+    struct Frames {
+        QList<QImage> images = {}; // in the order of the moments; one that can't be had is left out
+        bool isWhole = true;       // false: the time was over before all were tried
+    };
 
     // Who is served first; among equals the last that asked.
     enum class Urgency { visible, soon, later };
@@ -69,15 +76,28 @@ public:
     Tasks::Task<std::optional<MediaFacts>> mediaFacts(const Location& file, Urgency urgency = Urgency::visible,
                                                       std::stop_token stop = {});
 
-    // The frames that could be had, upright and premultiplied in sRGB; absent for what has no moving
-    // pictures, and, for moments in parts of the duration, for what does not tell how long it is.
-    Tasks::Task<std::optional<QList<QImage>>> frames(const Location& file, FramesWish wish,
-                                                     Urgency urgency = Urgency::visible, std::stop_token stop = {});
+    // Absent for what has no moving pictures, and, for moments in parts of the duration, for what does not tell how
+    // long it is.
+    Tasks::Task<std::optional<Frames>> frames(const Location& file, FramesWish wish, Urgency urgency = Urgency::visible,
+                                              std::stop_token stop = {});
 
     // The root mean square of each of `count` slices (1 to 4,096) of the file's first sound, 0 to 32,768; empty for
     // what has no sound.
     Tasks::Task<QList<float>> loudness(const Location& file, int count, Urgency urgency = Urgency::visible,
                                        std::stop_token stop = {});
+
+    struct Pages {
+        QList<QSizeF> sizes = {}; // of every page, in points, at least 1 a side
+        bool isLocked = false;    // they can't be had without a password; then there are none
+    };
+
+    // Absent for what is no document of pages.
+    Tasks::Task<std::optional<Pages>> pages(const Location& file, Urgency urgency = Urgency::visible,
+                                            std::stop_token stop = {});
+
+    // The wished part of a page, opaque, at the size asked for; a null image when there is none.
+    Tasks::Task<QImage> page(const Location& file, const PageWish& wish, Urgency urgency = Urgency::visible,
+                             std::stop_token stop = {});
 
     // Starts the processes before they are needed: the first answer comes a tenth of a second sooner.
     void warmUp();

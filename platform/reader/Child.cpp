@@ -86,6 +86,7 @@ pid_t spawn(const Child::Options& options, int socket, int arena) {
     // Decoders complain of every second file on standard error.
     if (!qEnvironmentVariableIsSet("LUMBRA_HANGLOG"))
         posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_addchdir_np(&actions, "/"); // no name is to be found beside the application's files
     posix_spawn_file_actions_adddup2(&actions, socket, socketDescriptor);
     posix_spawn_file_actions_adddup2(&actions, arena, arenaDescriptor);
     posix_spawn_file_actions_addclosefrom_np(&actions, arenaDescriptor + 1);

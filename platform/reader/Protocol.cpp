@@ -11,7 +11,7 @@ namespace lumbra::reader {
 namespace {
 
 // The first byte of every message. Raise it with every change of what follows.
-constexpr quint8 version = 2;
+constexpr quint8 version = 3;
 
 enum class Shape : quint8 { request = 1, answer = 2, stop = 3 };
 
@@ -46,7 +46,7 @@ bool isTime(double seconds) {
 }
 
 bool isKind(quint8 kind) {
-    return kind >= quint8(Kind::thumbnail) && kind <= quint8(Kind::loudness);
+    return kind >= quint8(Kind::thumbnail) && kind <= quint8(Kind::page);
 }
 
 // The bytes that a picture's pixels take; absent for sides that no picture has.
@@ -75,10 +75,10 @@ QByteArray encoded(const PictureFacts& facts) {
     return written(quint32(facts.size.width()), quint32(facts.size.height()), quint8(facts.opaque));
 }
 
-QByteArray encoded(const QList<PictureFacts>& pictures) {
-    QByteArray bytes = written(quint16(pictures.size()));
-    for (const PictureFacts& facts : pictures)
-        bytes += encoded(facts);
+QByteArray encoded(const FramesFacts& facts) {
+    QByteArray bytes = written(quint8(facts.isWhole), quint16(facts.frames.size()));
+    for (const PictureFacts& frame : facts.frames)
+        bytes += encoded(frame);
     return bytes;
 }
 
@@ -96,6 +96,14 @@ QByteArray encoded(const FramesWish& wish) {
 
 QByteArray encoded(const LoudnessWish& wish) {
     return written(quint32(wish.count));
+}
+
+QByteArray encoded(const PagesFacts& facts) {
+    return written(quint32(facts.count), quint8(facts.isLocked));
+}
+
+QByteArray encoded(const PageWish& wish) {
+    return written(quint32(wish.page), wish.whole, wish.part);
 }
 
 QByteArray encodedStop() {
@@ -146,12 +154,13 @@ std::optional<PictureFacts> decodedPictureFacts(const QByteArray& details, qsize
     return PictureFacts{QSize(int(width), int(height)), opaque == 1};
 }
 
-std::optional<QList<PictureFacts>> decodedPictureList(const QByteArray& details, qsizetype bulk) {
+std::optional<FramesFacts> decodedFramesFacts(const QByteArray& details, qsizetype bulk) {
     QDataStream stream(details);
     stream.setVersion(QDataStream::Qt_6_4);
+    quint8 isWhole = 0;
     quint16 count = 0;
-    stream >> count;
-    QList<PictureFacts> pictures;
+    stream >> isWhole >> count;
+    FramesFacts facts{.frames = {}, .isWhole = isWhole == 1};
     for (quint16 i = 0; i < count && stream.status() == QDataStream::Ok; ++i) {
         quint32 width = 0, height = 0;
         quint8 opaque = 0;
@@ -160,11 +169,11 @@ std::optional<QList<PictureFacts>> decodedPictureList(const QByteArray& details,
         if (!bytes || opaque > 1)
             return std::nullopt;
         bulk -= *bytes;
-        pictures.append(PictureFacts{QSize(int(width), int(height)), opaque == 1});
+        facts.frames.append(PictureFacts{QSize(int(width), int(height)), opaque == 1});
     }
-    if (stream.status() != QDataStream::Ok || !stream.atEnd() || count > mostFrames || bulk != 0)
+    if (stream.status() != QDataStream::Ok || !stream.atEnd() || isWhole > 1 || count > mostFrames || bulk != 0)
         return std::nullopt;
-    return pictures;
+    return facts;
 }
 
 std::optional<MediaFacts> decodedMediaFacts(const QByteArray& details) {
@@ -206,6 +215,29 @@ std::optional<LoudnessWish> decodedLoudnessWish(const QByteArray& details) {
     if (!read(details, count) || count < 1 || count > quint32(mostBars))
         return std::nullopt;
     return LoudnessWish{int(count)};
+}
+
+std::optional<PagesFacts> decodedPagesFacts(const QByteArray& details, qsizetype bulk) {
+    quint32 count = 0;
+    quint8 isLocked = 0;
+    if (!read(details, count, isLocked) || count > quint32(mostPages) || isLocked > 1 || (isLocked == 1) != (count == 0)
+        || bulk != qsizetype(count) * 2 * qsizetype(sizeof(float)))
+        return std::nullopt;
+    return PagesFacts{int(count), isLocked == 1};
+}
+
+std::optional<PageWish> decodedPageWish(const QByteArray& details) {
+    quint32 page = 0;
+    PageWish wish;
+    if (!read(details, page, wish.whole, wish.part) || page >= quint32(mostPages))
+        return std::nullopt;
+    const auto isPageSide = [](int side) { return side >= 1 && side <= longestPage; };
+    if (!isPageSide(wish.whole.width()) || !isPageSide(wish.whole.height()) || wish.part.left() < 0
+        || wish.part.top() < 0 || wish.part.right() >= wish.whole.width() || wish.part.bottom() >= wish.whole.height()
+        || !bytesOf(quint32(wish.part.width()), quint32(wish.part.height())))
+        return std::nullopt;
+    wish.page = int(page);
+    return wish;
 }
 
 } // namespace lumbra::reader

@@ -12,6 +12,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QRect>
 #include <QSize>
 
 #include <optional>
@@ -33,13 +34,19 @@ inline constexpr int longestSide = 4096;
 // The most that one request may ask for.
 inline constexpr qsizetype mostFrames = 256;
 inline constexpr int mostBars = 4096;
+inline constexpr int mostPages = 20'000;
+
+// The pixels that a side of a whole page may have, of which a part is asked for.
+inline constexpr int longestPage = 1 << 20;
 
 // What can be asked. The values are part of the protocol.
 enum class Kind : quint8 {
     thumbnail = 1,  // details: PictureBox; the answer's details: PictureFacts, its bulk the pixels
     mediaFacts = 2, // no details; the answer's details: MediaFacts
-    frames = 3,     // details: FramesWish; the answer's details: a list of PictureFacts, its bulk their pixels in turn
+    frames = 3,     // details: FramesWish; the answer's details: FramesFacts, its bulk the frames' pixels in turn
     loudness = 4,   // details: LoudnessWish; the answer's bulk: so many floats in the machine's order
+    pages = 5,      // no details; the answer's details: PagesFacts, its bulk each page's width and height as floats
+    page = 6,       // details: PageWish; the answer's details: PictureFacts, its bulk the pixels
 };
 
 struct Request {
@@ -87,20 +94,41 @@ struct FramesWish {
     bool keepsOpen = false; // the file stays open for the next wish, which is then answered sooner
 };
 
+// The frames that could be had, in the order of the moments.
+struct FramesFacts {
+    QList<PictureFacts> frames;
+    bool isWhole = true; // false: the time was over before all moments were tried
+};
+
 // The root mean square of each of so many slices of a file's first sound, at 8,000 samples of 16 bits a second in one
 // channel.
 struct LoudnessWish {
     int count = 0; // 1 to `mostBars`
 };
 
+// A document of pages. One with more of them than `mostPages` ends there.
+struct PagesFacts {
+    int count = 0;
+    bool isLocked = false; // its pages can't be had without a password; then there are none
+};
+
+// A part of a page, drawn on white.
+struct PageWish {
+    int page = 0; // from 0
+    QSize whole;  // the pixels that all of it would have, at most `longestPage` a side
+    QRect part;   // of these, in the order of reading; at most `longestSide` a side
+};
+
 QByteArray encoded(const Request& request);
 QByteArray encoded(const Answer& answer);
 QByteArray encoded(const PictureBox& box);
 QByteArray encoded(const PictureFacts& facts);
-QByteArray encoded(const QList<PictureFacts>& pictures);
+QByteArray encoded(const FramesFacts& facts);
 QByteArray encoded(const MediaFacts& facts);
 QByteArray encoded(const FramesWish& wish);
 QByteArray encoded(const LoudnessWish& wish);
+QByteArray encoded(const PagesFacts& facts);
+QByteArray encoded(const PageWish& wish);
 
 // The word to stop working on what is asked for last. It bears no number: to one that has answered it says nothing.
 QByteArray encodedStop();
@@ -111,9 +139,11 @@ std::optional<Request> decodedRequest(const QByteArray& message);
 std::optional<Answer> decodedAnswer(const QByteArray& message);
 std::optional<PictureBox> decodedPictureBox(const QByteArray& details);
 std::optional<PictureFacts> decodedPictureFacts(const QByteArray& details, qsizetype bulk);
-std::optional<QList<PictureFacts>> decodedPictureList(const QByteArray& details, qsizetype bulk);
+std::optional<FramesFacts> decodedFramesFacts(const QByteArray& details, qsizetype bulk);
 std::optional<MediaFacts> decodedMediaFacts(const QByteArray& details);
 std::optional<FramesWish> decodedFramesWish(const QByteArray& details);
 std::optional<LoudnessWish> decodedLoudnessWish(const QByteArray& details);
+std::optional<PagesFacts> decodedPagesFacts(const QByteArray& details, qsizetype bulk);
+std::optional<PageWish> decodedPageWish(const QByteArray& details);
 
 } // namespace lumbra::reader

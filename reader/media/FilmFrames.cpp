@@ -42,8 +42,8 @@ QImage screenFormat(const QImage& image) {
 
 } // namespace
 
-std::optional<QList<QImage>> FilmFrames::make(std::unique_ptr<OpenedFile> file, const FramesWish& wish,
-                                              std::chrono::milliseconds limit) {
+std::optional<FilmFrames::Made> FilmFrames::make(std::unique_ptr<OpenedFile> file, const FramesWish& wish,
+                                                 std::chrono::milliseconds limit) {
     const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(limit * decodingShare);
     std::optional<Film> film = std::exchange(m_kept, std::nullopt);
     if (film && film->file->identity() == file->identity())
@@ -56,7 +56,7 @@ std::optional<QList<QImage>> FilmFrames::make(std::unique_ptr<OpenedFile> file, 
         return std::nullopt;
 
     const QList<double> times = secondsOf(wish, duration);
-    QList<QImage> frames;
+    Made made{.images = {}, .isWhole = true};
     qsizetype room = arenaSize;
     for (qsizetype i = 0; i < times.size() && !film->media->isOver(); ++i) {
         if (!film->decoder->show(times[i], toleranceAt(times, i, wish.tolerance)))
@@ -64,11 +64,12 @@ std::optional<QList<QImage>> FilmFrames::make(std::unique_ptr<OpenedFile> file, 
         const QImage frame = screenFormat(film->decoder->picture(wish.box));
         room -= frame.sizeInBytes();
         if (!frame.isNull() && room >= 0)
-            frames.append(frame);
+            made.images.append(frame);
     }
+    made.isWhole = made.images.size() == times.size() || !film->media->isOver();
     if (wish.keepsOpen)
         m_kept = std::move(film);
-    return frames;
+    return made;
 }
 
 std::optional<FilmFrames::Film> FilmFrames::open(std::unique_ptr<OpenedFile> file, std::chrono::milliseconds limit) {

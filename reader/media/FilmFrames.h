@@ -18,10 +18,14 @@ namespace lumbra::reader {
 
 class FilmFrames {
 public:
-    // Those of the wished that can be had while there is time, as Pictures::thumbnail makes them; absent when the file
-    // has no moving pictures, or does not tell how long it is though the moments depend on it.
-    std::optional<QList<QImage>> make(std::unique_ptr<OpenedFile> file, const FramesWish& wish,
-                                      std::chrono::milliseconds limit);
+    struct Made {
+        QList<QImage> images; // as Pictures::thumbnail makes them
+        bool isWhole;         // false: the time was over before all moments were tried
+    };
+
+    // Those of the wished that can be had while there is time; absent when the file has no moving pictures, or does not
+    // tell how long it is though the moments depend on it.
+    std::optional<Made> make(std::unique_ptr<OpenedFile> file, const FramesWish& wish, std::chrono::milliseconds limit);
 
 private:
     // In the order in which they depend on each other.

@@ -28,14 +28,14 @@ Answer MediaAnswers::facts(const Request& request, const OpenedFile& file) const
 
 Answer MediaAnswers::frames(const Request& request, std::unique_ptr<OpenedFile> file, std::span<uchar> arena) {
     const std::optional<FramesWish> wish = decodedFramesWish(request.details);
-    const std::optional<QList<QImage>> images =
+    const std::optional<FilmFrames::Made> made =
         wish ? m_frames.make(std::move(file), *wish, limitOf(request)) : std::nullopt;
-    if (!images)
+    if (!made)
         return {};
-    QList<PictureFacts> facts;
+    FramesFacts facts{.frames = {}, .isWhole = made->isWhole};
     size_t used = 0;
-    for (const QImage& image : *images) {
-        facts.append(PictureBytes::facts(image));
+    for (const QImage& image : made->images) {
+        facts.frames.append(PictureBytes::facts(image));
         used += PictureBytes::write(image, arena.subspan(used));
     }
     return {.found = true, .details = encoded(facts), .bulk = quint32(used)};

@@ -63,6 +63,7 @@ std::unique_ptr<VideoDecoder> VideoDecoder::open(MediaFile& media) {
     codec->pkt_timebase = stream->time_base;
     codec->thread_count = 1; // more would hold pictures back, and other readers work beside
     codec->skip_loop_filter = AVDISCARD_NONREF;
+    codec->max_pixels = pixelsInMemory;
     if (avcodec_open2(codec.get(), decoder, nullptr) != 0)
         return nullptr;
     media.keepOnly(stream);

@@ -152,10 +152,21 @@ private Q_SLOTS:
         QVERIFY(!isKnown(assetAt(m_short, 1)));
     }
 
+    void aStripThatTimeCutShortIsShownButNotRemembered() {
+        Reader hasty({.children = 1, .program = hostileProgram()});
+        Frames frames(hasty);
+        const Asset asset = assetAt(home().file("long.mp4", "break off"));
+        for (int asked = 0; asked < 2; ++asked) {
+            Outcome outcome;
+            const auto request = frames.stripFor(asset, 12, 320, this, outcome.ready());
+            QCOMPARE(outcome.calls, 0);
+            QTRY_COMPARE_WITH_TIMEOUT(outcome.calls, 1, 20'000);
+            QCOMPARE(outcome.strip.size(), 1);
+        }
+    }
+
     void aReaderThatStallsYieldsNoStrip() {
-        Reader stalling({.children = 1,
-                         .limit = 0.2,
-                         .program = QCoreApplication::applicationDirPath().toUtf8() + "/lumbra-reader-hostile"});
+        Reader stalling({.children = 1, .limit = 0.2, .program = hostileProgram()});
         Frames frames(stalling);
         Outcome outcome;
         const auto request =
@@ -170,6 +181,10 @@ private:
         const auto request = m_frames->stripFor(asset, count, maxSide, this, outcome.ready());
         [&] { QTRY_COMPARE_WITH_TIMEOUT(outcome.calls, 1, 20'000); }();
         return outcome.strip;
+    }
+
+    static QByteArray hostileProgram() {
+        return QCoreApplication::applicationDirPath().toUtf8() + "/lumbra-reader-hostile";
     }
 
     // The strip of one frame is there without waiting.

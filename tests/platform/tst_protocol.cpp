@@ -124,13 +124,58 @@ private Q_SLOTS:
     void whatIsFoundInMediaArrivesAsItWasSent() {
         const MediaFacts facts{59.6, true, false};
         QCOMPARE(decodedMediaFacts(encoded(facts)).value(), facts);
-        const QList<PictureFacts> pictures{{{3, 2}, true}, {{1, 1}, false}};
-        const auto decoded = decodedPictureList(encoded(pictures), 28);
+        const auto decoded = decodedFramesFacts(encoded(FramesFacts{{{{3, 2}, true}, {{1, 1}, false}}, false}), 28);
         QVERIFY(decoded);
-        QCOMPARE(decoded->size(), 2);
-        QCOMPARE(decoded->at(0).size, QSize(3, 2));
-        QVERIFY(decoded->at(0).opaque && !decoded->at(1).opaque);
-        QVERIFY(decodedPictureList(encoded(QList<PictureFacts>()), 0)->isEmpty());
+        QCOMPARE(decoded->frames.size(), 2);
+        QCOMPARE(decoded->frames[0].size, QSize(3, 2));
+        QVERIFY(decoded->frames[0].opaque && !decoded->frames[1].opaque);
+        QVERIFY(!decoded->isWhole);
+        const auto none = decodedFramesFacts(encoded(FramesFacts{}), 0);
+        QVERIFY(none->frames.isEmpty() && none->isWhole);
+    }
+
+    void whatIsAskedOfPagesArrivesAsItWasSent() {
+        const PageWish wish{.page = 499, .whole = {59500, 84200}, .part = {100, 200, 300, 400}};
+        const auto decoded = decodedPageWish(encoded(wish));
+        QVERIFY(decoded);
+        QCOMPARE(decoded->page, wish.page);
+        QCOMPARE(decoded->whole, wish.whole);
+        QCOMPARE(decoded->part, wish.part);
+        QCOMPARE(decodedPagesFacts(encoded(PagesFacts{2, false}), 16)->count, 2);
+        QVERIFY(decodedPagesFacts(encoded(PagesFacts{0, true}), 0)->isLocked);
+    }
+
+    void senselessPages_data() {
+        QTest::addColumn<int>("page");
+        QTest::addColumn<QSize>("whole");
+        QTest::addColumn<QRect>("part");
+        const QSize sheet(600, 800);
+        QTest::newRow("before the first") << -1 << sheet << QRect(0, 0, 10, 10);
+        QTest::newRow("too far") << mostPages << sheet << QRect(0, 0, 10, 10);
+        QTest::newRow("no whole") << 0 << QSize(0, 0) << QRect(0, 0, 10, 10);
+        QTest::newRow("a whole too large") << 0 << QSize(longestPage + 1, 1) << QRect(0, 0, 1, 1);
+        QTest::newRow("no part") << 0 << sheet << QRect();
+        QTest::newRow("a part of no height") << 0 << sheet << QRect(0, 0, 10, 0);
+        QTest::newRow("a part that begins outside") << 0 << sheet << QRect(-1, 0, 10, 10);
+        QTest::newRow("a part that ends outside") << 0 << sheet << QRect(0, 0, 601, 10);
+        QTest::newRow("a part too wide") << 0 << QSize(10000, 10) << QRect(0, 0, longestSide + 1, 10);
+        QTest::newRow("a part without bounds")
+            << 0 << sheet << QRect(QPoint(INT_MIN, INT_MIN), QPoint(INT_MAX, INT_MAX));
+    }
+
+    void senselessPages() {
+        QFETCH(int, page);
+        QFETCH(QSize, whole);
+        QFETCH(QRect, part);
+        QVERIFY(!decodedPageWish(encoded(PageWish{page, whole, part})));
+    }
+
+    void senselessCountsOfPages() {
+        QVERIFY(!decodedPagesFacts(encoded(PagesFacts{2, false}), 15));
+        QVERIFY(!decodedPagesFacts(encoded(PagesFacts{0, false}), 0));
+        QVERIFY(!decodedPagesFacts(encoded(PagesFacts{1, true}), 8));
+        QVERIFY(!decodedPagesFacts(encoded(PagesFacts{mostPages + 1, false}), (mostPages + 1) * qsizetype(8)));
+        QVERIFY(!decodedPagesFacts({}, 0));
     }
 
     void senselessWishes_data() {
@@ -171,16 +216,18 @@ private Q_SLOTS:
         QVERIFY(!decodedMediaFacts({}));
     }
 
-    void senselessLists() {
-        const QByteArray two = encoded(QList<PictureFacts>{pixel, pixel});
-        QVERIFY(decodedPictureList(two, 8));
-        QVERIFY(!decodedPictureList(two, 4));
-        QVERIFY(!decodedPictureList(two, 12));
-        QVERIFY(!decodedPictureList(two.chopped(1), 8));
-        QVERIFY(!decodedPictureList(two + 'x', 8));
-        QVERIFY(!decodedPictureList(changed(two, 1, 9), 8));
-        QVERIFY(!decodedPictureList({}, 0));
-        QVERIFY(!decodedPictureList(encoded(QList<PictureFacts>(mostFrames + 1, pixel)), (mostFrames + 1) * 4));
+    void senselessFrames() {
+        const QByteArray two = encoded(FramesFacts{{pixel, pixel}});
+        QVERIFY(decodedFramesFacts(two, 8));
+        QVERIFY(!decodedFramesFacts(two, 4));
+        QVERIFY(!decodedFramesFacts(two, 12));
+        QVERIFY(!decodedFramesFacts(two.chopped(1), 8));
+        QVERIFY(!decodedFramesFacts(two + 'x', 8));
+        QVERIFY(!decodedFramesFacts(changed(two, 0, 2), 8));
+        QVERIFY(!decodedFramesFacts(changed(two, 2, 9), 8));
+        QVERIFY(!decodedFramesFacts({}, 0));
+        QVERIFY(!decodedFramesFacts(encoded(FramesFacts{QList<PictureFacts>(mostFrames + 1, pixel)}),
+                                    (mostFrames + 1) * 4));
     }
 
     void picturesOutOfBounds_data() {

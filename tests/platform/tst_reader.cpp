@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/Reader.h"
+#include "support/ReaderProcesses.h"
 #include "support/TestHome.h"
 
 #include <QImage>
@@ -48,7 +49,7 @@ const Asked requests[] = {
      }},
     {"frames",
      [](Reader& reader, const Location& file) {
-         QFuture<std::optional<QList<QImage>>> frames = reader.frames(file, {.moments = {1}, .box = box});
+         QFuture<std::optional<Reader::Frames>> frames = reader.frames(file, {.moments = {1}, .box = box});
          frames.waitForFinished();
          return frames.result().has_value();
      }},
@@ -58,23 +59,17 @@ const Asked requests[] = {
          loudness.waitForFinished();
          return loudness.result().size() == 140;
      }},
+    {"pages",
+     [](Reader& reader, const Location& file) {
+         QFuture<std::optional<Reader::Pages>> pages = reader.pages(file);
+         pages.waitForFinished();
+         return pages.result().has_value();
+     }},
+    {"a page",
+     [](Reader& reader, const Location& file) {
+         return !resultOf(reader.page(file, {.page = 0, .whole = {1, 1}, .part = {0, 0, 1, 1}})).isNull();
+     }},
 };
-
-QList<pid_t> childProcesses() {
-    QList<pid_t> children;
-    for (const QString& name : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
-        bool isNumber = false;
-        const int process = name.toInt(&isNumber);
-        QFile status(QStringLiteral("/proc/%1/stat").arg(name));
-        if (!isNumber || !status.open(QIODevice::ReadOnly))
-            continue;
-        const QByteArray text = status.readAll();
-        const QList<QByteArray> fields = text.mid(text.lastIndexOf(')') + 2).split(' ');
-        if (fields.value(0) != "Z" && fields.value(1).toInt() == QCoreApplication::applicationPid())
-            children.append(process);
-    }
-    return children;
-}
 
 } // namespace
 
@@ -139,6 +134,9 @@ private Q_SLOTS:
             row("runs a program", "run", false);
             row("shrinks the shared memory", "shrink", false);
             row("grows the shared memory", "grow", false);
+            row("takes memory without an end", "hoard", false);
+            row("signals its parent", "signal", false);
+            row("looks into its parent", "look", false);
         }
     }
 
@@ -163,6 +161,19 @@ private Q_SLOTS:
         resultOf(reader.thumbnail(fine(), box));
         QCOMPARE(resultOf(reader.thumbnail(fine(), box)).size(), QSize(1, 1));
         QCOMPARE(reader.startedCount(), size_t(2));
+    }
+
+    // What was handed out is a copy, checked after it was made.
+    void aReaderThatWritesOnAfterItsAnswerChangesNoPicture() {
+        Reader reader(hostile(0.5));
+        const QImage white = resultOf(reader.thumbnail(fine(), box));
+        const QImage image = resultOf(reader.thumbnail(m_home.file("bad", "scribble"), box));
+        QCOMPARE(image.size(), QSize(1, 1));
+        const QImage before = image.copy();
+        QVERIFY(resultOf(reader.thumbnail(fine(), box)).isNull()); // it scribbles meanwhile, until it is ended
+        QCOMPARE(image, before);
+        QCOMPARE(white.pixelColor(0, 0), QColor(Qt::white));
+        QCOMPARE(resultOf(reader.thumbnail(fine(), box)).size(), QSize(1, 1));
     }
 
     void aCrashIsNotTriedAgainAndTheQueueGoesOn() {

@@ -6,13 +6,17 @@
 #include "reader/Sandbox.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
+#include <span>
 #include <thread>
 
 using namespace lumbra::reader;
@@ -37,11 +41,18 @@ Answer fineAnswer(const Request& request) {
         answer.details = encoded(MediaFacts{1, true, true});
         break;
     case Kind::frames:
-        answer.details = encoded(QList<PictureFacts>{pixel});
+        answer.details = encoded(FramesFacts{{pixel}});
         answer.bulk = 4;
         break;
     case Kind::loudness:
         answer.bulk = quint32(decodedLoudnessWish(request.details)->count) * quint32(sizeof(float));
+        break;
+    case Kind::pages:
+        answer.details = encoded(PagesFacts{.count = 0, .isLocked = true});
+        break;
+    case Kind::page:
+        answer.details = encoded(pixel);
+        answer.bulk = 4;
         break;
     }
     return answer;
@@ -57,11 +68,18 @@ void makeSenseless(Answer& answer, Kind kind) {
         answer.details = encoded(MediaFacts{-1, true, true});
         break;
     case Kind::frames:
-        answer.details = encoded(QList<PictureFacts>{tooLarge});
+        answer.details = encoded(FramesFacts{{tooLarge}});
         answer.bulk = quint32(arenaSize);
         break;
     case Kind::loudness:
         answer.bulk += 4;
+        break;
+    case Kind::pages:
+        answer.details = encoded(PagesFacts{.count = 2, .isLocked = false});
+        answer.bulk = 8;
+        break;
+    case Kind::page:
+        answer.details = encoded(tooLarge);
         break;
     }
 }
@@ -72,6 +90,15 @@ QByteArray firstWord(const QByteArray& path) {
     [[maybe_unused]] const auto size = ::read(file, text, sizeof text - 1);
     ::close(file);
     return QByteArray(text);
+}
+
+bool canTake(qsizetype memory) {
+    constexpr qsizetype step = 64 << 20;
+    for (qsizetype taken = 0; taken < memory; taken += step) {
+        if (::mmap(nullptr, size_t(step), PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0) == MAP_FAILED)
+            return false;
+    }
+    return true;
 }
 
 // Each answers a picture only if it could do what it must not.
@@ -86,6 +113,12 @@ bool couldDo(const QByteArray& deed, const QByteArray& path) {
         return ::ftruncate(arenaDescriptor, 0) == 0;
     if (deed == "grow")
         return ::ftruncate(arenaDescriptor, arenaSize * 2) == 0;
+    if (deed == "hoard")
+        return Sandbox::boundsMemory && canTake(qsizetype(3) << 30);
+    if (deed == "signal")
+        return ::kill(::getppid(), 0) == 0 || ::fcntl(socketDescriptor, F_SETOWN, ::getppid()) == 0;
+    if (deed == "look")
+        return ::syscall(SYS_process_vm_readv, ::getppid(), nullptr, 0, nullptr, 0, 0) == 0;
     return false;
 }
 
@@ -116,7 +149,20 @@ void waitForStop() {
         ::_exit(1);
 }
 
-void misbehave(const QByteArray& deed, const Request& request) {
+// Each answers rightly.
+void scribbleFor(const Request& request, std::span<uchar> arena) {
+    say(encoded(fineAnswer(request)));
+    while (true)
+        std::ranges::fill(arena.first(4096), uchar(0x55));
+}
+
+void breakOff(const Request& request) {
+    Answer answer = fineAnswer(request);
+    answer.details = encoded(FramesFacts{{pixel}, false});
+    say(encoded(answer));
+}
+
+void misbehave(const QByteArray& deed, const Request& request, std::span<uchar> arena) {
     if (deed == "exit")
         ::_exit(0);
     if (deed == "crash")
@@ -131,6 +177,10 @@ void misbehave(const QByteArray& deed, const Request& request) {
             say(encoded(fineAnswer(request)));
     if (deed == "obey")
         waitForStop();
+    if (deed == "scribble")
+        scribbleFor(request, arena);
+    if (deed == "break off")
+        return breakOff(request);
     const QByteArray message = nonsense(deed, request);
     if (!message.isEmpty() || deed == "silence")
         return say(message);
@@ -163,7 +213,7 @@ int main() {
             std::memset(arena, request->kind == Kind::loudness ? 0 : 0xff, 4);
             say(encoded(fineAnswer(*request)));
         } else {
-            misbehave(deed, *request);
+            misbehave(deed, *request, {static_cast<uchar*>(arena), size_t(arenaSize)});
         }
     }
 }

@@ -30,9 +30,10 @@ FramesWish strip(int count, double tolerance = 0.5) {
     return wish;
 }
 
-std::optional<QList<QImage>> framesOf(const Location& file, const FramesWish& wish, FilmFrames&& maker = {}) {
+std::optional<QList<QImage>> framesOf(const Location& file, const FramesWish& wish) {
     auto opened = OpenedFile::open(file.path());
-    return opened ? maker.make(std::move(opened), wish, unlimited) : std::nullopt;
+    const auto made = opened ? FilmFrames().make(std::move(opened), wish, unlimited) : std::nullopt;
+    return made ? std::optional(made->images) : std::nullopt;
 }
 
 QList<int> numbersOf(const Location& file, const FramesWish& wish) {
@@ -245,7 +246,8 @@ private Q_SLOTS:
             FramesWish wish = inSeconds({moment});
             wish.keepsOpen = true;
             const auto frames = maker.make(OpenedFile::open(file.path()), wish, unlimited);
-            QCOMPARE(FilmClips::numbersIn(frames.value()), QList<int>{number});
+            QCOMPARE(FilmClips::numbersIn(frames.value().images), QList<int>{number});
+            QVERIFY(frames->isWhole);
         }
     }
 
@@ -259,8 +261,8 @@ private Q_SLOTS:
         QVERIFY(QFile::remove(file.toString()));
         QVERIFY(QFile::rename(home().path().child("other.mp4").toString(), file.toString()));
         const auto frames = maker.make(OpenedFile::open(file.path()), wish, unlimited);
-        QCOMPARE(frames.value()[0].size(), QSize(160, 90));
-        QCOMPARE(FilmClips::numbersIn(*frames), QList<int>{21});
+        QCOMPARE(frames.value().images[0].size(), QSize(160, 90));
+        QCOMPARE(FilmClips::numbersIn(frames->images), QList<int>{21});
     }
 
     void framesThatNobodyWaitsForAreNotMade() {
@@ -286,7 +288,8 @@ private Q_SLOTS:
         timer.start();
         const auto frames = maker.make(OpenedFile::open(file.path()), strip(200, 0), 150ms);
         QVERIFY(timer.elapsed() < 5000);
-        QVERIFY(frames && frames->size() < 200);
+        QVERIFY(frames && frames->images.size() < 200);
+        QVERIFY(!frames->isWhole);
     }
 };
 
