@@ -42,6 +42,7 @@ constexpr std::array makers{
     Row{Format::audio, videoPicture},
     Row{Format::archive, archivePicture},
     Row{Format::archive, officePicture},
+    Row{Format::archive, animationPicture},
     Row{Format::blend, blendPicture},
     Row{Format::plainText, plainTextPicture},
     Row{Format::sourceText, sourceTextPicture},

@@ -34,6 +34,7 @@ QImage postscriptPicture(OpenedFile& file, QSize box, Milliseconds limit);
 QImage coverPicture(OpenedFile& file, QSize box, Milliseconds limit);
 QImage archivePicture(OpenedFile& file, QSize box, Milliseconds limit);
 QImage officePicture(OpenedFile& file, QSize box, Milliseconds limit);
+QImage animationPicture(OpenedFile& file, QSize box, Milliseconds limit);
 QImage blendPicture(OpenedFile& file, QSize box, Milliseconds limit);
 
 // Texts, drawn as a page.

@@ -6,7 +6,9 @@
 
 #include <QBuffer>
 #include <QByteArray>
+#include <QByteArrayList>
 #include <QImage>
+#include <QRect>
 #include <QtEndian>
 
 #include <zip.h>
@@ -175,6 +177,32 @@ inline QByteArray rawPhotograph(const QImage& preview, quint16 orientation = 1) 
                                         secondAt);
     const QByteArray start = QByteArray("II*\0", 4) + little(firstAt) + first;
     return start.leftJustified(secondAt, '\0') + second.leftJustified(sensorAt - secondAt, '\0') + sensor + plain;
+}
+
+// One layer of an animation of forty by thirty, and an archive of such an animation.
+inline QByteArray layer(const QByteArray& facts, QPoint place) {
+    const QByteArray at = QByteArray::number(place.x()) + ',' + QByteArray::number(place.y());
+    return "{" + facts
+           + ",\"ip\":0,\"op\":30,\"st\":0,\"ks\":{\"o\":{\"a\":0,\"k\":100},\"r\":{\"a\":0,\"k\":0},\"p\":{\"a\":0,"
+             "\"k\":["
+           + at + ",0]},\"a\":{\"a\":0,\"k\":[0,0,0]},\"s\":{\"a\":0,\"k\":[100,100,100]}}}";
+}
+
+inline QByteArray solidLayer(const QByteArray& colour, QRect place) {
+    return layer("\"ty\":1,\"sw\":" + QByteArray::number(place.width())
+                     + ",\"sh\":" + QByteArray::number(place.height()) + ",\"sc\":\"" + colour + "\"",
+                 place.topLeft());
+}
+
+inline void animation(const QString& path, const QByteArrayList& layers, const QByteArray& assets = {}) {
+    zip(path, {{"manifest.json", "{\"animations\":[{\"id\":\"one\"}]}"},
+               {"animations/one.json", "{\"v\":\"5.5.0\",\"fr\":30,\"ip\":0,\"op\":30,\"w\":40,\"h\":30,\"assets\":["
+                                           + assets + "],\"layers\":[" + layers.join(',') + "]}"}});
+}
+
+inline void quarteredAnimation(const QString& path) {
+    animation(path, {solidLayer("#ff0000", {0, 0, 20, 15}), solidLayer("#00ff00", {20, 0, 20, 15}),
+                     solidLayer("#0000ff", {0, 15, 20, 15}), solidLayer("#ffffff", {20, 15, 20, 15})});
 }
 
 // A tag of a cover, as music of many containers has it.

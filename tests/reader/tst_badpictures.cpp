@@ -56,14 +56,6 @@ private Q_SLOTS:
         QVERIFY(image.width() <= box.width() && image.height() <= box.height());
     }
 
-    void emptyFilesAreNothing_data() { formatRows(); }
-
-    void emptyFilesAreNothing() {
-        QFETCH(QByteArray, name);
-        write("empty-" + name, {});
-        QVERIFY(thumbnail("empty-" + name).isNull());
-    }
-
     void theContentDecidesWhateverTheName_data() {
         QTest::addColumn<QByteArray>("made");
         QTest::addColumn<QByteArray>("called");

@@ -90,14 +90,6 @@ private Q_SLOTS:
         }
     }
 
-    void emptyFilesAreNothing_data() { rows(); }
-
-    void emptyFilesAreNothing() {
-        QFETCH(QByteArray, name);
-        write("empty-" + name, {});
-        QVERIFY(thumbnail("empty-" + name).isNull());
-    }
-
     void theContentDecidesWhateverTheName_data() {
         QTest::addColumn<QByteArray>("made");
         QTest::addColumn<QByteArray>("called");

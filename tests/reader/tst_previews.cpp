@@ -144,6 +144,22 @@ private Q_SLOTS:
         QVERIFY(thumbnail("bomb.docx").isNull());
     }
 
+    void anAnimationThatBeginsWithNothingIsShownWhereItIsNot() {
+        QByteArray late = made::solidLayer("#ff0000", {0, 0, 40, 30});
+        made::animation(path("late.lottie"), {late.replace("\"ip\":0", "\"ip\":10")});
+        QVERIFY(isNear(at(thumbnail("late.lottie"), 0.5, 0.5), Qt::red));
+    }
+
+    void anAnimationTakesNoPicturesFromElsewhere() {
+        const QByteArray picture = made::layer("\"ty\":2,\"refId\":\"p\"", {0, 0});
+        const QByteArray folder = path("").toUtf8();
+        for (const QByteArray& asset : {"\"u\":\"" + folder + "\",\"p\":\"quarters.png\",\"e\":0",
+                                        "\"u\":\"\",\"p\":\"" + folder + "quarters.png\""}) {
+            made::animation(path("outside.lottie"), {picture}, "{\"id\":\"p\",\"w\":40,\"h\":30," + asset + "}");
+            QVERIFY(thumbnail("outside.lottie").isNull());
+        }
+    }
+
     void aPreviewOfNoUseIsPassedOver() {
         made::zip(path("metafile.docx"), "docProps/thumbnail.emf", "a metafile");
         QVERIFY(thumbnail("metafile.docx").isNull());
