@@ -62,14 +62,6 @@ const Recipe& recipeOf(const char* name) {
     qFatal("there is no clip %s", name);
 }
 
-QByteArray ffmpeg(const QStringList& arguments) {
-    QProcess process;
-    process.start(QStringLiteral("ffmpeg"), arguments);
-    if (!process.waitForFinished(100'000) || process.exitCode() != 0)
-        qFatal("ffmpeg: %s", process.readAllStandardError().constData());
-    return process.readAllStandardOutput();
-}
-
 QByteArray bytesOf(const Location& location) {
     QFile file(location.toString());
     if (!file.open(QIODevice::ReadOnly))
@@ -85,26 +77,37 @@ void write(const Location& location, const QByteArray& bytes) {
 
 } // namespace
 
+QByteArray ffmpeg(const QStringList& arguments, const Location& folder) {
+    QProcess process;
+    process.setWorkingDirectory(folder.toString());
+    process.start(QStringLiteral("ffmpeg"), arguments);
+    if (!process.waitForFinished(100'000) || process.exitCode() != 0)
+        qFatal("ffmpeg %s: %s", qUtf8Printable(arguments.join(u' ')), process.readAllStandardError().constData());
+    return process.readAllStandardOutput();
+}
+
 Location clip(const char* name) {
-    const Recipe& recipe = recipeOf(name);
+    return made(name, QLatin1String(recipeOf(name).arguments));
+}
+
+Location made(const char* name, const QString& words) {
     // Its own folder, named after how it is made, so that the name is the clip's and a changed recipe is followed.
-    const QByteArray key = QCryptographicHash::hash(recipe.arguments, QCryptographicHash::Md5).toHex();
+    const QByteArray key = QCryptographicHash::hash(words.toUtf8(), QCryptographicHash::Md5).toHex();
     const QString folder = QStringLiteral(LUMBRA_CLIPS "/") + QString::fromLatin1(key);
-    const Location made{QStringView(folder + QLatin1Char('/') + QString::fromLatin1(name))};
-    if (made.exists())
-        return made;
+    const Location file{QStringView(folder + QLatin1Char('/') + QString::fromLatin1(name))};
+    if (file.exists())
+        return file;
     // Others may be making it as well: whoever is last wins, and nobody sees a part of it.
     QDir().mkpath(folder);
     const QString part = folder + QStringLiteral("/%1-%2").arg(::getpid()).arg(QLatin1String(name));
-    QStringList arguments =
-        QStringLiteral("-v error -y -nostdin %1").arg(QLatin1String(recipe.arguments)).split(QLatin1Char(' '));
+    QStringList arguments = QStringLiteral("-v error -y -nostdin %1").arg(words).split(QLatin1Char(' '));
     for (QString& argument : arguments)
         if (argument.startsWith(u'@'))
             argument = clip(argument.sliced(1).toLatin1().constData()).toString();
     ffmpeg(arguments << part);
-    if (std::rename(part.toUtf8().constData(), made.path().constData()) != 0)
+    if (std::rename(part.toUtf8().constData(), file.path().constData()) != 0)
         qFatal("cannot rename %s", qUtf8Printable(part));
-    return made;
+    return file;
 }
 
 bool canMake(const char* name) {

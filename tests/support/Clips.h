@@ -6,7 +6,8 @@
 
 #include "platform/Location.h"
 
-#include <QByteArrayList>
+#include <QByteArray>
+#include <QStringList>
 
 namespace lumbra::Clips {
 
@@ -19,6 +20,13 @@ namespace lumbra::Clips {
 //
 // Sounds of 2 seconds: tone.mp3, tone.m4a, tone.flac, tone.ogg, tone.opus, tone.wav, and covered.mp3 with a cover.
 Location clip(const char* name);
+
+// A file of that name that FFmpeg makes by other arguments, parted by blanks and without the name. They may take from
+// nothing but FFmpeg's own sources and other clips, which @ stands before.
+Location made(const char* name, const QString& arguments);
+
+// Runs FFmpeg in a folder, fatal if it fails; returns what it prints.
+QByteArray ffmpeg(const QStringList& arguments, const Location& folder = {});
 
 // False where FFmpeg here lacks the encoder.
 bool canMake(const char* name);
