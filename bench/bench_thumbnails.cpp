@@ -2,7 +2,8 @@
 // with as many threads, one line for each format; how like a full Lanczos reduction ours are; what the readers'
 // protocol costs; and how long a screen full of all of them takes.
 //
-// bench_thumbnails FOLDER: makes its pictures there once.
+// bench_thumbnails FOLDER [NAME]: makes its pictures there once; measures all, or the one picture, "protocol" or
+// "screen".
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Measure.h"
@@ -313,12 +314,13 @@ int main(int argc, char** argv) {
     vips_cache_set_max(0);
     const QString folder = QString::fromUtf8(argv[1]);
     make(folder);
+    const auto isWanted = [argc, argv](const char* name) { return argc < 3 || qstrcmp(argv[2], name) == 0; };
     Reader reader({.children = threads});
     for (const Sample& sample : samples)
-        if (argc < 3 || qstrcmp(argv[2], sample.name) == 0)
+        if (isWanted(sample.name))
             measure(reader, sample, folder);
-    if (argc < 3) {
+    if (isWanted("protocol"))
         measureProtocol(folder);
+    if (isWanted("screen"))
         measureScreen(folder);
-    }
 }
