@@ -74,15 +74,14 @@ RecentPage recent(const AssetIndex& index, const QList<Location>& hiddenProjects
             ++page.kindCounts[file.kind];
             if (!filter.hasKind(file.kind))
                 continue;
-            collector.add(file.kind, file.modified, base + qsizetype(i));
+            collector.add(file.kind, file.modified, base + qsizetype(i), i);
             collected = true;
         }
         if (collected)
-            collector.endFolder(Location(QByteArray::fromStdString(path)),
-                                [&](qsizetype position) { return folder->assetAt(size_t(position - base)); });
+            collector.endFolder(*folder);
         base += qsizetype(folder->size());
     }
-    QList<RecentSection> sections = collector.sections();
+    QList<RecentSection> sections = collector.sections(std::make_shared<const AssetIndex>(index));
     page.sections = sections == shown ? shown : std::move(sections);
     return page;
 }

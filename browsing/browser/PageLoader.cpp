@@ -101,6 +101,7 @@ void PageLoader::loadRecent(const LoadKey& key, const PageFilter& filter) {
         Tasks::run(pool, computeFeed).then(this, [this, key](const RecentPage& page) {
             Q_EMIT arriving(key.place);
             m_kindCounts = page.kindCounts;
+            Tasks::dropLater(sections()); // and with it perhaps an older index
             m_sections = page.sections;
             Q_EMIT listsWritten();
             finish(key);

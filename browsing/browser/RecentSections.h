@@ -4,9 +4,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "library/Model.h"
+#include "library/AssetIndex.h"
 
-#include <functional>
+#include <iterator>
+#include <memory>
 #include <variant>
 
 namespace lumbra {
@@ -25,10 +26,65 @@ using RecentEntry = std::variant<Asset, RecentStack>;
 // Tells entries apart within a section: the asset's path, or "stack:" and the folder's.
 QString identity(const RecentEntry& entry);
 
+// The entries of a section, put together when they are asked for: in a month of a million files there are half a
+// million, of which a page shows some dozens. They point into the folders that they were found in and hold on to them.
+// A value whose copy costs nothing.
+class RecentEntries {
+public:
+    class Iterator;
+
+    qsizetype size() const { return m_items ? qsizetype(m_items->items.size()) : 0; }
+    bool isEmpty() const { return size() == 0; }
+    RecentEntry operator[](qsizetype place) const;
+    RecentEntry last() const { return (*this)[size() - 1]; }
+    QList<RecentEntry> first(qsizetype count) const;
+
+    Iterator begin() const;
+    Iterator end() const;
+
+    friend bool operator==(const RecentEntries& a, const RecentEntries& b);
+
+private:
+    friend class RecentCollector;
+
+    struct Item {
+        const AssetIndex::Folder* folder;
+        quint32 place;   // of the asset, or of the stack's cover
+        quint32 stacked; // how many the stack holds; 0 for a file that stands alone
+
+        bool operator==(const Item& other) const;
+    };
+    struct Items {
+        std::shared_ptr<const void> folders; // what keeps them
+        std::vector<Item> items;
+    };
+    std::shared_ptr<const Items> m_items;
+};
+
+class RecentEntries::Iterator {
+public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = RecentEntry;
+    using difference_type = std::ptrdiff_t;
+
+    Iterator(const RecentEntries& entries, qsizetype place) : m_entries(&entries), m_place(place) {}
+
+    RecentEntry operator*() const { return (*m_entries)[m_place]; }
+    Iterator& operator++() {
+        ++m_place;
+        return *this;
+    }
+    friend bool operator==(const Iterator&, const Iterator&) = default;
+
+private:
+    const RecentEntries* m_entries;
+    qsizetype m_place;
+};
+
 struct RecentSection {
     AssetKind kind = AssetKind::image;
     qsizetype total = 0; // assets that the section stands for, stacked ones included
-    QList<RecentEntry> entries;
+    RecentEntries entries;
 
     friend bool operator==(const RecentSection&, const RecentSection&) = default;
 };
@@ -40,31 +96,30 @@ QList<RecentSection> recentSections(const Assets& assets);
 // the five newest can ever show.
 class RecentCollector {
 public:
-    // Yields the asset for the position that was given to `add`. Called for those that show.
-    using AssetAt = std::function<Asset(qsizetype position)>;
+    // Adds a file of the folder that is being collected, by its place there. Of files with equal dates, in whatever
+    // folders, that of the lower position stands first; a folder's positions are added in rising order.
+    void add(AssetKind kind, Date modified, qsizetype position, size_t place);
 
-    // Adds a file of the folder that is being collected. Of files with equal dates, in whatever folders, that of the
-    // lower position stands first; a folder's positions are added in rising order.
-    void add(AssetKind kind, Date modified, qsizetype position);
+    void endFolder(const AssetIndex::Folder& folder);
 
-    void endFolder(const Location& folder, const AssetAt& assetAt);
-
-    QList<RecentSection> sections() const;
+    // `folders` keeps those that were gone through.
+    QList<RecentSection> sections(const std::shared_ptr<const void>& folders);
 
 private:
     struct Pick {
         Date modified;
         qsizetype position;
+        size_t place;
     };
     struct Newest {
         qsizetype count = 0;
         std::array<Pick, 5> picks; // newest first, the first `count` of them
-        void add(Pick pick);
+        void add(const Pick& pick);
     };
     struct Placed {
         Date modified;
         qsizetype position;
-        RecentEntry entry;
+        RecentEntries::Item item;
     };
 
     std::array<Newest, allAssetKinds.size()> m_folder;
