@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "MediaStream.h"
 
+#include "MpvLibrary.h"
 #include "platform/Descriptor.h"
 
 #include <fcntl.h>
-#include <mpv/stream_cb.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -179,8 +179,8 @@ int open(void*, char* address, mpv_stream_cb_info* info) {
 
 } // namespace
 
-void serve(mpv_handle* mpv) {
-    mpv_stream_cb_add_ro(mpv, scheme, nullptr, open);
+void serve(const MpvLibrary& library, mpv_handle* mpv) {
+    library.stream_cb_add_ro(mpv, scheme, nullptr, open);
 }
 
 QByteArray addressOf(const Location& file) {

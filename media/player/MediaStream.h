@@ -12,10 +12,14 @@
 
 struct mpv_handle;
 
+namespace lumbra {
+struct MpvLibrary;
+}
+
 namespace lumbra::MediaStream {
 
 // Lets the player open the addresses below. Once for each player, before it loads a file.
-void serve(mpv_handle* mpv);
+void serve(const MpvLibrary& library, mpv_handle* mpv);
 
 // What to tell it to load.
 QByteArray addressOf(const Location& file);

@@ -2,15 +2,10 @@
 #include "MpvHandle.h"
 
 #include "MediaStream.h"
+#include "MpvLibrary.h"
 #include "platform/Tasks.h"
 
 #include <QCoreApplication>
-
-#include <mpv/client.h>
-
-extern "C" {
-#include <libavutil/log.h>
-}
 
 #include <chrono>
 #include <clocale>
@@ -18,7 +13,6 @@ extern "C" {
 #include <cstring>
 #include <mutex>
 #include <thread>
-#include <vector>
 
 namespace lumbra {
 
@@ -66,22 +60,23 @@ constexpr std::pair<const char*, const char*> settings[] = {
     {"video-timing-offset", "0"},
 };
 
-// Players on their way out. Ending one waits for its threads and its audio device.
-class Departures {
+// What is done for players in the background and waits for them: loading their library, starting one, ending one.
+class Errands {
 public:
-    static Departures& shared() {
+    static Errands& shared() {
         // Never destroyed: one that hangs for good may still look at it.
-        static auto* const departures = new Departures;
-        return *departures;
+        static auto* const errands = new Errands;
+        return *errands;
     }
 
-    void add(mpv_handle* mpv) {
+    void run(std::function<void()> errand) {
         {
             const std::lock_guard lock(m_mutex);
             ++m_count;
         }
-        std::thread([this, mpv] {
-            mpv_terminate_destroy(mpv);
+        std::thread([this, errand = std::move(errand)]() mutable {
+            errand();
+            errand = nullptr; // with what it holds
             const std::lock_guard lock(m_mutex);
             --m_count;
             m_changed.notify_all();
@@ -89,7 +84,7 @@ public:
     }
 
 private:
-    Departures() {
+    Errands() {
         qAddPostRoutine([] { shared().wait(); });
     }
 
@@ -104,61 +99,87 @@ private:
     int m_count = 0;
 };
 
+// A player with the options set; null if mpv refuses one of them, or to start at all.
+mpv_handle* makePlayer(const MpvLibrary& library, const MpvHandle::Options& options) {
+    mpv_handle* const mpv = library.create();
+    if (!mpv)
+        return nullptr;
+    for (const auto& [name, value] : settings)
+        library.set_option_string(mpv, name, value); // other versions of mpv may lack one
+    const QByteArray whitelist(containers);
+    library.set_option_string(mpv, "demuxer-lavf-o",
+                              "format_whitelist=%" + QByteArray::number(whitelist.size()) + '%' + whitelist);
+    bool isGood = true;
+    for (const auto& [name, value] : options)
+        isGood = isGood && library.set_option_string(mpv, name, value) >= 0;
+    if (!isGood || library.initialize(mpv) < 0) {
+        library.destroy(mpv);
+        return nullptr;
+    }
+    MediaStream::serve(library, mpv);
+    return mpv;
+}
+
 } // namespace
 
-std::shared_ptr<MpvHandle> MpvHandle::make(const Options& options, Listener listener) {
-    auto made = std::make_shared<MpvHandle>(std::move(listener));
+MpvHandle::~MpvHandle() {
+    mpv_handle* const mpv = m_mpv;
+    if (!mpv)
+        return;
+    const MpvLibrary* const library = MpvLibrary::shared();
+    library->set_wakeup_callback(mpv, nullptr, nullptr); // waits for a call under way
+    Errands::shared().run([library, mpv] { library->terminate_destroy(mpv); });
+}
+
+void MpvHandle::start() {
+    if (m_state != State::none)
+        return;
+    m_state = State::starting;
     // mpv reads numbers with the locale's point, and refuses to start with any but that of C.
     if (std::strcmp(std::setlocale(LC_NUMERIC, nullptr), "C") != 0)
         std::setlocale(LC_NUMERIC, "C");
-    // What the decoders think of a file is said nowhere; they would write it over the terminal.
-    av_log_set_level(AV_LOG_QUIET);
-    mpv_handle* const mpv = mpv_create();
-    if (!mpv)
-        return made;
-    for (const auto& [name, value] : settings)
-        mpv_set_option_string(mpv, name, value);
-    const QByteArray whitelist(containers);
-    mpv_set_option_string(mpv, "demuxer-lavf-o",
-                          "format_whitelist=%" + QByteArray::number(whitelist.size()) + '%' + whitelist);
-    for (const auto& [name, value] : options)
-        mpv_set_option_string(mpv, name, value);
-    if (mpv_initialize(mpv) < 0) {
-        mpv_destroy(mpv);
-        return made;
-    }
-    MediaStream::serve(mpv);
-    made->m_mpv = mpv;
-    mpv_set_wakeup_callback(
-        mpv,
-        [](void* given) {
-            auto* const self = static_cast<MpvHandle*>(given);
-            if (self->m_isCalled.exchange(true))
-                return;
-            Tasks::postToMain([weak = self->weak_from_this()] {
-                if (const std::shared_ptr<MpvHandle> handle = weak.lock())
-                    handle->hear();
-            });
-        },
-        made.get());
-    return made;
+    Errands::shared().run([weak = weak_from_this(), options = m_options] {
+        const MpvLibrary* const library = MpvLibrary::shared();
+        mpv_handle* const mpv = library ? makePlayer(*library, options) : nullptr;
+        const std::shared_ptr<MpvHandle> handle = weak.lock();
+        if (handle)
+            handle->m_mpv = mpv; // from here on its own to end
+        else if (mpv)
+            library->terminate_destroy(mpv);
+        Tasks::postToMain([weak] {
+            if (const std::shared_ptr<MpvHandle> started = weak.lock())
+                started->started();
+        });
+    });
 }
 
-MpvHandle::~MpvHandle() {
-    if (!m_mpv)
-        return;
-    mpv_set_wakeup_callback(m_mpv, nullptr, nullptr); // waits for a call under way
-    Departures::shared().add(m_mpv);
+void MpvHandle::started() {
+    m_state = m_mpv ? State::running : State::absent;
+    const std::vector<Request> requests = std::exchange(m_waiting, {});
+    if (m_mpv) {
+        MpvLibrary::shared()->set_wakeup_callback(m_mpv, &MpvHandle::wake, this);
+        for (const Request& request : requests)
+            request(*MpvLibrary::shared(), m_mpv);
+    }
+    if (m_started)
+        m_started(m_state == State::running);
+}
+
+void MpvHandle::ask(Request request) {
+    if (m_state == State::running)
+        request(*MpvLibrary::shared(), m_mpv);
+    else if (m_state == State::starting)
+        m_waiting.push_back(std::move(request));
 }
 
 void MpvHandle::command(const QByteArrayList& words, quint64 tag) {
-    if (!m_mpv)
-        return;
-    std::vector<const char*> texts;
-    for (const QByteArray& word : words)
-        texts.push_back(word.constData());
-    texts.push_back(nullptr);
-    mpv_command_async(m_mpv, tag, texts.data());
+    ask([words, tag](const MpvLibrary& library, mpv_handle* mpv) {
+        std::vector<const char*> texts;
+        for (const QByteArray& word : words)
+            texts.push_back(word.constData());
+        texts.push_back(nullptr);
+        library.command_async(mpv, tag, texts.data());
+    });
 }
 
 void MpvHandle::load(const Location& file, quint64 tag) {
@@ -166,35 +187,51 @@ void MpvHandle::load(const Location& file, quint64 tag) {
 }
 
 void MpvHandle::set(const char* property, double value, quint64 tag) {
-    if (m_mpv)
-        mpv_set_property_async(m_mpv, tag, property, MPV_FORMAT_DOUBLE, &value);
+    ask([property, value, tag](const MpvLibrary& library, mpv_handle* mpv) mutable {
+        library.set_property_async(mpv, tag, property, MPV_FORMAT_DOUBLE, &value);
+    });
 }
 
 void MpvHandle::set(const char* property, bool value, quint64 tag) {
-    int flag = value;
-    if (m_mpv)
-        mpv_set_property_async(m_mpv, tag, property, MPV_FORMAT_FLAG, &flag);
+    ask([property, value = int(value), tag](const MpvLibrary& library, mpv_handle* mpv) mutable {
+        library.set_property_async(mpv, tag, property, MPV_FORMAT_FLAG, &value);
+    });
 }
 
 void MpvHandle::set(const char* property, const char* value, quint64 tag) {
-    if (m_mpv)
-        mpv_set_property_async(m_mpv, tag, property, MPV_FORMAT_STRING, &value);
+    ask([property, text = QByteArray(value), tag](const MpvLibrary& library, mpv_handle* mpv) {
+        const char* given = text.constData();
+        library.set_property_async(mpv, tag, property, MPV_FORMAT_STRING, &given);
+    });
 }
 
 void MpvHandle::get(const char* property, int format, quint64 tag) {
-    if (m_mpv)
-        mpv_get_property_async(m_mpv, tag, property, mpv_format(format));
+    ask([property, format, tag](const MpvLibrary& library, mpv_handle* mpv) {
+        library.get_property_async(mpv, tag, property, mpv_format(format));
+    });
 }
 
 void MpvHandle::observe(const char* property, int format, quint64 tag) {
-    if (m_mpv)
-        mpv_observe_property(m_mpv, tag, property, mpv_format(format));
+    ask([property, format, tag](const MpvLibrary& library, mpv_handle* mpv) {
+        library.observe_property(mpv, tag, property, mpv_format(format));
+    });
+}
+
+// On any of mpv's threads.
+void MpvHandle::wake(void* given) {
+    auto* const self = static_cast<MpvHandle*>(given);
+    if (self->m_isCalled.exchange(true))
+        return;
+    Tasks::postToMain([weak = self->weak_from_this()] {
+        if (const std::shared_ptr<MpvHandle> handle = weak.lock())
+            handle->hear();
+    });
 }
 
 void MpvHandle::hear() {
     m_isCalled = false; // first: what happens from here on calls anew
     for (;;) {
-        const mpv_event* const event = mpv_wait_event(m_mpv, 0);
+        const mpv_event* const event = MpvLibrary::shared()->wait_event(m_mpv, 0);
         if (event->event_id == MPV_EVENT_NONE)
             return;
         if (m_listener)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PlayerEngine.h"
 
+#include "MpvAnswers.h"
 #include "PictureInPicture.h"
 #include "Shuttle.h"
 #include "SurfaceSwitch.h"
@@ -28,44 +29,6 @@ constexpr double timescale = 600;
 constexpr double endMargin = 0.05;
 constexpr double jumpBack = 2;
 
-// A field of a map among mpv's nodes, or null.
-const mpv_node* field(const mpv_node& map, const char* name) {
-    if (map.format != MPV_FORMAT_NODE_MAP)
-        return nullptr;
-    for (int i = 0; i < map.u.list->num; ++i)
-        if (qstrcmp(map.u.list->keys[i], name) == 0)
-            return &map.u.list->values[i];
-    return nullptr;
-}
-
-double number(const mpv_node& map, const char* name, double otherwise) {
-    const mpv_node* const found = field(map, name);
-    if (found && found->format == MPV_FORMAT_INT64)
-        return double(found->u.int64);
-    return found && found->format == MPV_FORMAT_DOUBLE && std::isfinite(found->u.double_) ? found->u.double_
-                                                                                          : otherwise;
-}
-
-bool flag(const mpv_node& map, const char* name) {
-    const mpv_node* const found = field(map, name);
-    return found && found->format == MPV_FORMAT_FLAG && found->u.flag;
-}
-
-QByteArray text(const mpv_node& map, const char* name) {
-    const mpv_node* const found = field(map, name);
-    return found && found->format == MPV_FORMAT_STRING ? QByteArray(found->u.string) : QByteArray();
-}
-
-// As the film is to be shown: stretched by its pixels' shape, then turned.
-QSize shownSize(const mpv_node& track) {
-    const double width = number(track, "demux-w", 0) * number(track, "demux-par", 1);
-    const double height = number(track, "demux-h", 0);
-    if (!(width >= 1 && height >= 1 && width < 1e6 && height < 1e6))
-        return {};
-    const QSize size(qRound(width), qRound(height));
-    return int(number(track, "demux-rotation", 0)) % 180 == 0 ? size : size.transposed();
-}
-
 double volumeOf(const Preferences& preferences) {
     return std::clamp(preferences.value(PreferenceKeys::playerVolume), 0.0, 1.0);
 }
@@ -76,7 +39,8 @@ PlayerEngine::PlayerEngine(Preferences& preferences, const MpvHandle::Options& o
     : QObject(parent), m_preferences(preferences) {
     m_loop = preferences.value(PreferenceKeys::playerLoop);
     m_volume = volumeOf(preferences);
-    m_mpv = MpvHandle::make(options, [this](const mpv_event& event) { hear(event); });
+    m_mpv = std::make_shared<MpvHandle>(options, [this](const mpv_event& event) { hear(event); });
+    m_mpv->setStarted([this](bool runs) { hearStart(runs); });
     m_surfaces = std::make_unique<SurfaceSwitch>(m_mpv, quint64(Asked::surface));
     // A film that stands makes no new picture by itself.
     connect(m_surfaces.get(), &SurfaceSwitch::made, this, [this] {
@@ -85,9 +49,6 @@ PlayerEngine::PlayerEngine(Preferences& preferences, const MpvHandle::Options& o
         m_movements.seek(m_time, true);
         move();
     });
-    m_mpv->set("volume", m_volume * 100);
-    m_mpv->observe("time-pos", MPV_FORMAT_DOUBLE, quint64(Asked::watch));
-    m_mpv->observe("eof-reached", MPV_FORMAT_FLAG, quint64(Asked::watch));
 
     m_clock.setTimerType(Qt::PreciseTimer);
     m_clock.setInterval(tick);
@@ -113,9 +74,21 @@ void PlayerEngine::addSurface(VideoSurface* surface) {
 
 // What is asked for
 
+// A room that shows nothing but stills never needs a player.
+void PlayerEngine::start() {
+    if (m_mpv->isStarted())
+        return;
+    m_mpv->start();
+    m_mpv->set("volume", m_volume * 100);
+    m_mpv->set("mute", m_muted.value());
+    m_mpv->observe("time-pos", MPV_FORMAT_DOUBLE, quint64(Asked::watch));
+    m_mpv->observe("eof-reached", MPV_FORMAT_FLAG, quint64(Asked::watch));
+}
+
 void PlayerEngine::load(const Location& url, bool autoplay) {
     if (url == m_url)
         return;
+    start();
     m_url = url;
     ++m_file;
     m_entry = 0;
@@ -134,6 +107,8 @@ void PlayerEngine::load(const Location& url, bool autoplay) {
     m_codec = QString();
     m_shuttle = 1;
     setSight(m_sight == Sight::nothing ? Sight::nothing : Sight::before);
+    if (!m_isAvailable)
+        failed();
     if (autoplay)
         play();
 }
@@ -275,6 +250,14 @@ void PlayerEngine::takeGlow(const QImage& image, quint64 file) {
 
 // What the player reports
 
+void PlayerEngine::hearStart(bool runs) {
+    m_isAvailable = runs;
+    if (runs)
+        m_surfaces->update();
+    else
+        failed();
+}
+
 void PlayerEngine::hear(const mpv_event& event) {
     switch (event.event_id) {
     case MPV_EVENT_COMMAND_REPLY:
@@ -328,7 +311,10 @@ void PlayerEngine::hearReply(const mpv_event& event) {
         return; // of another file
     const bool isRefused = event.error < 0;
     if (asked == Asked::loading) {
-        isRefused ? failed() : hearEntry(static_cast<const mpv_event_command*>(event.data)->result);
+        if (isRefused)
+            failed();
+        else
+            m_entry = entryOf(static_cast<const mpv_event_command*>(event.data)->result);
     } else if (asked == Asked::moving) {
         if (isRefused)
             arrived();
@@ -357,24 +343,16 @@ void PlayerEngine::hearValue(Asked asked, int format, const void* data) {
     }
 }
 
-void PlayerEngine::hearEntry(const mpv_node& result) {
-    m_entry = qint64(number(result, "playlist_entry_id", 0));
-}
-
 void PlayerEngine::hearTracks(const mpv_node& tracks) {
-    if (tracks.format != MPV_FORMAT_NODE_ARRAY)
-        return;
-    for (int i = 0; i < tracks.u.list->num; ++i) {
-        const mpv_node& track = tracks.u.list->values[i];
-        if (text(track, "type") != "video" || flag(track, "albumart"))
-            continue;
-        m_hasVideo = true;
-        m_videoSize = shownSize(track);
-        m_codec = codecName(codecCode(text(track, "codec")));
+    const std::optional<VideoTrack> video = videoTrackOf(tracks);
+    m_hasVideo = video.has_value();
+    m_isSound = !m_hasVideo;
+    if (m_isSound) {
+        setSight(Sight::nothing);
         return;
     }
-    m_isSound = true;
-    setSight(Sight::nothing);
+    m_videoSize = video->size;
+    m_codec = video->codec;
 }
 
 // The facts are asked for here and not watched, so that each answer says which file it is of.

@@ -48,6 +48,7 @@ class PlayerEngine : public QObject {
     Q_PROPERTY(bool loop READ loop WRITE setLoop NOTIFY loopChanged BINDABLE bindableLoop)
     Q_PROPERTY(double volume READ volume WRITE setVolume NOTIFY volumeChanged BINDABLE bindableVolume)
     Q_PROPERTY(bool muted READ muted WRITE setMuted NOTIFY mutedChanged BINDABLE bindableMuted)
+    Q_PROPERTY(bool isAvailable READ isAvailable NOTIFY isAvailableChanged BINDABLE bindableIsAvailable)
     Q_PROPERTY(lumbra::PictureInPicture* pip READ pip NOTIFY pipChanged)
 
 public:
@@ -104,6 +105,10 @@ public:
     bool muted() const { return m_muted; }
     QBindable<bool> bindableMuted() const { return &m_muted; }
     void setMuted(bool muted);
+
+    // False once it has turned out that there is no mpv on this machine: then every file is as one that can't be read.
+    bool isAvailable() const { return m_isAvailable; }
+    QBindable<bool> bindableIsAvailable() const { return &m_isAvailable; }
 
     // Called when the file has played to its end and does not loop.
     void setOnEnd(std::function<void()> onEnd) { m_onEnd = std::move(onEnd); }
@@ -166,6 +171,7 @@ Q_SIGNALS:
     void loopChanged();
     void volumeChanged();
     void mutedChanged();
+    void isAvailableChanged();
     void pipChanged();
 
 private:
@@ -176,11 +182,13 @@ private:
 
     quint64 tag(Asked asked) const { return m_file << 8 | quint64(asked); }
 
+    void start();
+
     // What the player reports.
+    void hearStart(bool runs);
     void hear(const mpv_event& event);
     void hearReply(const mpv_event& event);
     void hearValue(Asked asked, int format, const void* data);
-    void hearEntry(const mpv_node& result);
     void hearTracks(const mpv_node& tracks);
     void fileLoaded();
     void arrived();
@@ -230,6 +238,7 @@ private:
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(PlayerEngine, bool, m_loop, false, &PlayerEngine::loopChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(PlayerEngine, double, m_volume, 1, &PlayerEngine::volumeChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(PlayerEngine, bool, m_muted, false, &PlayerEngine::mutedChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(PlayerEngine, bool, m_isAvailable, true, &PlayerEngine::isAvailableChanged)
 };
 
 } // namespace lumbra

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "VideoRenderer.h"
 
+#include "MpvLibrary.h"
 #include "SurfaceSwitch.h"
 #include "platform/Tasks.h"
 
@@ -12,8 +13,6 @@
 #include <QQuickOpenGLUtils>
 #include <QQuickWindow>
 
-#include <mpv/render_gl.h>
-
 #include <algorithm>
 #include <cmath>
 
@@ -24,6 +23,9 @@ namespace {
 // The glow: as many pixels as its blur leaves anything of, as often as the eye follows it.
 constexpr QSize glowSize(96, 54);
 constexpr int glowInterval = 250; // ms
+
+// So much later a film that has no new picture counts as standing.
+constexpr int glowPatience = 150; // ms
 
 void* addressOf(void*, const char* name) {
     QOpenGLContext* const context = QOpenGLContext::currentContext();
@@ -56,6 +58,7 @@ VideoRenderer::~VideoRenderer() {
 }
 
 QOpenGLFramebufferObject* VideoRenderer::createFramebufferObject(const QSize& size) {
+    m_isStale = true;
     return new QOpenGLFramebufferObject(size); // neither depth nor samples
 }
 
@@ -91,8 +94,10 @@ void VideoRenderer::render() {
 }
 
 void VideoRenderer::makeContext() {
-    if (!m_mpv->raw())
-        return;
+    mpv_handle* const mpv = m_mpv->raw();
+    if (!mpv)
+        return; // not yet
+    m_library = MpvLibrary::shared();
     mpv_opengl_init_params functions{addressOf, nullptr};
     mpv_render_param display{MPV_RENDER_PARAM_INVALID, nullptr};
 #if QT_CONFIG(xcb)
@@ -106,12 +111,12 @@ void VideoRenderer::makeContext() {
         display,
         {MPV_RENDER_PARAM_INVALID, nullptr},
     };
-    if (mpv_render_context_create(&m_context, m_mpv->raw(), parameters) < 0) {
+    if (m_library->render_context_create(&m_context, mpv, parameters) < 0) {
         m_context = nullptr;
         return;
     }
     m_bell = std::make_unique<Bell>(Bell{m_surface});
-    mpv_render_context_set_update_callback(m_context, &Bell::ring, m_bell.get());
+    m_library->render_context_set_update_callback(m_context, &Bell::ring, m_bell.get());
     const auto* const name =
         reinterpret_cast<const char*>(QOpenGLContext::currentContext()->functions()->glGetString(GL_RENDERER));
     const QByteArray renderer = QByteArray(name).toLower();
@@ -125,8 +130,8 @@ void VideoRenderer::makeContext() {
 void VideoRenderer::freeContext() {
     if (!m_context)
         return;
-    mpv_render_context_set_update_callback(m_context, nullptr, nullptr);
-    mpv_render_context_free(std::exchange(m_context, nullptr));
+    m_library->render_context_set_update_callback(m_context, nullptr, nullptr);
+    m_library->render_context_free(std::exchange(m_context, nullptr));
     m_bell.reset();
     Tasks::postToMain([to = m_switch, surface = m_address] {
         if (to)
@@ -135,8 +140,15 @@ void VideoRenderer::freeContext() {
 }
 
 void VideoRenderer::draw() {
-    if (mpv_render_context_update(m_context) & MPV_RENDER_UPDATE_FRAME)
-        m_isGlowOld = true;
+    const bool isNew = m_library->render_context_update(m_context) & MPV_RENDER_UPDATE_FRAME;
+    if (isNew || m_isStale)
+        drawPicture();
+    m_isGlowOld = m_isGlowOld || isNew;
+    m_isStale = false;
+    glow();
+}
+
+void VideoRenderer::drawPicture() {
     const QOpenGLFramebufferObject* const target = framebufferObject();
     mpv_opengl_fbo fbo{int(target->handle()), target->width(), target->height(), 0};
     int upright = 0;
@@ -147,21 +159,35 @@ void VideoRenderer::draw() {
         {MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &waits},
         {MPV_RENDER_PARAM_INVALID, nullptr},
     };
-    mpv_render_context_render(m_context, parameters);
+    m_library->render_context_render(m_context, parameters);
     ++m_counts->frames;
-    glow();
 }
 
 // A frame buffer keeps the last picture of a film that has gone.
 void VideoRenderer::clear() {
     if (m_context)
-        mpv_render_context_update(m_context);
+        skip();
+    m_isStale = true;
     QOpenGLFunctions* const gl = QOpenGLContext::currentContext()->functions();
     framebufferObject()->bind();
     gl->glDisable(GL_SCISSOR_TEST);
     gl->glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
     gl->glClearColor(0, 0, 0, 0);
     gl->glClear(GL_COLOR_BUFFER_BIT);
+}
+
+// Takes the picture of a film that is being opened. mpv waits a fifth of a second for each that nobody takes, and gives
+// out several before it says that the film stands.
+void VideoRenderer::skip() {
+    m_library->render_context_update(m_context);
+    int skips = 1;
+    int waits = 0;
+    mpv_render_param parameters[] = {
+        {MPV_RENDER_PARAM_SKIP_RENDERING, &skips},
+        {MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &waits},
+        {MPV_RENDER_PARAM_INVALID, nullptr},
+    };
+    m_library->render_context_render(m_context, parameters);
 }
 
 // Where the picture lies in the frame buffer, as mpv places it.
@@ -175,7 +201,8 @@ QRect VideoRenderer::pictureRect() const {
     return rect.width() > 4 && rect.height() > 4 ? rect.adjusted(1, 1, -1, -1) : rect;
 }
 
-// Taken when the picture has changed and the last one is old enough; a picture that then stands is not missed.
+// Taken of a new picture when the last one is old enough. Only where no picture follows, so that the one that then
+// stands would be missed, is the scene drawn once more for it.
 void VideoRenderer::glow() {
     if (m_glowFile != m_file) {
         m_glowFile = m_file;
@@ -187,7 +214,7 @@ void VideoRenderer::glow() {
         if (!std::exchange(m_isGlowAwaited, true))
             Tasks::postToMain([surface = m_surface, left = int(glowInterval - m_sinceGlow.elapsed())] {
                 if (surface)
-                    surface->lookAgain(std::max(left, 1));
+                    surface->lookAgain(std::max(left, 0) + glowPatience);
             });
         return;
     }

@@ -17,6 +17,7 @@ struct mpv_render_context;
 namespace lumbra {
 
 class SurfaceSwitch;
+struct MpvLibrary;
 
 class VideoRenderer : public QQuickFramebufferObject::Renderer {
 public:
@@ -33,6 +34,8 @@ private:
     void makeContext();
     void freeContext();
     void draw();
+    void drawPicture();
+    void skip();
     void clear();
     void glow();
     QRect pictureRect() const;
@@ -50,8 +53,10 @@ private:
     QSizeF m_videoSize;
 
     std::shared_ptr<MpvHandle> m_mpv;
+    const MpvLibrary* m_library = nullptr; // as long as there is a context
     mpv_render_context* m_context = nullptr;
     std::unique_ptr<Bell> m_bell;
+    bool m_isStale = true; // the frame buffer does not hold the picture
 
     std::unique_ptr<QOpenGLFramebufferObject> m_small;
     QElapsedTimer m_sinceGlow;

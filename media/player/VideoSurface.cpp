@@ -41,7 +41,10 @@ void VideoSurface::setDraws(bool draws) {
 }
 
 void VideoSurface::lookAgain(int milliseconds) {
-    QTimer::singleShot(milliseconds, this, &QQuickItem::update);
+    QTimer::singleShot(milliseconds, this, [this, glows = m_counts->glows.load()] {
+        if (m_counts->glows == glows)
+            update();
+    });
 }
 
 void VideoSurface::takeGlow(const QImage& image, quint64 file) {

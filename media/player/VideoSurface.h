@@ -33,8 +33,8 @@ public:
     void setDraws(bool draws);
     bool draws() const { return m_draws; }
 
-    // For the renderer, on the main thread: looks again in so many milliseconds; hands over a small picture of the film
-    // with the tag of the file.
+    // For the renderer, on the main thread: looks again in so many milliseconds unless a small picture has been taken
+    // by then; hands over a small picture of the film with the tag of the file.
     void lookAgain(int milliseconds);
     void takeGlow(const QImage& image, quint64 file);
 

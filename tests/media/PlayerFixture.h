@@ -3,13 +3,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "media/player/MpvLibrary.h"
 #include "media/player/PlayerEngine.h"
 #include "support/Clips.h"
 #include "support/TestHome.h"
 
 #include <QTest>
-
-#include <mpv/client.h>
 
 namespace lumbra {
 
@@ -29,10 +28,14 @@ struct Player {
     // Nothing is under way, as the player itself sees it.
     bool stands() const { return value("seeking") == "no" && value("time-pos") != ""; }
 
+    // Of mpv's own; empty while it starts.
     QByteArray value(const char* property) const {
-        char* const text = mpv_get_property_string(engine.mpv()->raw(), property);
+        mpv_handle* const mpv = engine.mpv()->raw();
+        if (!mpv)
+            return {};
+        char* const text = MpvLibrary::shared()->get_property_string(mpv, property);
         const QByteArray copied(text);
-        mpv_free(text);
+        MpvLibrary::shared()->free(text);
         return copied;
     }
 
