@@ -1,0 +1,25 @@
+// The light that a picture throws on the room: the picture on a tiny canvas, blurred and more colourful, to be scaled
+// up behind it. Pure functions; safe on any thread.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QColor>
+#include <QImage>
+#include <QSize>
+
+namespace lumbra::Glow {
+
+// The whole work is done at this size, whatever the room's.
+inline constexpr QSize canvas{160, 100};
+
+// The picture stretched over the canvas, without an alpha channel if it has none; null for a null picture.
+QImage ofPicture(const QImage& picture);
+
+// Of a sound: light in the middle, in this colour.
+QImage ofSound(const QColor& accent);
+
+// What lies between two canvases, at a part from 0 to 1 of the way; a null one counts as clear.
+QImage between(const QImage& from, const QImage& to, double part);
+
+} // namespace lumbra::Glow

@@ -1,0 +1,233 @@
+// The screening room over the whole window: one file on the stage, the light that it throws, and the controls, which
+// hide while a film runs.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Window
+import Lumbra.Look
+import Lumbra.Media
+
+FocusScope {
+    id: view
+
+    required property ScreeningRoom room
+
+    // Once it can no longer be seen.
+    signal faded()
+
+    readonly property int focusAgain: 300 // milliseconds; by then the window has given its own focus away
+    readonly property int panelMargin: Theme.windowMargin
+    readonly property int footHeight: Theme.rowHeight + Theme.controlPadding
+    readonly property real glowStrength: 0.5
+
+    readonly property bool isFilm: room.stage === "video"
+    // Full screen is for the film alone: there the panels lie over it.
+    readonly property bool filmFillsScreen: isFilm && Window.visibility === Window.FullScreen
+    readonly property real panels: {
+        let taken = 0
+        for (const panel of [drawer, queue])
+            if (panel.active)
+                taken += panel.width + panelMargin
+        return taken
+    }
+
+    function takeFocus() {
+        if (room.open && Sheets.shown === 0)
+            forceActiveFocus(Qt.OtherFocusReason)
+    }
+
+    opacity: 0
+    // Its parts are seen through one another otherwise.
+    layer.enabled: opacity < 1
+    enabled: room.open
+    focus: true
+
+    Accessible.role: Accessible.Pane
+    Accessible.name: "Screening room"
+
+    Keys.onPressed: event => event.accepted = room.handle(event.key, event.modifiers, event.text, event.isAutoRepeat)
+    onActiveFocusChanged: room.focused = activeFocus
+
+    Component.onCompleted: {
+        opacity = Qt.binding(() => room.open ? 1 : 0)
+        takeFocus()
+    }
+    onOpacityChanged: if (opacity === 0 && !room.open) faded()
+
+    Behavior on opacity {
+        NumberAnimation { duration: Theme.room; easing.type: Theme.easeOut }
+    }
+    Timer {
+        interval: view.focusAgain
+        running: true
+        onTriggered: view.takeFocus()
+    }
+    Connections {
+        target: view.room
+        function onOpenChanged() { view.takeFocus() }
+    }
+    Binding { view.room.roomWidth: view.width }
+    Binding { view.room.stageWidth: stage.area.width - 2 * Theme.pageMargin }
+    Binding {
+        view.room.stagePixels: Qt.size(Math.round(picturePlace.width * view.Screen.devicePixelRatio),
+                                       Math.round(picturePlace.height * view.Screen.devicePixelRatio))
+    }
+
+    // What lies behind gets neither the pointer nor the wheel.
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.AllButtons
+        hoverEnabled: true
+        onWheel: wheel => wheel.accepted = true
+    }
+    HoverHandler {
+        cursorShape: view.room.pointerHidden ? Qt.BlankCursor : Qt.ArrowCursor
+        onPointChanged: if (hovered) view.room.pointerAt(point.position)
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.stage
+    }
+    AmbientGlow {
+        id: glow
+        anchors.fill: parent
+        opacity: view.glowStrength
+        picture: view.room.ambient
+        sound: view.room.stage === "audio"
+        accent: Theme.amber
+        onChanged: change.restart()
+
+        NumberAnimation {
+            id: change
+            target: glow
+            property: "progress"
+            from: 0
+            to: 1
+            duration: Theme.glow
+            easing.type: Theme.easeInOut
+        }
+    }
+
+    Item {
+        id: stage
+
+        // Beside the panels; a film takes all of its height, everything else stands between the bar and the foot.
+        readonly property rect area: Qt.rect(0, 0, view.width - (view.filmFillsScreen ? 0 : view.panels), view.height)
+
+        width: area.width
+        height: area.height
+
+        // Where everything but a film stands.
+        Item {
+            id: picturePlace
+            anchors { fill: parent; topMargin: bar.height; bottomMargin: view.footHeight }
+            anchors { leftMargin: Theme.pageMargin; rightMargin: Theme.pageMargin }
+        }
+        StagePicture {
+            objectName: "still"
+            anchors.fill: picturePlace
+            visible: view.room.stage === "image"
+            image: view.room.stillImage
+            poster: view.room.poster
+            Accessible.role: Accessible.Graphic
+            Accessible.name: view.room.name
+        }
+        Loader {
+            anchors.fill: parent
+            active: view.isFilm
+            sourceComponent: FilmStage { room: view.room }
+        }
+        Loader {
+            anchors.fill: picturePlace
+            active: view.room.stage === "web"
+            sourceComponent: WebVideoView {
+                path: view.room.url
+                autoplay: true
+            }
+        }
+        Loader {
+            anchors { fill: picturePlace; bottomMargin: capsule.active ? capsule.height : 0 }
+            active: view.room.stage === "audio"
+            sourceComponent: AudioStage { room: view.room }
+        }
+        Loader {
+            anchors.fill: picturePlace
+            active: view.room.stage === "document"
+            sourceComponent: Rectangle {
+                radius: Theme.radiusSheet
+                color: Theme.pane
+
+                QuickLookView {
+                    anchors.fill: parent
+                    path: view.room.url
+                }
+            }
+        }
+    }
+
+    Item {
+        id: chrome
+        anchors.fill: parent
+        opacity: view.room.chrome ? 1 : 0
+        visible: opacity > 0
+
+        Behavior on opacity { EaseNumber {} }
+
+        // Over a film the texts need a ground of their own.
+        component Shade: Rectangle {
+            property bool atTop: false
+            width: stage.width
+            visible: view.isFilm
+            gradient: Gradient {
+                GradientStop { position: 0; color: Theme.black(atTop ? 0.6 : 0) }
+                GradientStop { position: 1; color: Theme.black(atTop ? 0 : 0.6) }
+            }
+        }
+        Shade {
+            atTop: true
+            width: view.width
+            height: bar.height + Theme.blockGap
+        }
+        Shade {
+            anchors.bottom: parent.bottom
+            height: view.footHeight + Theme.blockGap
+        }
+
+        RoomTopBar {
+            id: bar
+            width: parent.width
+            room: view.room
+        }
+        Loader {
+            id: capsule
+            x: Math.round((stage.width - width) / 2)
+            anchors { bottom: parent.bottom; bottomMargin: view.footHeight }
+            active: view.room.usesEngine
+            sourceComponent: ControlCapsule { room: view.room }
+        }
+        KeyHints {
+            id: hints
+            x: Math.round((stage.width - width) / 2)
+            anchors.bottom: parent.bottom
+            anchors.bottomMargin: Math.round((view.footHeight - height) / 2)
+            room: view.room
+            widest: stage.width - 2 * Theme.pageMargin
+        }
+        Loader {
+            id: drawer
+            anchors { right: parent.right; rightMargin: view.panelMargin }
+            anchors { top: bar.bottom; bottom: parent.bottom; bottomMargin: view.panelMargin }
+            active: view.room.showInfo
+            sourceComponent: InfoDrawerView { room: view.room }
+        }
+        Loader {
+            id: queue
+            anchors.right: drawer.active ? drawer.left : parent.right
+            anchors.rightMargin: view.panelMargin
+            anchors { top: bar.bottom; bottom: parent.bottom; bottomMargin: view.panelMargin }
+            active: view.room.queueShown
+            sourceComponent: UpNextView { room: view.room }
+        }
+    }
+}
