@@ -1,38 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Interruption.h"
 
-#include <poll.h>
-
-#include <chrono>
-
 namespace lumbra::reader::Interruption {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-// Nobody notices that a stop is heard this late, and work of short steps would spend its time asking.
-constexpr std::chrono::milliseconds deafness(2);
-
-int listened = -1; // a negative descriptor has never anything to say
-Clock::time_point lastSilence;
+SharedBlock block;
+quint32 current = 0;
 
 } // namespace
 
-void listenTo(int socket) {
-    listened = socket;
-    lastSilence = {};
+void lookAt(const SharedBlock& shared, quint32 number) {
+    block = shared;
+    current = number;
 }
 
 bool isRequested() {
-    const auto now = Clock::now();
-    if (now - lastSilence < deafness)
-        return false;
-    pollfd socket{listened, POLLIN, 0};
-    if (::poll(&socket, 1, 0) > 0)
-        return true;
-    lastSilence = now;
-    return false;
+    return block.memory() && block.isStopped(current);
 }
 
 } // namespace lumbra::reader::Interruption

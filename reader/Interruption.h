@@ -3,12 +3,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/reader/SharedBlock.h"
+
 namespace lumbra::reader::Interruption {
 
-// From now on, whatever arrives at the socket while a request is worked on is the word to stop, or the end.
-void listenTo(int socket);
+// From now on, the request of this number is worked on. The block must outlive the work.
+void lookAt(const SharedBlock& block, quint32 number);
 
-// May be asked at every step. It hears of the word some milliseconds late.
+// May be asked at every step.
 bool isRequested();
 
 } // namespace lumbra::reader::Interruption

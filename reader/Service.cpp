@@ -32,19 +32,18 @@ Answer thumbnail(const Request& request, OpenedFile& file, std::span<uchar> aren
 
 } // namespace
 
-Service::Service(int socket, int arena) : m_socket(socket) {
-    void* const memory = ::mmap(nullptr, size_t(arenaSize), PROT_READ | PROT_WRITE, MAP_SHARED, arena, 0);
-    if (memory != MAP_FAILED)
-        m_arena = {static_cast<uchar*>(memory), size_t(arenaSize)};
+Service::Service(int socket, int memory) : m_socket(socket) {
+    void* const mapped = ::mmap(nullptr, size_t(SharedBlock::size), PROT_READ | PROT_WRITE, MAP_SHARED, memory, 0);
+    if (mapped != MAP_FAILED)
+        m_block = SharedBlock(static_cast<uchar*>(mapped));
 }
 
 Service::~Service() {
     if (isReady())
-        ::munmap(m_arena.data(), m_arena.size());
+        ::munmap(m_block.memory(), size_t(SharedBlock::size));
 }
 
 int Service::run() {
-    Interruption::listenTo(m_socket);
     if (!send({}))
         return 0;
     QByteArray message;
@@ -56,8 +55,6 @@ int Service::run() {
         if (size <= 0)
             return 0;
         message.truncate(size);
-        if (isStop(message))
-            continue; // it came too late
         const std::optional<Request> request = decodedRequest(message);
         if (!request)
             return 1;
@@ -67,22 +64,25 @@ int Service::run() {
 }
 
 Answer Service::answer(const Request& request) {
+    const std::span<uchar> arena = m_block.arenaOf(request.number);
     Sandbox::limitProcessorTime(std::chrono::milliseconds(request.limit));
+    Interruption::lookAt(m_block, request.number);
     Answer made;
     try {
-        if (std::unique_ptr<OpenedFile> file = OpenedFile::open(request.path)) {
+        std::unique_ptr<OpenedFile> file = Interruption::isRequested() ? nullptr : OpenedFile::open(request.path);
+        if (file) {
             switch (request.kind) {
             case Kind::thumbnail:
-                made = thumbnail(request, *file, m_arena);
+                made = thumbnail(request, *file, arena);
                 break;
             case Kind::mediaFacts:
                 made = m_media.facts(request, *file);
                 break;
             case Kind::frames:
-                made = m_media.frames(request, std::move(file), m_arena);
+                made = m_media.frames(request, std::move(file), arena);
                 break;
             case Kind::loudness:
-                made = m_media.loudness(request, *file, m_arena);
+                made = m_media.loudness(request, *file, arena);
                 break;
             }
         }

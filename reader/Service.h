@@ -4,23 +4,21 @@
 #pragma once
 
 #include "media/MediaAnswers.h"
-#include "platform/reader/Protocol.h"
-
-#include <span>
+#include "platform/reader/SharedBlock.h"
 
 namespace lumbra::reader {
 
 class Service {
 public:
     // Both descriptors stay the caller's.
-    Service(int socket, int arena);
+    Service(int socket, int memory);
     ~Service();
 
     Service(const Service&) = delete;
     Service& operator=(const Service&) = delete;
 
-    // False when the arena can't be reached.
-    bool isReady() const { return m_arena.data() != nullptr; }
+    // False when the block can't be reached.
+    bool isReady() const { return m_block.memory() != nullptr; }
 
     // Greets, then answers one request after the other. Returns the process's exit code: 0 when the application hung
     // up, 1 after nonsense.
@@ -31,7 +29,7 @@ private:
     bool send(const Answer& answer);
 
     int m_socket;
-    std::span<uchar> m_arena;
+    SharedBlock m_block;
     MediaAnswers m_media;
 };
 

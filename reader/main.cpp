@@ -12,7 +12,7 @@ int main(int argc, char** argv) {
     reader::Sandbox::tieToParent();
     const QGuiApplication application(argc, argv); // fonts, for the text in drawings and pages
     reader::Pictures::warmUp();
-    reader::Service service(reader::socketDescriptor, reader::arenaDescriptor);
+    reader::Service service(reader::socketDescriptor, reader::blockDescriptor);
     if (!service.isReady() || !reader::Sandbox::enter())
         return 1;
     return service.run();

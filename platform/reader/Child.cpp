@@ -78,7 +78,7 @@ private:
     std::vector<char*> m_entries;
 };
 
-pid_t spawn(const Child::Options& options, int socket, int arena) {
+pid_t spawn(const Child::Options& options, int socket, int block) {
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     for (const int standard : {STDIN_FILENO, STDOUT_FILENO})
@@ -88,8 +88,8 @@ pid_t spawn(const Child::Options& options, int socket, int arena) {
         posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
     posix_spawn_file_actions_addchdir_np(&actions, "/"); // no name is to be found beside the application's files
     posix_spawn_file_actions_adddup2(&actions, socket, socketDescriptor);
-    posix_spawn_file_actions_adddup2(&actions, arena, arenaDescriptor);
-    posix_spawn_file_actions_addclosefrom_np(&actions, arenaDescriptor + 1);
+    posix_spawn_file_actions_adddup2(&actions, block, blockDescriptor);
+    posix_spawn_file_actions_addclosefrom_np(&actions, blockDescriptor + 1);
 
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
@@ -126,29 +126,31 @@ std::unique_ptr<Child> Child::start(const Options& options) {
     if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, pair) != 0)
         return nullptr;
     Descriptor ours(pair[0]), theirs(pair[1]);
-    Descriptor arena(::memfd_create("lumbra-reader", MFD_CLOEXEC | MFD_ALLOW_SEALING));
-    if (!theirs.lift() || !arena.lift() || ::ftruncate(arena.get(), arenaSize) != 0
-        || ::fcntl(arena.get(), F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL) != 0)
+    Descriptor memory(::memfd_create("lumbra-reader", MFD_CLOEXEC | MFD_ALLOW_SEALING));
+    if (!theirs.lift() || !memory.lift() || ::ftruncate(memory.get(), SharedBlock::size) != 0
+        || ::fcntl(memory.get(), F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL) != 0)
         return nullptr;
-    void* memory = ::mmap(nullptr, size_t(arenaSize), PROT_READ, MAP_SHARED, arena.get(), 0);
-    if (memory == MAP_FAILED)
+    void* const mapped =
+        ::mmap(nullptr, size_t(SharedBlock::size), PROT_READ | PROT_WRITE, MAP_SHARED, memory.get(), 0);
+    if (mapped == MAP_FAILED)
         return nullptr;
-    const pid_t process = spawn(options, theirs.get(), arena.get());
+    const pid_t process = spawn(options, theirs.get(), memory.get());
     if (process < 0) {
-        ::munmap(memory, size_t(arenaSize));
+        ::munmap(mapped, size_t(SharedBlock::size));
         return nullptr;
     }
-    return std::unique_ptr<Child>(new Child(process, ours.release(), arena.release(), static_cast<uchar*>(memory)));
+    return std::unique_ptr<Child>(
+        new Child(process, ours.release(), memory.release(), SharedBlock(static_cast<uchar*>(mapped))));
 }
 
-Child::Child(pid_t process, int socket, int arena, uchar* memory)
-    : m_process(process), m_socket(socket), m_arena(arena), m_memory(memory) {}
+Child::Child(pid_t process, int socket, int memory, SharedBlock block)
+    : m_process(process), m_socket(socket), m_memory(memory), m_block(block) {}
 
 Child::~Child() {
     ::kill(m_process, SIGKILL);
     ended.push_back(m_process);
-    ::munmap(m_memory, size_t(arenaSize));
-    ::close(m_arena);
+    ::munmap(m_block.memory(), size_t(SharedBlock::size));
+    ::close(m_memory);
     ::close(m_socket);
 }
 
@@ -157,11 +159,6 @@ bool Child::send(const Request& request) {
     return message.size() <= messageLimit
            && ::send(m_socket, message.constData(), size_t(message.size()), MSG_DONTWAIT | MSG_NOSIGNAL)
                   == message.size();
-}
-
-void Child::sendStop() {
-    const QByteArray message = encodedStop();
-    ::send(m_socket, message.constData(), size_t(message.size()), MSG_DONTWAIT | MSG_NOSIGNAL);
 }
 
 Child::Received Child::receive(Answer* answer) {
@@ -180,12 +177,12 @@ Child::Received Child::receive(Answer* answer) {
     return Received::answer;
 }
 
-QByteArray Child::bulk(qsizetype size) const {
+QByteArray Child::bulk(quint32 number, qsizetype size) const {
     constexpr qsizetype kept = 4 * 1024 * 1024;
-    QByteArray copy(reinterpret_cast<const char*>(m_memory), size);
+    QByteArray copy(reinterpret_cast<const char*>(m_block.arenaOf(number).data()), size);
     // Pages once touched stay; after a large answer they go back.
     if (size > kept)
-        ::fallocate(m_arena, FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE, 0, arenaSize);
+        ::fallocate(m_memory, FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE, SharedBlock::placeOf(number), arenaSize);
     return copy;
 }
 

@@ -5,7 +5,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "Protocol.h"
+#include "SharedBlock.h"
 
 #include <sys/types.h>
 
@@ -36,27 +36,27 @@ public:
     // False if the process does not take it, which it does not do when it is well.
     bool send(const Request& request);
 
-    // Tells the process that nobody waits for its answer any more; it still sends one.
-    void sendStop();
+    // Tells the process that nobody waits for that answer any more; it still sends one.
+    void stop(quint32 number) { m_block.stop(number); }
 
     enum class Received { nothing, answer, nonsense, gone };
 
     // Takes one message, without waiting. Writes `answer` only for Received::answer.
     Received receive(Answer* answer);
 
-    // A copy of what the last answer left in the arena.
-    QByteArray bulk(qsizetype size) const;
+    // A copy of what the answer of that number left in its arena.
+    QByteArray bulk(quint32 number, qsizetype size) const;
 
     // Reaps what has ended since, without waiting; false while some process has not.
     static bool reapEnded();
 
 private:
-    Child(pid_t process, int socket, int arena, uchar* memory);
+    Child(pid_t process, int socket, int memory, SharedBlock block);
 
     pid_t m_process;
     int m_socket;
-    int m_arena;
-    uchar* m_memory;
+    int m_memory; // a descriptor of the block's
+    SharedBlock m_block;
 };
 
 } // namespace lumbra::reader

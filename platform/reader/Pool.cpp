@@ -23,6 +23,9 @@ constexpr auto startPause = 30s;
 constexpr auto watchInterval = 200ms;
 constexpr auto unwantedLimit = 500ms;
 
+// A reader that was so quick is asked ahead, and one that is not takes longer than that.
+constexpr auto quick = 30ms;
+
 // Decoders leak and fragment. A new reader costs a tenth of a second.
 constexpr size_t answersOfOneChild = 2000;
 
@@ -49,7 +52,8 @@ Pool::~Pool() {
 void Pool::ask(size_t level, Job job) {
     {
         const std::lock_guard lock(m_mutex);
-        m_queue.push(level, std::move(job));
+        job.level = level;
+        m_queue.push(std::move(job));
         if (m_queue.size() > queueWorthPruning)
             m_queue.prune();
     }
@@ -76,8 +80,7 @@ void Pool::run() {
             if (m_stop)
                 break;
         }
-        for (Seat& seat : m_seats)
-            feed(seat);
+        feed();
         startWanted();
 
         std::vector<pollfd> waited{{m_wakeUp, POLLIN, 0}};
@@ -107,12 +110,14 @@ int Pool::pause() {
     for (const Seat& seat : m_seats) {
         if (!seat.child)
             continue;
-        if (seat.job)
-            until = std::min({until, seat.deadline, now + watchInterval});
-        else if (!seat.greeted)
+        if (!seat.greeted)
             until = std::min(until, seat.deadline);
+        else if (!seat.asked.empty())
+            until = std::min({until, seat.deadline, now + watchInterval});
         else if (m_options.idleLimit > 0ms)
-            until = std::min(until, seat.idleSince + m_options.idleLimit);
+            until = std::min(until, seat.since + m_options.idleLimit);
+        if (seat.asked.size() > 1 && seat.asked.back().job)
+            until = std::min(until, seat.since + quick);
     }
     if (!Child::reapEnded())
         until = std::min(until, now + 50ms);
@@ -148,28 +153,55 @@ void Pool::startWanted() {
 void Pool::start(Seat& seat) {
     seat = {};
     seat.child = Child::start(m_options.child);
-    seat.deadline = Clock::now() + startLimit;
+    seat.since = Clock::now();
+    seat.deadline = seat.since + startLimit;
     ++m_startedCount;
     if (!seat.child)
         m_noStartBefore = Clock::now() + startPause;
 }
 
-void Pool::feed(Seat& seat) {
-    if (!isIdle(seat))
+void Pool::feed() {
+    for (Seat& seat : m_seats) {
+        if (isIdle(seat))
+            give(seat);
+    }
+    const auto isAtWork = [](const Seat& seat) { return seat.greeted && !seat.asked.empty(); };
+    if (!std::all_of(m_seats.begin(), m_seats.end(), isAtWork))
         return;
+    for (Seat& seat : m_seats) {
+        if (isAskedAhead(seat))
+            give(seat);
+    }
+}
+
+bool Pool::isAskedAhead(const Seat& seat) const {
+    return seat.wasQuick && seat.asked.size() == 1 && seat.answers + 2 < answersOfOneChild;
+}
+
+void Pool::give(Seat& seat) {
+    std::optional<Job> job;
     {
         const std::lock_guard lock(m_mutex);
-        seat.job = m_queue.pop();
+        job = m_queue.pop();
     }
-    if (!seat.job)
+    if (!job)
         return;
-    if (++m_lastNumber == 0)
-        ++m_lastNumber;
-    seat.job->request.number = m_lastNumber;
-    seat.isStopped = false;
-    seat.deadline = Clock::now() + std::chrono::milliseconds(seat.job->request.limit);
-    if (!seat.child->send(seat.job->request))
+    if (++seat.lastNumber == 0)
+        ++seat.lastNumber;
+    job->request.number = seat.lastNumber;
+    const bool isSent = seat.child->send(job->request);
+    seat.asked.push_back({seat.lastNumber, std::chrono::milliseconds(job->request.limit), std::move(job)});
+    if (seat.asked.size() == 1)
+        begin(seat, Clock::now());
+    if (!isSent)
         failed(seat);
+}
+
+// The first that it was asked, or to be idle.
+void Pool::begin(Seat& seat, Clock::time_point now) {
+    seat.since = now;
+    if (!seat.asked.empty())
+        seat.deadline = now + (seat.asked.front().job ? seat.asked.front().limit : unwantedLimit);
 }
 
 void Pool::hear(Seat& seat) {
@@ -188,27 +220,29 @@ void Pool::hear(Seat& seat) {
 void Pool::answered(Seat& seat, const Answer& answer) {
     if (!seat.greeted && answer.number == 0) {
         seat.greeted = true;
-        seat.idleSince = Clock::now();
         m_failedStarts = 0;
-        return;
+        return begin(seat, Clock::now());
     }
     // An answer to no question, or a second one to the same.
-    if (!seat.job || answer.number != seat.job->request.number)
+    if (seat.asked.empty() || answer.number != seat.asked.front().number)
         return failed(seat);
+    std::optional<Job>& asked = seat.asked.front().job;
     std::optional<Found> found;
-    if (answer.found) {
-        found = Found{answer.details, seat.child->bulk(answer.bulk)};
-        if (!seat.job->makesSense(*found))
+    if (answer.found && asked) {
+        found = Found{answer.details, seat.child->bulk(answer.number, answer.bulk)};
+        if (!asked->makesSense(*found))
             return failed(seat);
     }
-    const Job job = *std::exchange(seat.job, std::nullopt);
-    seat.idleSince = Clock::now();
-    if (++seat.answers == answersOfOneChild)
+    const std::optional<Job> job = std::exchange(asked, std::nullopt);
+    seat.asked.pop_front();
+    const auto now = Clock::now();
+    seat.wasQuick = now - seat.since < quick;
+    begin(seat, now);
+    if (++seat.answers >= answersOfOneChild && seat.asked.empty())
         seat = {};
-    else
-        feed(seat); // before the picture is unpacked: the reader need not wait for that
-    if (!job.isCancelled())
-        job.deliver(std::move(found));
+    feed(); // before the picture is unpacked: no reader need wait for that
+    if (job && !job->isCancelled())
+        job->deliver(std::move(found));
 }
 
 void Pool::watch(Seat& seat) {
@@ -216,22 +250,38 @@ void Pool::watch(Seat& seat) {
         return;
     const auto now = Clock::now();
     if (isIdle(seat)) {
-        if (m_options.idleLimit > 0ms && now >= seat.idleSince + m_options.idleLimit)
+        if (m_options.idleLimit > 0ms && now >= seat.since + m_options.idleLimit)
             seat = {};
         return;
     }
-    if (seat.job && !seat.isStopped && seat.job->isCancelled()) {
-        seat.isStopped = true;
-        seat.child->sendStop();
-        seat.deadline = std::min(seat.deadline, now + unwantedLimit);
+    for (Asked& asked : seat.asked) {
+        if (!asked.job || !asked.job->isCancelled())
+            continue;
+        asked.job.reset();
+        seat.child->stop(asked.number);
+        if (&asked == &seat.asked.front())
+            seat.deadline = std::min(seat.deadline, now + unwantedLimit);
+    }
+    if (seat.asked.size() > 1 && seat.asked.back().job && now >= seat.since + quick) {
+        seat.child->stop(seat.asked.back().number);
+        putBack(seat.asked.back());
     }
     if (now >= seat.deadline)
         failed(seat);
 }
 
+void Pool::putBack(Asked& waiting) {
+    const std::lock_guard lock(m_mutex);
+    m_queue.push(*std::exchange(waiting.job, std::nullopt));
+}
+
 void Pool::failed(Seat& seat) {
     const bool neverReady = !seat.greeted;
-    const std::optional<Job> job = std::exchange(seat.job, std::nullopt);
+    for (size_t waiting = 1; waiting < seat.asked.size(); ++waiting) {
+        if (seat.asked[waiting].job)
+            putBack(seat.asked[waiting]);
+    }
+    const std::optional<Job> job = seat.asked.empty() ? std::nullopt : std::move(seat.asked.front().job);
     seat = {};
     if (neverReady && ++m_failedStarts >= startsBeforePause) {
         m_failedStarts = 0;

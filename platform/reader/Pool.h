@@ -1,9 +1,11 @@
 // Keeps a few reader processes at work on one queue of requests, and replaces those that crash, stall or babble.
 //
 // One thread starts, feeds, hears and ends the readers. A reader is started when there is work that no idle one can
-// take, and may be ended when there has been none for a while. What is cancelled while a reader works on it is stopped.
-// The file at which a reader comes to grief reads as nothing and is not tried again; the rest of the queue goes
-// to its successor. When readers do not even start, the queue is answered with nothing, and the next try waits a while.
+// take, and may be ended when there has been none for a while. One that was quick is asked ahead when all are at work,
+// so that it need not wait for its next request; if it is not quick then, what waits for it goes back to the queue.
+// What is cancelled while a reader works on it is stopped. The file at which a reader comes to grief reads as nothing
+// and is not tried again; the rest of the queue goes to its successor. When readers do not even start, the queue is
+// answered with nothing, and the next try waits a while.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
@@ -13,6 +15,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <deque>
 #include <mutex>
 #include <thread>
 
@@ -46,26 +49,38 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
+    // What a reader was asked and has not answered.
+    struct Asked {
+        quint32 number;
+        std::chrono::milliseconds limit;
+        std::optional<Job> job; // none once the reader was told to stop
+    };
+
     // A place for one reader.
     struct Seat {
         std::unique_ptr<Child> child;
         bool greeted = false;
-        std::optional<Job> job;
-        bool isStopped = false; // told to stop working on the job
+        std::deque<Asked> asked; // what it works on, and perhaps one that waits
+        quint32 lastNumber = 0;
         size_t answers = 0;
-        Clock::time_point deadline = {};  // while starting or at work
-        Clock::time_point idleSince = {}; // while neither
+        bool wasQuick = false;           // with its last answer
+        Clock::time_point since = {};    // when it began to start, to work on the first or to be idle
+        Clock::time_point deadline = {}; // while starting or at work
     };
 
     void run();
     void startWanted();
     void start(Seat& seat);
-    void feed(Seat& seat);
+    void feed();
+    bool isAskedAhead(const Seat& seat) const;
+    void give(Seat& seat);
+    void begin(Seat& seat, Clock::time_point now);
     void hear(Seat& seat);
     void watch(Seat& seat);
-    bool isIdle(const Seat& seat) const { return seat.child && seat.greeted && !seat.job; }
+    static bool isIdle(const Seat& seat) { return seat.child && seat.greeted && seat.asked.empty(); }
     void answered(Seat& seat, const Answer& answer);
     void failed(Seat& seat);
+    void putBack(Asked& waiting);
     void giveUpQueue();
     int pause();
     void wake();
@@ -79,7 +94,6 @@ private:
 
     // The thread's own.
     std::vector<Seat> m_seats;
-    quint32 m_lastNumber = 0;
     int m_failedStarts = 0;
     Clock::time_point m_noStartBefore;
 

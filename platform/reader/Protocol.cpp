@@ -11,9 +11,9 @@ namespace lumbra::reader {
 namespace {
 
 // The first byte of every message. Raise it with every change of what follows.
-constexpr quint8 version = 3;
+constexpr quint8 version = 4;
 
-enum class Shape : quint8 { request = 1, answer = 2, stop = 3 };
+enum class Shape : quint8 { request = 1, answer = 2 };
 
 // No film is longer, and no moment later: thirty years, in seconds.
 constexpr double longestTime = 1e9;
@@ -104,14 +104,6 @@ QByteArray encoded(const PagesFacts& facts) {
 
 QByteArray encoded(const PageWish& wish) {
     return written(quint32(wish.page), wish.whole, wish.part);
-}
-
-QByteArray encodedStop() {
-    return written(version, quint8(Shape::stop));
-}
-
-bool isStop(const QByteArray& message) {
-    return message == encodedStop();
 }
 
 std::optional<Request> decodedRequest(const QByteArray& message) {

@@ -1,11 +1,11 @@
 // The language that the application and its reader processes speak: one datagram for each request and each answer on a
-// SOCK_SEQPACKET pair, and one block of shared memory, the arena, for whatever an answer carries beyond a few facts.
+// SOCK_SEQPACKET pair, and a block of shared memory with arenas for whatever an answer carries beyond a few facts.
 //
-// The application makes the arena and seals its size before a reader sees it, so that a reader gone wild can neither
-// grow it nor shrink it under the application's feet. A reader works on one request at a time; its answer bears the
-// request's number. Meanwhile the application sends nothing but perhaps the word to stop, so that a reader at work need
-// only look whether anything has come. A reader that is told to stop still answers. Both sides take every message as
-// hostile: what does not decode is nonsense, and ends the talk.
+// The application makes the block and seals its size before a reader sees it, so that a reader gone wild can neither
+// grow it nor shrink it under the application's feet. Requests are numbered one after the other, and a reader works on
+// one at a time; its answer bears the request's number. One more request may wait for it, so that it need not wait for
+// the next. The word to stop stands in the block; a reader that finds it there still answers. Both sides take every
+// message as hostile: what does not decode is nonsense, and ends the talk.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
@@ -19,12 +19,11 @@
 
 namespace lumbra::reader {
 
-// What a reader finds open when it starts: its end of the pair, and the arena.
+// What a reader finds open when it starts: its end of the pair, and the block.
 inline constexpr int socketDescriptor = 3;
-inline constexpr int arenaDescriptor = 4;
+inline constexpr int blockDescriptor = 4;
 
-// Bytes. A datagram holds a path and a few facts; everything larger goes through the arena, whose pages cost nothing
-// until they are touched.
+// Bytes. A datagram holds a path and a few facts; everything larger goes through an arena.
 inline constexpr qsizetype messageLimit = 16 * 1024;
 inline constexpr qsizetype arenaSize = 64 * 1024 * 1024;
 
@@ -50,7 +49,7 @@ enum class Kind : quint8 {
 };
 
 struct Request {
-    quint32 number = 0; // never 0
+    quint32 number = 0; // 1 for a reader's first, then one more each time; never 0
     Kind kind = Kind::thumbnail;
     quint32 limit = 0;    // milliseconds after which nobody waits any more
     QByteArray path = {}; // absolute, as the file system wants it
@@ -61,7 +60,7 @@ struct Answer {
     quint32 number = 0; // 0 is the greeting of a reader that is ready for its first request
     bool found = false; // false: the file reads as nothing
     QByteArray details = {};
-    quint32 bulk = 0; // bytes at the arena's start that belong to the answer
+    quint32 bulk = 0; // bytes at the start of the number's arena that belong to the answer
 };
 
 // The pixels that a picture must fit into; its proportions are kept and nothing is enlarged but drawings.
@@ -129,10 +128,6 @@ QByteArray encoded(const FramesWish& wish);
 QByteArray encoded(const LoudnessWish& wish);
 QByteArray encoded(const PagesFacts& facts);
 QByteArray encoded(const PageWish& wish);
-
-// The word to stop working on what is asked for last. It bears no number: to one that has answered it says nothing.
-QByteArray encodedStop();
-bool isStop(const QByteArray& message);
 
 // Absent for what is cut short, too long, of another version or out of bounds.
 std::optional<Request> decodedRequest(const QByteArray& message);

@@ -21,6 +21,7 @@ struct Found {
 
 struct Job {
     Request request;
+    size_t level = 0; // how urgent it is; 0 comes first
 
     // All are called on the pool's thread. `makesSense` is false for what no reader in its right mind answers to this
     // request; it only looks. `deliver` is called at most once, and with nothing when the file reads as nothing; a
@@ -34,8 +35,7 @@ class Queue {
 public:
     static constexpr size_t levels = 3;
 
-    // Level 0 is the most urgent.
-    void push(size_t level, Job job) { m_levels[level].push_back(std::move(job)); }
+    void push(Job job) { m_levels[job.level].push_back(std::move(job)); }
 
     // The next job that somebody still waits for.
     std::optional<Job> pop() {

@@ -97,14 +97,6 @@ private Q_SLOTS:
         QVERIFY(!decodedAnswer(message));
     }
 
-    void aStopIsNeitherRequestNorAnswer() {
-        QVERIFY(isStop(encodedStop()));
-        QVERIFY(!isStop(encoded(request())));
-        QVERIFY(!isStop(QByteArray()));
-        QVERIFY(!decodedRequest(encodedStop()));
-        QVERIFY(!decodedAnswer(encodedStop()));
-    }
-
     void whatIsAskedOfMediaArrivesAsItWasSent() {
         const FramesWish wish{.moments = {0, 0.25, 3600.5},
                               .unit = FramesWish::Unit::durations,

@@ -14,40 +14,41 @@ private Q_SLOTS:
     void amongEqualsTheLastComesFirst() {
         Queue queue;
         for (const quint32 number : {1, 2, 3})
-            queue.push(0, job(number));
+            queue.push(job(number));
         QCOMPARE(order(queue), (QList<quint32>{3, 2, 1}));
     }
 
     void theMoreUrgentComesFirstWheneverItWasAsked() {
         Queue queue;
-        queue.push(2, job(1));
-        queue.push(0, job(2));
-        queue.push(1, job(3));
-        queue.push(0, job(4));
+        queue.push(job(1, 2));
+        queue.push(job(2));
+        queue.push(job(3, 1));
+        queue.push(job(4));
         QCOMPARE(order(queue), (QList<quint32>{4, 2, 3, 1}));
     }
 
     void whatNobodyWaitsForIsDropped() {
         Queue queue;
         for (const quint32 number : {1, 2, 3})
-            queue.push(0, job(number));
+            queue.push(job(number));
         m_cancelled = {3, 1};
         QCOMPARE(order(queue), (QList<quint32>{2}));
     }
 
     void pruningLetsGoOfWhatIsDeepDown() {
         Queue queue;
-        queue.push(0, job(1));
-        queue.push(2, job(2));
-        queue.push(2, job(3));
+        queue.push(job(1));
+        queue.push(job(2, 2));
+        queue.push(job(3, 2));
         m_cancelled = {1, 2};
         queue.prune();
         QCOMPARE(queue.size(), size_t(1));
     }
 
 private:
-    Job job(quint32 number) {
+    Job job(quint32 number, size_t level = 0) {
         return {.request = {.number = number},
+                .level = level,
                 .isCancelled = [this, number] { return m_cancelled.contains(number); },
                 .makesSense = [](const Found&) { return true; },
                 .deliver = [](const std::optional<Found>&) {}};

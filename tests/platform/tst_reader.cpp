@@ -187,6 +187,41 @@ private Q_SLOTS:
         QCOMPARE(reader.startedCount(), size_t(2));
     }
 
+    // Readers that were quick are asked ahead; what waits for one that is not is read by the other.
+    void whatWaitsForASlowReaderGoesToAnother() {
+        Reader reader({.children = 2, .limit = 60, .program = hostileProgram()});
+        const auto readFine = [&reader, this] {
+            QList<QFuture<QImage>> futures;
+            for (int i = 0; i < 20; ++i)
+                futures.append(reader.thumbnail(fine(), box));
+            for (const QFuture<QImage>& future : futures)
+                QTRY_VERIFY_WITH_TIMEOUT(future.isFinished(), 10'000);
+        };
+        readFine();
+        std::stop_source stop;
+        QFuture<QImage> stalled =
+            reader.thumbnail(m_home.file("stalling", "stall"), box, Reader::Urgency::visible, stop.get_token());
+        readFine();
+        QVERIFY(!stalled.isFinished());
+        QCOMPARE(reader.startedCount(), size_t(2));
+        stop.request_stop();
+    }
+
+    void whatIsTakenBackWhileItWaitsForAReaderIsNotRead() {
+        Reader reader(hostile(60));
+        QCOMPARE(resultOf(reader.thumbnail(fine(), box)).size(), QSize(1, 1));
+        std::stop_source first, second;
+        QFuture<QImage> working =
+            reader.thumbnail(m_home.file("obeying", "obey"), box, Reader::Urgency::visible, first.get_token());
+        QFuture<QImage> waiting =
+            reader.thumbnail(m_home.file("bad", "crash"), box, Reader::Urgency::later, second.get_token());
+        second.request_stop();
+        QTRY_VERIFY(waiting.isFinished());
+        first.request_stop();
+        QCOMPARE(resultOf(reader.thumbnail(fine(), box)).size(), QSize(1, 1));
+        QCOMPARE(reader.startedCount(), size_t(1));
+    }
+
     void aCancelledRequestInTheQueueIsDropped() {
         Reader reader(hostile(2));
         std::stop_source stop;

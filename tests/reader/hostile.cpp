@@ -2,7 +2,7 @@
 // sandbox as the real one. Of a fine file it makes a white pixel, a film of a second, a frame or a loud sound.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/reader/Protocol.h"
+#include "platform/reader/SharedBlock.h"
 #include "reader/Sandbox.h"
 
 #include <fcntl.h>
@@ -16,7 +16,6 @@
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
-#include <span>
 #include <thread>
 
 using namespace lumbra::reader;
@@ -110,9 +109,9 @@ bool couldDo(const QByteArray& deed, const QByteArray& path) {
     if (deed == "run")
         return ::fork() >= 0 || ::execl("/bin/true", "true", nullptr) == 0;
     if (deed == "shrink")
-        return ::ftruncate(arenaDescriptor, 0) == 0;
+        return ::ftruncate(blockDescriptor, 0) == 0;
     if (deed == "grow")
-        return ::ftruncate(arenaDescriptor, arenaSize * 2) == 0;
+        return ::ftruncate(blockDescriptor, SharedBlock::size * 2) == 0;
     if (deed == "hoard")
         return Sandbox::boundsMemory && canTake(qsizetype(3) << 30);
     if (deed == "signal")
@@ -142,18 +141,16 @@ QByteArray nonsense(const QByteArray& deed, const Request& request) {
     return encoded(answer);
 }
 
-void waitForStop() {
-    char message[messageLimit];
-    const ssize_t size = ::read(socketDescriptor, message, sizeof message);
-    if (size <= 0 || !isStop(QByteArray(message, size)))
-        ::_exit(1);
+void waitForStop(const SharedBlock& block, quint32 number) {
+    while (!block.isStopped(number))
+        std::this_thread::yield();
 }
 
 // Each answers rightly.
-void scribbleFor(const Request& request, std::span<uchar> arena) {
+void scribbleFor(const Request& request, const SharedBlock& block) {
     say(encoded(fineAnswer(request)));
     while (true)
-        std::ranges::fill(arena.first(4096), uchar(0x55));
+        std::ranges::fill(block.arenaOf(request.number).first(4096), uchar(0x55));
 }
 
 void breakOff(const Request& request) {
@@ -162,7 +159,7 @@ void breakOff(const Request& request) {
     say(encoded(answer));
 }
 
-void misbehave(const QByteArray& deed, const Request& request, std::span<uchar> arena) {
+void misbehave(const QByteArray& deed, const Request& request, const SharedBlock& block) {
     if (deed == "exit")
         ::_exit(0);
     if (deed == "crash")
@@ -176,9 +173,9 @@ void misbehave(const QByteArray& deed, const Request& request, std::span<uchar> 
         while (true)
             say(encoded(fineAnswer(request)));
     if (deed == "obey")
-        waitForStop();
+        waitForStop(block, request.number);
     if (deed == "scribble")
-        scribbleFor(request, arena);
+        scribbleFor(request, block);
     if (deed == "break off")
         return breakOff(request);
     const QByteArray message = nonsense(deed, request);
@@ -194,26 +191,28 @@ void misbehave(const QByteArray& deed, const Request& request, std::span<uchar> 
 
 int main() {
     Sandbox::tieToParent();
-    void* const arena = ::mmap(nullptr, size_t(arenaSize), PROT_READ | PROT_WRITE, MAP_SHARED, arenaDescriptor, 0);
-    if (arena == MAP_FAILED || !Sandbox::enter())
+    void* const memory =
+        ::mmap(nullptr, size_t(SharedBlock::size), PROT_READ | PROT_WRITE, MAP_SHARED, blockDescriptor, 0);
+    if (memory == MAP_FAILED || !Sandbox::enter())
         return 1;
+    const SharedBlock block(static_cast<uchar*>(memory));
     say(encoded(Answer{}));
     char message[messageLimit];
     while (true) {
         const ssize_t size = ::read(socketDescriptor, message, sizeof message);
         if (size <= 0)
             return 0;
-        if (isStop(QByteArray(message, size)))
-            continue;
         const auto request = decodedRequest(QByteArray(message, size));
         if (!request)
             return 1;
         const QByteArray deed = firstWord(request->path);
-        if (deed == "fine") {
-            std::memset(arena, request->kind == Kind::loudness ? 0 : 0xff, 4);
+        if (block.isStopped(request->number)) {
+            say(encoded(Answer{.number = request->number}));
+        } else if (deed == "fine") {
+            std::memset(block.arenaOf(request->number).data(), request->kind == Kind::loudness ? 0 : 0xff, 4);
             say(encoded(fineAnswer(*request)));
         } else {
-            misbehave(deed, *request, {static_cast<uchar*>(arena), size_t(arenaSize)});
+            misbehave(deed, *request, block);
         }
     }
 }

@@ -6,8 +6,8 @@
 #include <QElapsedTimer>
 #include <QtTest>
 
-#include <sys/socket.h>
-#include <unistd.h>
+#include <cstdlib>
+#include <memory>
 
 using namespace lumbra;
 using namespace lumbra::reader;
@@ -267,17 +267,16 @@ private Q_SLOTS:
 
     void framesThatNobodyWaitsForAreNotMade() {
         const Location file = counted("unwanted.mp4", 6, "-c:v libx264");
-        int pair[2];
-        QCOMPARE(::socketpair(AF_UNIX, SOCK_SEQPACKET, 0, pair), 0);
-        Interruption::listenTo(pair[0]);
+        const std::unique_ptr<void, decltype(&std::free)> memory(std::calloc(1, size_t(SharedBlock::size)), &std::free);
+        const SharedBlock block(static_cast<uchar*>(memory.get()));
+        Interruption::lookAt(block, 7);
+        block.stop(6); // another one
         QVERIFY(!Interruption::isRequested());
         QCOMPARE(framesOf(file, strip(12)).value().size(), 12);
-        QCOMPARE(::write(pair[1], "stop", 4), 4);
-        QTRY_VERIFY(Interruption::isRequested());
+        block.stop(7);
+        QVERIFY(Interruption::isRequested());
         QVERIFY(framesOf(file, strip(12)).value_or(QList<QImage>()).isEmpty());
-        Interruption::listenTo(-1);
-        ::close(pair[0]);
-        ::close(pair[1]);
+        Interruption::lookAt(SharedBlock(), 0);
     }
 
     void whenTheTimeIsOverTheFramesMadeSoFarAreTheStrip() {
