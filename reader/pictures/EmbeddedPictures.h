@@ -19,6 +19,7 @@ inline constexpr qint64 previewLimit = 64 * 1024 * 1024;
 QImage embeddedPicture(const QByteArray& bytes, QSize box);
 
 // The same by one way each.
+QImage jpegPicture(const QByteArray& bytes, QSize box);
 QImage rasterPicture(const QByteArray& bytes, QSize box);
 QImage vipsPicture(const QByteArray& bytes, QSize box);
 QImage pagePicture(const QByteArray& bytes, QSize box);

@@ -53,14 +53,23 @@ bool isLoadedBy(const Image& image, std::string_view loader) {
            && std::string_view(name).starts_with(loader);
 }
 
+// Shrinking while loading goes wrong for JPEG 2000, where a layer is taken that is too small, and finds nothing in
+// AVIF, though it opens the file twice more to look.
+bool isReducedAfterwards(const Image& image) {
+    const char* compression = nullptr;
+    return isLoadedBy(image, "jp2k")
+           || (vips_image_get_typeof(image.get(), "heif-compression") != 0
+               && vips_image_get_string(image.get(), "heif-compression", &compression) == 0
+               && std::string_view(compression) == "av1");
+}
+
 Image thumbnailOf(const MakeSource& make, const Image& opened, QSize box) {
     // To name the target where there is nothing to convert from dulls the colours.
     const bool hasColours =
         vips_image_get_typeof(opened.get(), VIPS_META_ICC_NAME) != 0 || opened->Type == VIPS_INTERPRETATION_CMYK;
     const char* const target = hasColours ? "srgb" : nullptr;
     VipsImage* made = nullptr;
-    // Shrinking while loading goes wrong for JPEG 2000: it takes a layer that is too small.
-    if (isLoadedBy(opened, "jp2k")) {
+    if (isReducedAfterwards(opened)) {
         vips_thumbnail_image(opened.get(), &made, box.width(), "height", box.height(), "size", VIPS_SIZE_DOWN,
                              "export_profile", target, nullptr);
     } else if (const Source source{make()}) {
