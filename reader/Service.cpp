@@ -84,6 +84,12 @@ Answer Service::answer(const Request& request) {
             case Kind::loudness:
                 made = m_media.loudness(request, *file, arena);
                 break;
+            case Kind::pages:
+                made = m_pages.pages(std::move(file), arena);
+                break;
+            case Kind::page:
+                made = m_pages.page(request, std::move(file), arena);
+                break;
             }
         }
     } catch (const std::bad_alloc&) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "media/MediaAnswers.h"
+#include "pages/PageAnswers.h"
 #include "platform/reader/SharedBlock.h"
 
 namespace lumbra::reader {
@@ -31,6 +32,7 @@ private:
     int m_socket;
     SharedBlock m_block;
     MediaAnswers m_media;
+    PageAnswers m_pages;
 };
 
 } // namespace lumbra::reader

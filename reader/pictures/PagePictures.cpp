@@ -3,9 +3,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "EmbeddedPictures.h"
 #include "Makers.h"
+#include "reader/pages/PdfPage.h"
 
 #include <QBuffer>
-#include <QPainter>
 #include <QPdfDocument>
 
 namespace lumbra::reader {
@@ -20,15 +20,8 @@ QImage firstPage(QIODevice& device, QSize box) {
     const QSizeF page = document.pagePointSize(0);
     if (page.isEmpty())
         return {};
-    const QImage drawn = document.render(0, fitted(page, box));
-    if (drawn.isNull())
-        return {};
-    // Pages are drawn on nothing; paper is white.
-    QImage paper(drawn.size(), QImage::Format_RGB32);
-    paper.fill(Qt::white);
-    QPainter painter(&paper);
-    painter.drawImage(0, 0, drawn);
-    return paper;
+    const QSize size = fitted(page, box);
+    return pdfPage(document, 0, size, QRect(QPoint(), size));
 }
 
 } // namespace

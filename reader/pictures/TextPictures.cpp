@@ -3,9 +3,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Makers.h"
 #include "RichText.h"
-#include "TextDecoding.h"
 #include "TextPage.h"
 #include "WebPage.h"
+#include "platform/TextDecoding.h"
 
 #include <QRegularExpression>
 

@@ -3,7 +3,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PictureFiles.h"
 #include "reader/pictures/RichText.h"
-#include "reader/pictures/TextDecoding.h"
 #include "reader/pictures/WebPage.h"
 
 #include <QtTest>
@@ -27,24 +26,6 @@ class tst_TextPictures : public QObject, private PictureFiles {
     Q_OBJECT
 
 private Q_SLOTS:
-    void bytesAreDecoded_data() {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("plain") << QByteArray("plain") << QStringLiteral("plain");
-        QTest::newRow("UTF-8") << QByteArray("Gr\xc3\xbc\xc3\x9f") << QStringLiteral("Grüß");
-        QTest::newRow("UTF-8 with a mark") << QByteArray("\xef\xbb\xbfGr\xc3\xbc") << QStringLiteral("Grü");
-        QTest::newRow("UTF-8 that is cut in a character") << QByteArray("Gr\xc3\xbc\xc3") << QStringLiteral("Grü");
-        QTest::newRow("UTF-16, little end first") << QByteArray("\xff\xfeG\0\xfc\0", 6) << QStringLiteral("Gü");
-        QTest::newRow("UTF-16, big end first") << QByteArray("\xfe\xff\0G\0\xfc", 6) << QStringLiteral("Gü");
-        QTest::newRow("Latin-1") << QByteArray("Gr\xfc\xdf") << QStringLiteral("Grüß");
-        QTest::newRow("lines of other systems") << QByteArray("a\r\nb\rc") << QStringLiteral("a\nb\nc");
-    }
-
-    void bytesAreDecoded() {
-        QFETCH(QByteArray, bytes);
-        QTEST(reader::decodedText(bytes), "text");
-    }
-
     void aPageOfTheWebIsItsWords_data() {
         QTest::addColumn<QString>("markup");
         QTest::addColumn<QStringList>("texts");

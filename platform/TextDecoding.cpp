@@ -3,7 +3,7 @@
 
 #include <QStringDecoder>
 
-namespace lumbra::reader {
+namespace lumbra {
 
 namespace {
 
@@ -25,4 +25,4 @@ QString decodedText(const QByteArray& bytes) {
     return text;
 }
 
-} // namespace lumbra::reader
+} // namespace lumbra

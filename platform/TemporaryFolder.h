@@ -1,0 +1,14 @@
+// The one folder for what this process needs as a file for a while. Only its owner can look into it, and it goes with
+// the process.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "Location.h"
+
+namespace lumbra {
+
+// Made at the first call, on memory where the session has a folder there. Empty when none can be made.
+Location temporaryFolder();
+
+} // namespace lumbra
