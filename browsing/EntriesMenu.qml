@@ -11,6 +11,14 @@ Menu {
     property var entries: []
 
     Component.onCompleted: {
+        refill()
+        entriesChanged.connect(refill)
+    }
+
+    // Also while it is open: some entries are known only a moment later.
+    function refill() {
+        while (count > 0)
+            removeItem(itemAt(0))
         for (const entry of entries) {
             if (entry.divider)
                 addItem(divider.createObject(contentItem))
@@ -25,7 +33,9 @@ Menu {
 
     // By its file, since a type can't hold itself.
     function submenu(entry: var): Menu {
-        return Qt.createComponent("EntriesMenu.qml").createObject(menu, { title: entry.title, entries: entry.children })
+        const made = Qt.createComponent("EntriesMenu.qml").createObject(menu, { title: entry.title, entries: entry.children })
+        entry.fill(made)
+        return made
     }
 
     Component {

@@ -3,6 +3,11 @@
 
 namespace lumbra {
 
+void MenuEntry::fill(QObject* menu) const {
+    if (later)
+        later(menu, [menu](const QList<MenuEntry>& entries) { menu->setProperty("entries", toVariants(entries)); });
+}
+
 QVariantList MenuEntry::toVariants(const QList<MenuEntry>& entries) {
     QVariantList variants;
     variants.reserve(entries.size());

@@ -38,12 +38,24 @@ public:
 
     using Action = std::function<void()>;
 
+    // Finds out what stands in a submenu and hands it to `ready`, later and on the main thread, unless the context has
+    // gone by then.
+    using Ready = std::function<void(const QList<MenuEntry>& entries)>;
+    using Later = std::function<void(QObject* context, Ready ready)>;
+
     static MenuEntry item(const QString& title, Action action) { return {Kind::item, title, std::move(action)}; }
     static MenuEntry divider() { return {Kind::divider, {}, {}}; }
     static MenuEntry heading(const QString& title) { return {Kind::heading, title, {}}; }
     static MenuEntry submenu(const QString& title, const QList<MenuEntry>& children) {
         MenuEntry made{Kind::submenu, title, {}};
         made.children = children;
+        return made;
+    }
+
+    // `children` stand there until the rest is known.
+    static MenuEntry submenu(const QString& title, const QList<MenuEntry>& children, Later later) {
+        MenuEntry made = submenu(title, children);
+        made.later = std::move(later);
         return made;
     }
 
@@ -71,6 +83,9 @@ public:
             action();
     }
 
+    // Gives the property "entries" of a menu that shows this submenu its whole list, once that is known.
+    Q_INVOKABLE void fill(QObject* menu) const;
+
     bool isDivider() const { return kind == Kind::divider; }
     bool isHeading() const { return kind == Kind::heading; }
     bool isSubmenu() const { return kind == Kind::submenu; }
@@ -85,6 +100,7 @@ public:
     QString title;
     Action action;
     QList<MenuEntry> children;
+    Later later;                 // of a submenu whose children are not all known when the menu is made
     std::optional<bool> checked; // absent for an item that is no choice
     bool enabled = true;
     bool destructive = false;

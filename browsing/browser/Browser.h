@@ -35,6 +35,9 @@ class Browser : public QObject {
     Q_PROPERTY(lumbra::PathBar* path READ path CONSTANT)
     Q_PROPERTY(QString search READ search WRITE setSearch NOTIFY searchChanged)
     Q_PROPERTY(bool gridFocused READ gridFocused WRITE setGridFocused NOTIFY gridFocusedChanged)
+    Q_PROPERTY(qint64 selectedCount READ selectedCount NOTIFY selectedChanged)
+    Q_PROPERTY(lumbra::Asset firstSelected READ firstSelected NOTIFY selectedChanged)
+    Q_PROPERTY(QString firstName READ firstName NOTIFY selectedChanged)
     Q_PROPERTY(bool loaded READ loaded NOTIFY loadedChanged)
     Q_PROPERTY(QList<qint64> kindCounts READ kindCountList NOTIFY kindCountsChanged)
 
@@ -86,6 +89,10 @@ public:
     // The selected assets that the page still shows, in page order: what the inspector tells of.
     Assets selected() const { return m_selected; }
 
+    qint64 selectedCount() const { return m_selected.value().size(); }
+    Asset firstSelected() const { return m_selected.value().value(0); } // an empty one if there is none
+    QString firstName() const { return firstSelected().url.name(); }
+
     bool gridFocused() const { return m_gridFocused; }
     void setGridFocused(bool focused) { m_gridFocused = focused; }
 
@@ -115,6 +122,14 @@ public:
     Q_INVOKABLE void toggleStar(const lumbra::PageCell& cell); // with all that is selected along with it
     Q_INVOKABLE bool press(int key, Qt::KeyboardModifiers modifiers, bool repeated);
     Q_INVOKABLE void selectAll();
+
+    // Files that were dropped: on the page, which takes them only if it is a folder's and tells whether it does, or on
+    // the tile of a folder.
+    Q_INVOKABLE bool drop(const QList<QUrl>& urls);
+    Q_INVOKABLE void dropInto(const lumbra::Location& folder, const QList<QUrl>& urls);
+
+    // Asks for the name of a new folder in the one that is shown; nothing without one.
+    Q_INVOKABLE void newFolder() const;
 
     // Asks for another name, and selects the file under it.
     void rename(const Location& url);

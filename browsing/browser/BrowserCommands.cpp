@@ -46,17 +46,17 @@ void BrowserCommands::trash() const {
 }
 
 void BrowserCommands::newFolder() const {
-    const auto folder = library()->place().folderUrl();
-    if (!folder)
-        return;
-    m_browser->ask(NamePrompt::request(
-        QStringLiteral("New Folder"), QStringLiteral("untitled folder"),
-        [library = library(), folder](const QString& name) { library->newFolderIn(*folder, name); }));
+    m_browser->newFolder();
 }
 
 void BrowserCommands::addFiles() const {
     if (const auto folder = library()->place().folderUrl())
         Actions::importFiles(*folder, library());
+}
+
+void BrowserCommands::toggleInspector() const {
+    BrowserSettings& settings = *m_browser->settings();
+    settings.setShowInspector(!settings.showInspector());
 }
 
 QList<Location> BrowserCommands::selectedPaths() const {

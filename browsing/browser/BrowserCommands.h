@@ -42,6 +42,8 @@ public:
     Q_INVOKABLE void newFolder() const;
     Q_INVOKABLE void addFiles() const;
 
+    Q_INVOKABLE void toggleInspector() const;
+
 Q_SIGNALS:
     void hasSelectionChanged();
     void hasFolderChanged();

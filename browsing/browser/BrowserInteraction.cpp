@@ -2,6 +2,7 @@
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Browser.h"
+#include "browsing/DroppedFiles.h"
 #include "browsing/tiles/TileMenus.h"
 #include "library/Actions.h"
 
@@ -121,6 +122,27 @@ void Browser::rename(const Location& url) {
     }));
 }
 
+void Browser::newFolder() const {
+    const auto folder = m_library->place().folderUrl();
+    if (!folder)
+        return;
+    ask(NamePrompt::request(
+        QStringLiteral("New Folder"), QStringLiteral("untitled folder"),
+        [library = m_library, folder](const QString& name) { library->newFolderIn(*folder, name); }));
+}
+
+bool Browser::drop(const QList<QUrl>& urls) {
+    const auto folder = m_library->place().folderUrl();
+    if (!folder)
+        return false;
+    m_library->bring(droppedFiles(urls), *folder);
+    return true;
+}
+
+void Browser::dropInto(const Location& folder, const QList<QUrl>& urls) {
+    m_library->bring(droppedFiles(urls), folder);
+}
+
 void Browser::trash(const QList<Location>& urls) {
     m_library->trash(urls);
     QSet<Location> kept = m_selection;
@@ -136,8 +158,10 @@ void Browser::trashSelected() {
 
 QVariantList Browser::menu(const PageCell& cell) {
     const TileMenus::Page page{
+        .play = [this, asset = cell.asset] { play(asset); },
         .rename = [this](const Location& url) { rename(url); },
         .trash = [this](const QList<Location>& urls) { trash(urls); },
+        .ask = [this](const NamePrompt& prompt) { ask(prompt); },
     };
     if (cell.isAsset())
         return MenuEntry::toVariants(TileMenus::asset(m_library, page, cell.url, targets(cell.url)));

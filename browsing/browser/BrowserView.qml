@@ -1,7 +1,8 @@
-// The main pane: its toolbar, the header of the page, the page itself, and the status line.
+// The main pane: its toolbar, the page with its header and its status line, and the details of what is selected.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import QtQuick.Templates as T
 import Lumbra.Browsing
 import Lumbra.Look
 
@@ -11,66 +12,103 @@ Rectangle {
     required property Browser browser
 
     readonly property var empty: browser.emptyState
+    readonly property bool inspecting: browser.settings.showInspector
+    readonly property int narrowestPage: 336
 
     // Puts the cursor into the search field.
     function find() { toolbar.find() }
 
     color: Theme.window
+    T.SplitView.minimumWidth: narrowestPage + (inspecting ? inspector.width : 0)
     Component.onCompleted: browser.appear()
 
+    FileDropArea {
+        id: drops
+        anchors { top: parent.top; bottom: parent.bottom; left: parent.left }
+        width: page.width
+        possible: view.browser.page === "folder"
+        onFilesDropped: urls => view.browser.drop(urls)
+    }
     PageToolbar {
         id: toolbar
         width: parent.width
         browser: view.browser
     }
-    Header {
-        id: header
-        anchors.top: toolbar.bottom
-        width: parent.width
-        browser: view.browser
-    }
+    // Takes its new width at once, and the inspector slides over or away from what that uncovers: the tiles are laid out
+    // once and not with each frame.
     Item {
-        id: body
-        anchors { top: header.bottom; bottom: status.top; left: parent.left; right: parent.right }
-        clip: true
+        id: page
+        anchors { top: toolbar.bottom; bottom: parent.bottom }
+        width: view.inspecting ? view.width - inspector.width : view.width
 
-        PageGrid {
-            anchors.fill: parent
-            visible: !view.empty.shown && view.browser.page !== "group"
+        Header {
+            id: header
+            width: parent.width
             browser: view.browser
         }
-        Loader {
-            anchors.fill: parent
-            active: view.browser.page === "group"
-            sourceComponent: GroupPage { browser: view.browser }
-        }
-        EmptyState {
-            width: parent.width
-            visible: view.empty.shown && !view.empty.busy
-            symbol: view.empty.symbol
-            title: view.empty.title
-            text: view.empty.text
-            buttonText: view.empty.button
-            offset: view.empty.offset
-            onActivated: view.browser.showEverything()
-        }
-        Row {
-            anchors.horizontalCenter: parent.horizontalCenter
-            y: view.empty.offset
-            visible: view.empty.busy
-            spacing: Theme.gap
+        Item {
+            id: body
+            anchors { top: header.bottom; bottom: status.top; left: parent.left; right: parent.right }
+            clip: true
 
-            Spinner { anchors.verticalCenter: parent.verticalCenter }
-            Label {
-                color: Theme.textSoft
-                text: view.empty.title
+            PageGrid {
+                anchors.fill: parent
+                visible: !view.empty.shown && view.browser.page !== "group"
+                browser: view.browser
+            }
+            Loader {
+                anchors.fill: parent
+                active: view.browser.page === "group"
+                sourceComponent: GroupPage { browser: view.browser }
+            }
+            EmptyState {
+                width: parent.width
+                visible: view.empty.shown && !view.empty.busy
+                symbol: view.empty.symbol
+                title: view.empty.title
+                text: view.empty.text
+                buttonText: view.empty.button
+                offset: view.empty.offset
+                onActivated: view.browser.showEverything()
+            }
+            Row {
+                anchors.horizontalCenter: parent.horizontalCenter
+                y: view.empty.offset
+                visible: view.empty.busy
+                spacing: Theme.gap
+
+                Spinner { anchors.verticalCenter: parent.verticalCenter }
+                Label {
+                    color: Theme.textSoft
+                    text: view.empty.title
+                }
+            }
+            Bed {
+                objectName: "pageTargeted"
+                anchors.fill: parent
+                anchors.margins: Theme.grid
+                visible: drops.containsDrag
+                radius: Theme.radiusPicture
+                targeted: true
             }
         }
+        StatusLine {
+            id: status
+            anchors.bottom: parent.bottom
+            width: parent.width
+            browser: view.browser
+        }
     }
-    StatusLine {
-        id: status
-        anchors.bottom: parent.bottom
-        width: parent.width
+    InspectorPane {
+        id: inspector
+
+        // From 0, beyond the edge, to 1.
+        property real shown: view.inspecting ? 1 : 0
+        Behavior on shown { SpringNumber {} }
+
+        anchors { top: toolbar.bottom; bottom: parent.bottom }
+        x: view.width - width * shown
+        visible: shown > 0
         browser: view.browser
     }
 }

@@ -3,6 +3,7 @@
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import QtQuick.Templates as T
 import QtQuick.Window
 import Lumbra.Browsing
 import Lumbra.Look
@@ -49,9 +50,19 @@ FocusScope {
     }
 
     function takeFocusBack() {
+        if (grid.activeFocus && !keyboard.activeFocus)
+            keyboard.forceActiveFocus(Qt.OtherFocusReason)
+    }
+
+    // The Tab key may lead to a folder that is not in view.
+    function showFocused() {
         const item = Window.activeFocusItem
-        if (list.activeFocus && item !== list)
-            item.focus = false
+        if (!item || !list.activeFocus)
+            return
+        const top = item.mapToItem(list.contentItem, 0, 0).y - Theme.tileMargin
+        const bottom = top + item.height + 2 * Theme.tileMargin
+        const least = Math.max(list.originY, bottom - list.height)
+        list.contentY = Math.max(least, Math.min(list.contentY, top))
     }
 
     // What the right button does on a tile, for the first selected one.
@@ -61,9 +72,7 @@ FocusScope {
             menu.openFor(tile.cell, tile, tile.width / 2, tile.height / 2)
     }
 
-    Accessible.role: Accessible.List
-    Accessible.name: browser.title
-
+    Window.onActiveFocusItemChanged: showFocused()
     onActiveFocusChanged: browser.gridFocused = activeFocus
     Keys.onPressed: event => {
         const menuKey = event.key === Qt.Key_Menu || (event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier)
@@ -81,8 +90,8 @@ FocusScope {
     Connections {
         target: grid.browser
         function onGridFocusedChanged() {
-            if (grid.browser.gridFocused)
-                grid.forceActiveFocus(Qt.OtherFocusReason)
+            if (grid.browser.gridFocused && !grid.activeFocus)
+                keyboard.forceActiveFocus(Qt.OtherFocusReason)
         }
         // The keys belong to what was selected last, no longer to the folder that the focus had come to.
         function onSelectionChanged() { grid.takeFocusBack() }
@@ -107,57 +116,74 @@ FocusScope {
         easing.type: Theme.easeOut
     }
 
-    ListView {
-        id: list
-
-        readonly property real headHeight: Theme.controlHeight + 2 * Theme.gap
+    // What has the keyboard while no tile has it: a control, since that knows whether it got it by a key.
+    T.Control {
+        id: keyboard
 
         anchors.fill: parent
-        onHeightChanged: Qt.callLater(grid.resized)
         focus: true
-        activeFocusOnTab: true
-        model: grid.browser.rows
-        reuseItems: true
-        keyNavigationEnabled: false
-        boundsBehavior: Flickable.StopAtBounds
-        // A screenful beyond either edge is made ahead, so that scrolling meets finished tiles.
-        cacheBuffer: Math.max(0, height)
+        focusPolicy: Qt.TabFocus
 
-        section.property: "section"
-        section.labelPositioning: ViewSection.InlineLabels | ViewSection.CurrentLabelAtStart
-        section.delegate: SectionHead {
-            required property string section
-            width: list.width
-            // A list pins a head above rows of no section too, and keeps it visible.
-            height: section === "" ? 0 : implicitHeight
-            inset: grid.pictureInset
-            header: grid.browser.headers[section]
-            onActivated: grid.browser.showStarred()
-        }
+        Accessible.role: Accessible.List
+        Accessible.onRoleChanged: Accessible.role = Accessible.List // Qt 6.4 takes it from a control
+        Accessible.name: grid.browser.title
+        Accessible.focusable: true
 
-        // The margin of the page, of which every tile and section head has a part of its own.
-        header: Item { height: Theme.pageMargin - Theme.tileMargin }
+        contentItem: ListView {
+            id: list
 
-        delegate: PageRowView {
-            width: list.width
-            browser: grid.browser
-            metrics: grid.metrics
-            onMenuWanted: (cell, tile, x, y) => menu.openFor(cell, tile, x, y)
-        }
+            readonly property real headHeight: Theme.controlHeight + 2 * Theme.gap
 
-        ScrollBar.vertical: ScrollBar {}
+            onHeightChanged: Qt.callLater(grid.resized)
+            model: grid.browser.rows
+            reuseItems: true
+            keyNavigationEnabled: false
+            boundsBehavior: Flickable.StopAtBounds
+            // A screenful beyond either edge is made ahead, so that scrolling meets finished tiles.
+            cacheBuffer: Math.max(0, height)
 
-        PressArea {
-            parent: list.contentItem
-            anchors.fill: undefined
-            z: -1
-            y: list.contentY
-            width: list.width
-            height: list.height
-            onClicked: grid.browser.clickBackground()
+            section.property: "section"
+            section.labelPositioning: ViewSection.InlineLabels | ViewSection.CurrentLabelAtStart
+            section.delegate: SectionHead {
+                required property string section
+                width: list.width
+                // A list pins a head above rows of no section too, and keeps it visible.
+                height: section === "" ? 0 : implicitHeight
+                inset: grid.pictureInset
+                header: grid.browser.headers[section]
+                onActivated: grid.browser.showStarred()
+            }
+
+            // The margin of the page, of which every tile and section head has a part of its own.
+            header: Item { height: Theme.pageMargin - Theme.tileMargin }
+
+            delegate: PageRowView {
+                width: list.width
+                browser: grid.browser
+                metrics: grid.metrics
+                onMenuWanted: (cell, tile, x, y) => menu.openFor(cell, tile, x, y)
+            }
+
+            ScrollBar.vertical: ScrollBar {}
+
+            PressArea {
+                parent: list.contentItem
+                anchors.fill: undefined
+                z: -1
+                y: list.contentY
+                width: list.width
+                height: list.height
+                onClicked: grid.browser.clickBackground()
+            }
         }
     }
 
+    // Selected tiles have rings of their own; where there is none, this shows that the keys are here.
+    FocusRing {
+        anchors.margins: Theme.grid
+        shown: keyboard.visualFocus && grid.browser.selectedCount === 0
+        surfaceRadius: Theme.radiusPicture - outset
+    }
     TileMenu {
         id: menu
         browser: grid.browser

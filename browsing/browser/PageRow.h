@@ -16,6 +16,8 @@ class PageCell {
     Q_PROPERTY(bool isFolder READ isFolder)
     Q_PROPERTY(bool isAsset READ isAsset)
     Q_PROPERTY(bool isStack READ isStack)
+    Q_PROPERTY(bool isVideo READ isVideo)
+    Q_PROPERTY(bool hasLength READ hasLength)
     Q_PROPERTY(lumbra::Location url MEMBER url)
     Q_PROPERTY(lumbra::Asset asset MEMBER asset)
     Q_PROPERTY(QVariantList newest MEMBER newest)
@@ -25,6 +27,7 @@ class PageCell {
     Q_PROPERTY(bool selected MEMBER selected)
     Q_PROPERTY(bool starred READ isStarred)
     Q_PROPERTY(bool onShelf MEMBER onShelf)
+    Q_PROPERTY(QString facts READ facts)
 
 public:
     // `none` fills up the last row of a block.
@@ -43,7 +46,12 @@ public:
     bool isFolder() const { return kind == Kind::folder; }
     bool isAsset() const { return kind == Kind::asset; }
     bool isStack() const { return kind == Kind::stack; }
+    bool isVideo() const { return isAsset() && asset.kind == AssetKind::video; }
+    bool hasLength() const { return isAsset() && (asset.kind == AssetKind::video || asset.kind == AssetKind::audio); }
     bool isStarred() const { return isAsset() && asset.isStarred(); }
+
+    // Of a file, for whoever does not see the tile: "Video, site, Starred".
+    QString facts() const;
 
     friend bool operator==(const PageCell&, const PageCell&) = default;
 };

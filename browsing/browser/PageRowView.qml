@@ -74,6 +74,7 @@ Item {
             cell: parent.cell
             metrics: view.metrics
             onOpened: view.browser.openFolder(cell.url)
+            onFilesDropped: urls => view.browser.dropInto(cell.url, urls)
         }
     }
     Component {

@@ -1,4 +1,4 @@
-// The row at the top of the pane: where one is, and the field that filters the page by name.
+// The row at the top of the pane: where one is, what can be made here, and the field that filters the page by name.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
@@ -10,58 +10,102 @@ Rectangle {
 
     required property Browser browser
 
+    readonly property bool inFolder: browser.page === "folder"
+    readonly property bool inGroup: browser.page === "group"
+    readonly property var group: inGroup ? browser.path.steps[0] : undefined
+
     function find() { search.forceActiveFocus(Qt.ShortcutFocusReason) }
 
     implicitHeight: 52
     color: Theme.pane
 
-    Symbol {
-        id: symbol
-        anchors { left: parent.left; leftMargin: Theme.pageMargin; verticalCenter: parent.verticalCenter }
-        visible: name !== ""
-        name: bar.browser.symbol
-        size: Theme.linePage - Theme.grid
-        color: bar.browser.page === "starred" ? Theme.amber : Theme.textSoft
-    }
-    PathBarView {
-        anchors { left: parent.left; leftMargin: Theme.controlPadding; right: search.left; rightMargin: Theme.pageMargin }
-        anchors.verticalCenter: parent.verticalCenter
-        visible: bar.browser.page === "folder"
-        path: bar.browser.path
-    }
-    Column {
-        visible: bar.browser.page !== "folder"
-        anchors { left: symbol.visible ? symbol.right : parent.left; right: search.left }
-        anchors { leftMargin: symbol.visible ? Theme.gap + 2 : Theme.pageMargin; rightMargin: Theme.pageMargin }
-        anchors.verticalCenter: parent.verticalCenter
+    Item {
+        id: where
+        // The same on all pages: a path that is resized while its steps come and go ends Qt 6.4.
+        anchors { left: parent.left; leftMargin: Theme.controlPadding }
+        anchors { right: tools.left; rightMargin: Theme.pageMargin; top: parent.top; bottom: parent.bottom }
 
-        Label {
-            width: parent.width
-            style: Label.SheetTitle
-            text: bar.browser.title
-            elide: Text.ElideMiddle
-            Accessible.role: Accessible.Heading
+        PathBarView {
+            anchors { left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter }
+            visible: bar.inFolder
+            path: bar.browser.path
         }
-        Label {
-            width: parent.width
-            visible: text !== ""
-            style: Label.Fact
-            text: bar.browser.subtitle
-            elide: Text.ElideMiddle
+        Symbol {
+            id: symbol
+            x: Theme.grid
+            anchors.verticalCenter: parent.verticalCenter
+            visible: name !== ""
+            name: bar.browser.symbol
+            size: Theme.linePage - Theme.grid
+            color: bar.browser.page === "starred" ? Theme.amber : Theme.textSoft
+        }
+        ProjectBadge {
+            id: badge
+            x: Theme.grid
+            anchors.verticalCenter: parent.verticalCenter
+            visible: bar.inGroup
+            size: Theme.linePage
+            name: bar.group?.badge ?? ""
+            hue: bar.group?.hue ?? 0
+        }
+        Column {
+            visible: !bar.inFolder
+            anchors { left: bar.inGroup ? badge.right : symbol.right; leftMargin: Theme.gap + 2; right: parent.right }
+            anchors.verticalCenter: parent.verticalCenter
+
+            Label {
+                width: parent.width
+                style: Label.SheetTitle
+                text: bar.browser.title
+                elide: Text.ElideMiddle
+                Accessible.role: Accessible.Heading
+            }
+            Label {
+                width: parent.width
+                visible: text !== ""
+                style: Label.Fact
+                text: bar.browser.subtitle
+                elide: Text.ElideMiddle
+            }
         }
     }
-    SearchField {
-        id: search
-        objectName: "search"
-        anchors { right: parent.right; rightMargin: Theme.pageMargin; verticalCenter: parent.verticalCenter }
-        width: Math.min(220, bar.width / 3)
-        visible: bar.browser.page !== "group" && bar.browser.page !== "tidy"
-        placeholderText: qsTr("Filter by name")
-        text: bar.browser.search
-        // What was typed, and what the clear button took away.
-        onTextChanged: bar.browser.search = text
-        Keys.onReturnPressed: bar.browser.gridFocused = true
-        Keys.onDownPressed: bar.browser.gridFocused = true
+    Row {
+        id: tools
+        anchors { right: parent.right; rightMargin: Theme.controlPadding; verticalCenter: parent.verticalCenter }
+        spacing: Theme.gap
+
+        IconButton {
+            objectName: "newFolder"
+            anchors.verticalCenter: parent.verticalCenter
+            visible: bar.inFolder
+            symbol: "folder.badge.plus"
+            text: qsTr("New Folder")
+            hint: qsTr("New folder here (⇧⌘N)")
+            onClicked: bar.browser.newFolder()
+        }
+        SearchField {
+            id: search
+            objectName: "search"
+            anchors.verticalCenter: parent.verticalCenter
+            width: Math.min(220, bar.width / 3)
+            visible: !bar.inGroup && bar.browser.page !== "tidy"
+            placeholderText: qsTr("Filter by name")
+            text: bar.browser.search
+            // What was typed, and what the clear button took away.
+            onTextChanged: bar.browser.search = text
+            Keys.onReturnPressed: bar.browser.gridFocused = true
+            Keys.onDownPressed: bar.browser.gridFocused = true
+        }
+        IconButton {
+            objectName: "details"
+            anchors.verticalCenter: parent.verticalCenter
+            symbol: "sidebar.right"
+            text: qsTr("Details")
+            hint: bar.browser.settings.showInspector ? qsTr("Hide details") : qsTr("Show details")
+            Accessible.checkable: true
+            Accessible.checked: bar.browser.settings.showInspector
+            onClicked: bar.browser.settings.showInspector = !bar.browser.settings.showInspector
+        }
     }
     Hairline { anchors.bottom: parent.bottom; width: parent.width }
 }

@@ -36,6 +36,13 @@ QVariantList Chips::periods() {
     };
 }
 
+QString Chips::periodText(int days) {
+    for (const QVariant& period : periods())
+        if (const auto choice = period.value<Choice>(); choice.value == days)
+            return choice.label;
+    return QStringLiteral("%1 days").arg(days);
+}
+
 QVariantList Chips::kinds() {
     QVariantList kinds;
     for (const AssetKind kind : allAssetKinds)

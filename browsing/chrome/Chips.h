@@ -38,6 +38,9 @@ public:
     // Raw names.
     static QVariantList sortOrders();
 
+    // What the chip of so many days says, or would say.
+    Q_INVOKABLE static QString periodText(int days);
+
     // "999", "1.0k"; empty below 1.
     Q_INVOKABLE static QString countText(qint64 count);
 };

@@ -9,13 +9,19 @@ Button {
 
     property var choices: [] // each with a value and a label
     property var value
+    property string label
+    property bool onlySymbol: false // where there is no room for the label
 
     signal chosen(value: var)
 
+    text: onlySymbol ? "" : label
+    hint: onlySymbol ? label : ""
     implicitHeight: Theme.chipHeight
     onClicked: menu.popup(button, 0, button.height + Theme.grid)
 
     Accessible.role: Accessible.ButtonMenu
+    Accessible.onRoleChanged: Accessible.role = Accessible.ButtonMenu // Qt 6.4 makes every button a plain one
+    Accessible.name: label
 
     Menu {
         id: menu

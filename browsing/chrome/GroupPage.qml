@@ -16,14 +16,16 @@ GridView {
     readonly property real available: width - 2 * Theme.pageMargin
     readonly property int columns: Math.max(1, Math.floor((available + gap) / (narrowest + gap)))
     readonly property int cardWidth: Math.min(widest, (available - (columns - 1) * gap) / columns)
+    readonly property real spare: available - columns * cardWidth - (columns - 1) * gap
 
-    leftMargin: Theme.pageMargin
+    leftMargin: Theme.pageMargin + Math.floor(spare / 2)
     topMargin: Theme.pageMargin
     bottomMargin: Theme.pageMargin - gap
     cellWidth: cardWidth + gap
     cellHeight: Math.round((cardWidth - 5 * Theme.controlPadding) / 4) + 2 * Theme.controlPadding + Theme.lineBody
         + Theme.lineFact + Theme.controlPadding + gap
     boundsBehavior: Flickable.StopAtBounds
+    activeFocusOnTab: true // the arrow keys go from card to card
     model: browser.cards
 
     Accessible.role: Accessible.List
@@ -32,7 +34,6 @@ GridView {
     ScrollBar.vertical: ScrollBar {}
 
     delegate: ProjectCard {
-        id: card
         width: page.cardWidth
         height: page.cellHeight - page.gap
         onOpened: page.browser.openFolder(url)

@@ -79,7 +79,7 @@ Item {
         ChoiceButton {
             readonly property bool isOn: Chips.kinds.some(kind => kind.value === chips.settings.kindRaw)
 
-            text: qsTr("Kind")
+            label: qsTr("Kind")
             symbol: "line.3.horizontal.decrease.circle"
             // Like a chip that is on: nobody should have to open a menu to see that files are hidden.
             kind: isOn ? Button.Default : Button.Normal

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PathBar.h"
 
+#include "browsing/DroppedFiles.h"
 #include "browsing/MenuEntry.h"
 #include "core/Clipboard.h"
 #include "library/Scanner.h"
@@ -60,6 +61,11 @@ void PathBar::listSiblings() {
 void PathBar::go(int step) {
     if (step >= 0 && step < m_steps.size())
         m_library->setPlace(m_steps.at(step).place);
+}
+
+void PathBar::drop(int step, const QList<QUrl>& urls) {
+    if (const auto folder = m_steps.value(step).url)
+        m_library->bring(droppedFiles(urls), *folder);
 }
 
 QVariantList PathBar::menu() const {

@@ -7,6 +7,7 @@
 #include "library/Library.h"
 
 #include <QObject>
+#include <QUrl>
 #include <QVariantList>
 #include <QtQml/qqmlregistration.h>
 
@@ -29,6 +30,9 @@ public:
     const QList<Location>& siblings() const { return m_siblings; }
 
     Q_INVOKABLE void go(int step);
+
+    // Files that were dropped on a step; one that is no folder takes none.
+    Q_INVOKABLE void drop(int step, const QList<QUrl>& urls);
 
     // What stands behind the last step: a list of MenuEntry.
     Q_INVOKABLE QVariantList menu() const;

@@ -2,51 +2,82 @@
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
-import QtQuick.Layouts
 import Lumbra.Browsing
 import Lumbra.Look
 
-RowLayout {
+// No layout of Qt's: in 6.4 one that is not on screen still holds the steps that have gone, and ends the program when it
+// gets another width.
+Item {
     id: bar
 
     required property PathBar path
 
-    spacing: 0
+    // What a step may take: where there is no room for all, the longest names give way until they are as long as others.
+    readonly property real widest: {
+        const wanted = []
+        for (let i = 0; i < steps.count; ++i)
+            wanted.push(steps.itemAt(i)?.implicitWidth ?? 0)
+        wanted.sort((a, b) => a - b)
+        let room = width
+        for (let i = 0; i < wanted.length; ++i) {
+            const share = room / (wanted.length - i)
+            if (wanted[i] > share)
+                return Math.floor(share)
+            room -= wanted[i]
+        }
+        return width
+    }
 
-    Repeater {
-        model: bar.path.steps
+    implicitHeight: Theme.controlHeight
 
-        RowLayout {
-            id: place
+    Row {
+        Repeater {
+            id: steps
+            model: bar.path.steps
 
-            required property int index
-            required property var modelData
-            readonly property bool last: index === bar.path.steps.length - 1
+            Item {
+                id: place
 
-            spacing: 0
-            // Long names give way, the present folder's last.
-            Layout.fillWidth: true
-            Layout.maximumWidth: implicitWidth
-            Layout.minimumWidth: last ? Math.min(implicitWidth, 120) : 0
+                required property int index
+                required property var modelData
+                readonly property bool last: index === bar.path.steps.length - 1
 
-            Symbol {
-                visible: place.index > 0
-                name: "chevron.right"
-                size: Theme.sizeSymbolSmall
-                color: Theme.textFaint
-            }
-            StepButton {
-                Layout.fillWidth: true
-                title: place.modelData.title
-                badge: place.modelData.badge
-                hue: place.modelData.hue
-                current: place.last
-                onClicked: place.last ? menu.openAt(this) : bar.path.go(place.index)
+                implicitWidth: arrow.room + step.implicitWidth
+                width: Math.min(implicitWidth, bar.widest)
+                height: Theme.controlHeight
+
+                Symbol {
+                    id: arrow
+                    readonly property real room: visible ? width : 0
+                    anchors.verticalCenter: parent.verticalCenter
+                    visible: place.index > 0
+                    name: "chevron.right"
+                    size: Theme.sizeSymbolSmall
+                    color: Theme.textFaint
+                }
+                StepButton {
+                    id: step
+                    x: arrow.room
+                    width: place.width - x
+                    title: place.modelData.title
+                    badge: place.modelData.badge
+                    hue: place.modelData.hue
+                    current: place.last
+                    targeted: drops.containsDrag
+                    onClicked: place.last ? menu.openAt(this) : bar.path.go(place.index)
+
+                    // The last step is the page, which takes files anywhere.
+                    FileDropArea {
+                        id: drops
+                        anchors.fill: parent
+                        enabled: !place.last
+                        possible: place.modelData.isFolder
+                        onFilesDropped: urls => bar.path.drop(place.index, urls)
+                    }
+                }
             }
         }
     }
-    Item { Layout.fillWidth: true }
-
     Loader {
         id: menu
 

@@ -15,6 +15,7 @@ class PathStep {
     Q_PROPERTY(QString title MEMBER title)
     Q_PROPERTY(QString badge MEMBER badge)
     Q_PROPERTY(int hue MEMBER hue)
+    Q_PROPERTY(bool isFolder READ isFolder)
 
 public:
     QString title;
@@ -22,6 +23,8 @@ public:
     QString badge;               // the name on its badge, or empty for none
     int hue = 0;                 // of the badge
     std::optional<Location> url; // of a step that is a real folder
+
+    bool isFolder() const { return url.has_value(); }
 
     // Tells steps apart in a list.
     QString id() const;

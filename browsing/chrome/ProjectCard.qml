@@ -21,11 +21,11 @@ Rectangle {
     radius: Theme.radiusCard
     color: Theme.raised
     border { width: 1 / Screen.devicePixelRatio; color: Theme.line }
-    activeFocusOnTab: true
 
     Accessible.role: Accessible.Button
     Accessible.name: name
     Accessible.description: subtitle
+    Accessible.focusable: true
     Accessible.onPressAction: opened()
 
     Keys.onReturnPressed: opened()

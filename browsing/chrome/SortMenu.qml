@@ -10,7 +10,7 @@ ChoiceButton {
 
     required property BrowserSettings settings
 
-    text: qsTr("Sort")
+    label: qsTr("Sort")
     symbol: "arrow.up.arrow.down"
     choices: Chips.sortOrders
     value: settings.sort

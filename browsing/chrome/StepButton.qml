@@ -12,6 +12,9 @@ T.AbstractButton {
     property string badge
     property int hue: 0
     property bool current: false
+    property bool targeted: false // a drag of files is over it
+
+    readonly property int role: current ? Accessible.ButtonMenu : Accessible.Button
 
     // What stands beside the name, which gives way when there is no room for all.
     readonly property real besideName: (badge ? mark.width + row.spacing : 0) + (current ? arrow.width + row.spacing : 0)
@@ -23,7 +26,9 @@ T.AbstractButton {
     focusPolicy: Qt.TabFocus
     hoverEnabled: true
 
-    Accessible.role: current ? Accessible.ButtonMenu : Accessible.Button
+    Accessible.role: role
+    Accessible.onRoleChanged: Accessible.role = role // Qt 6.4 makes every button a plain one
+    onRoleChanged: Accessible.role = role
     Accessible.name: title
     Accessible.onPressAction: click()
 
@@ -68,6 +73,7 @@ T.AbstractButton {
         radius: Theme.radiusControl
         hovered: step.hovered
         pressed: step.down
+        targeted: step.targeted
     }
 
     FocusRing { shown: step.visualFocus; outset: 0 }

@@ -1,8 +1,9 @@
 // A file as a tile: its picture whole in a well over its own backdrop, its name, and the project on pages across
-// projects. Selected, it has a ring in the tile's margin.
+// projects. Selected, it has a ring in the tile's margin. A film is skimmed by the pointer that moves across it.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import Lumbra.Browsing
 import Lumbra.Look
 import Lumbra.Media
 
@@ -23,12 +24,15 @@ Item {
 
     Accessible.role: Accessible.ListItem
     Accessible.name: cell.name
-    Accessible.description: cell.caption
+    Accessible.description: cell.facts
     Accessible.selectable: true
     Accessible.selected: cell.selected
     Accessible.onPressAction: clicked(Qt.NoModifier)
 
-    HoverHandler { id: hover }
+    HoverHandler {
+        id: hover
+        onHoveredChanged: skim.wanted = true
+    }
 
     Rectangle {
         id: well
@@ -47,7 +51,23 @@ Item {
             cornerRadius: Theme.radiusPicture
         }
 
+        // Once hovered, a film keeps its frames as long as it has its tile.
+        Loader {
+            id: skim
+            property bool wanted: false
+            anchors.fill: parent
+            active: wanted && tile.cell.isVideo
+            sourceComponent: film
+        }
+
         HoverLight { shown: tile.hovering }
+
+        Loader {
+            id: duration
+            anchors { right: parent.right; bottom: parent.bottom; margins: Theme.grid + 2 }
+            active: tile.cell.hasLength
+            sourceComponent: length
+        }
     }
 
     Loader {
@@ -68,6 +88,7 @@ Item {
     PressArea {
         onClicked: mouse => tile.clicked(mouse.modifiers)
         onDoubleClicked: tile.opened()
+        onPulled: FileDrag.start(tile.cell.asset, this)
     }
     // A button under the pointer, otherwise a mark that lets clicks through to the tile.
     Loader {
@@ -77,6 +98,42 @@ Item {
     }
     TileHint { tile: tile; text: lines.elided ? tile.cell.name : "" }
 
+    Component {
+        id: film
+
+        SkimPicture {
+            objectName: "skim"
+
+            readonly property Skimmer skimmer: Skimmer {
+                asset: tile.cell.asset
+                hovering: tile.hovering
+                x: hover.point.position.x
+                size: tile.metrics.size
+            }
+
+            visible: skimmer.running
+            image: skimmer.frame
+            cornerRadius: Theme.radiusPicture
+        }
+    }
+    // The length, or where in it the pointer stands.
+    Component {
+        id: length
+
+        Badge {
+            objectName: "length"
+
+            readonly property bool skimming: skim.item?.skimmer.running ?? false
+
+            visible: text !== ""
+            text: skimming ? skim.item.skimmer.time : duration.text
+
+            TileDuration {
+                id: duration
+                asset: tile.cell.asset
+            }
+        }
+    }
     Component {
         id: star
 

@@ -12,7 +12,7 @@ Item {
 
     readonly property int shown: Math.min(3, assets.length)
     readonly property real cardShare: 0.92
-    readonly property real lift: 0.02  // of the height, the top card up and the others down
+    readonly property real lift: 0.02  // of the height, the top card up and the third down
     readonly property real shift: 0.2  // of the width, the lower cards to either side
     readonly property real tilt: 8     // degrees
 
@@ -31,7 +31,7 @@ Item {
             width: fan.width * fan.cardShare
             height: fan.height * fan.cardShare
             x: (fan.width - width) / 2 + side * fan.shift * fan.width * fan.spread
-            y: (fan.height - height) / 2 + (index === 0 ? -1 : 1) * fan.lift * fan.height
+            y: (fan.height - height) / 2 + [-1, 0, 1][index] * fan.lift * fan.height
             rotation: side * fan.tilt * fan.spread
             asset: fan.assets[index]
         }

@@ -1,5 +1,5 @@
 // A folder as a tile: its newest pictures as a fan that opens a little under the pointer, how many files it holds, and
-// its name.
+// its name. Files that are dropped on it are moved there.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
@@ -7,6 +7,9 @@ import Lumbra.Look
 
 PlaceTile {
     id: tile
+
+    readonly property bool targeted: area.containsDrag // a drag of files is over it
+    signal filesDropped(urls: var)
 
     readonly property real fanShare: 0.68 // of the well: the lower cards stand out at either side
 
@@ -28,6 +31,35 @@ PlaceTile {
         text: tile.cell.count
     }
 
+    FileDropArea {
+        id: area
+        anchors.fill: parent
+        onFilesDropped: urls => tile.filesDropped(urls)
+    }
+    Loader {
+        anchors.fill: parent
+        sourceComponent: tile.targeted ? landing : null
+    }
+
+    Component {
+        id: landing
+        Rectangle {
+            radius: Theme.radiusPicture
+            color: Theme.scrim
+
+            Bed {
+                anchors.fill: parent
+                radius: parent.radius
+                targeted: true
+            }
+            Label {
+                objectName: "moveHere"
+                anchors.centerIn: parent
+                style: Label.Section
+                text: qsTr("Move here")
+            }
+        }
+    }
     Component {
         id: filled
         Fan {

@@ -12,6 +12,7 @@ PlaceTile {
     readonly property real fanShare: 0.9
 
     Accessible.name: help
+    Accessible.description: cell.count + " " + lines.caption
 
     hint: help
     captioned: true

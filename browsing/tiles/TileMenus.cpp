@@ -2,7 +2,11 @@
 #include "TileMenus.h"
 
 #include "library/Actions.h"
+#include "library/Scanner.h"
 #include "platform/Desktop.h"
+#include "platform/Tasks.h"
+
+#include <QPointer>
 
 #include <algorithm>
 
@@ -27,12 +31,59 @@ MenuEntry goToFolder(Library* library, const Location& url) {
     });
 }
 
+MenuEntry bringTo(Library* library, const QString& title, const QList<Location>& urls, const Location& folder) {
+    return MenuEntry::item(title, [library, urls, folder] { library->bring(urls, folder); });
+}
+
+MenuEntry otherFolder(Library* library, const Location& near, const QList<Location>& urls) {
+    return MenuEntry::item(QStringLiteral("Other Folder…"), [library = QPointer(library), near, urls] {
+        Actions::chooseFolder(QStringLiteral("Move Here"), near.parent(),
+                              [library, urls](const std::optional<Location>& folder) {
+                                  if (library && folder)
+                                      library->bring(urls, *folder);
+                              });
+    });
+}
+
+MenuEntry newFolderHere(Library* library, const Page& page, const Location& near, const QList<Location>& urls) {
+    const auto make = [library = QPointer(library), near, urls](const QString& name) {
+        if (!library)
+            return;
+        if (const auto folder = library->newFolderIn(near.parent(), name))
+            library->bring(urls, *folder);
+    };
+    return MenuEntry::item(QStringLiteral("New Folder Here…"), [page, make] {
+        page.ask(NamePrompt::request(QStringLiteral("New Folder"), QStringLiteral("untitled folder"), make));
+    });
+}
+
 } // namespace
+
+MenuEntry move(Library* library, const Page& page, const Location& near, const QList<Location>& targets) {
+    const QList<MenuEntry> anywhere{otherFolder(library, near, targets), newFolderHere(library, page, near, targets)};
+    const QString title = QStringLiteral("Move To");
+    const auto project = library->projectContaining(near);
+    if (!project)
+        return MenuEntry::submenu(title, anywhere);
+    const auto with = [library, project = *project, targets, anywhere](const QList<Location>& folders) {
+        QList<MenuEntry> entries{bringTo(library, project.name, targets, project.url)};
+        for (const Location& folder : folders)
+            entries += bringTo(library, QStringLiteral("   ") + folder.name(), targets, folder);
+        return entries + QList{MenuEntry::divider()} + anywhere;
+    };
+    const auto list = [url = project->url, with](QObject* context, MenuEntry::Ready ready) {
+        Tasks::run(Tasks::Pool::userInitiated, [url] {
+            return Scanner::list(url).folders;
+        }).then(context, [with, ready](const QList<Location>& folders) { ready(with(folders)); });
+    };
+    return MenuEntry::submenu(title, with({}), list);
+}
 
 QList<MenuEntry> asset(Library* library, const Page& page, const Location& url, const QList<Location>& targets) {
     const bool allStarred =
         std::ranges::all_of(targets, [library](const Location& target) { return library->isStarred(target); });
     QList<MenuEntry> entries{
+        MenuEntry::item(QStringLiteral("Play"), [page] { page.play(); }),
         MenuEntry::item(allStarred ? QStringLiteral("Unstar") : QStringLiteral("Star"),
                         [library, targets] { library->toggleStar(targets); }),
         MenuEntry::item(QStringLiteral("Open"), [targets] { Actions::open(targets); }),
@@ -45,6 +96,7 @@ QList<MenuEntry> asset(Library* library, const Page& page, const Location& url, 
     entries += copyPaths(targets);
     entries +=
         MenuEntry::item(QStringLiteral("Export…"), [library, targets] { Actions::exportFiles(targets, library); });
+    entries += move(library, page, url, targets);
     entries += MenuEntry::divider();
     if (targets.size() == 1)
         entries +=

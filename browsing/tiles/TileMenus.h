@@ -6,6 +6,7 @@
 #pragma once
 
 #include "browsing/MenuEntry.h"
+#include "browsing/NamePrompt.h"
 #include "library/Library.h"
 
 #include <functional>
@@ -14,12 +15,17 @@ namespace lumbra::TileMenus {
 
 // What the page itself does for its menus.
 struct Page {
+    std::function<void()> play;
     std::function<void(const Location& url)> rename;
     std::function<void(const QList<Location>& urls)> trash;
+    std::function<void(const NamePrompt& prompt)> ask;
 };
 
 // For the file's tile. `targets` are what the actions apply to: the file alone, or all that is selected with it.
 QList<MenuEntry> asset(Library* library, const Page& page, const Location& url, const QList<Location>& targets);
+
+// "Move To": the folders of the project that holds `near`, any other folder, and a new one beside `near`.
+MenuEntry move(Library* library, const Page& page, const Location& near, const QList<Location>& targets);
 
 QList<MenuEntry> folder(Library* library, const Location& url);
 

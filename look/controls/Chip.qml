@@ -24,6 +24,7 @@ T.AbstractButton {
     hoverEnabled: true
 
     Accessible.role: Accessible.RadioButton
+    Accessible.onRoleChanged: Accessible.role = Accessible.RadioButton // Qt 6.4 makes every button a plain one
     Accessible.name: text
     Accessible.description: count
     Accessible.checkable: true

@@ -18,6 +18,10 @@ T.Slider {
     focusPolicy: Qt.TabFocus
     hoverEnabled: true
 
+    // By these names assistive technology asks for the ends.
+    readonly property real minimumValue: from
+    readonly property real maximumValue: to
+
     Accessible.role: Accessible.Slider
     Accessible.name: text
     Accessible.onIncreaseAction: increase()

@@ -19,11 +19,13 @@
 namespace lumbra {
 
 struct Pane {
+    bool inspecting = false; // the details beside the page are shown
     TestHome home;
     std::unique_ptr<Preferences> preferences;
     std::unique_ptr<Library> library;
     std::unique_ptr<Browser> browser;
     QQmlEngine engine;
+    std::optional<NamePrompt> prompt;   // the last that was asked for
     std::unique_ptr<QQuickWindow> view; // its items hold what stands above, so it dies first
 
     Location folder(std::string_view relative = {}) const {
@@ -43,6 +45,8 @@ struct Pane {
         library = std::make_unique<Library>(folder(), true);
         library->setPlace(place);
         browser = std::make_unique<Browser>(library.get(), nullptr, *preferences);
+        browser->settings()->setShowInspector(inspecting);
+        browser->setNamePrompt([this](const NamePrompt& asked) { prompt = asked; });
         Look::prepareEngine(engine);
         QQmlComponent component(&engine);
         component.setData("import QtQuick\n"
@@ -90,6 +94,10 @@ struct Pane {
             if (item->property("text").toString() == text)
                 return item;
         return nullptr;
+    }
+
+    void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const {
+        QTest::keyClick(view.get(), Qt::Key(key), modifiers);
     }
 
     void click(const QQuickItem* item, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const {

@@ -168,6 +168,15 @@ private Q_SLOTS:
         QTRY_COMPARE(browser().assets().size(), 3);
     }
 
+    void theInspectorIsShownAndHidden() {
+        const bool before = browser().settings()->showInspector();
+        QVERIFY(before);
+        m_commands->toggleInspector();
+        QVERIFY(!browser().settings()->showInspector());
+        m_commands->toggleInspector();
+        QVERIFY(browser().settings()->showInspector());
+    }
+
     void withoutAFolderNothingIsMadeOrAdded() {
         library().setPlace(Place::recent());
         m_commands->newFolder();

@@ -49,6 +49,12 @@ private Q_SLOTS:
         QCOMPARE(values(Chips::periods()), (QVariantList{1, 3, 7, 30}));
     }
 
+    void aPeriodWithoutAChipHasItsWordsToo() {
+        QCOMPARE(Chips::periodText(1), u"24 hours"_qs);
+        QCOMPARE(Chips::periodText(30), u"30 days"_qs);
+        QCOMPARE(Chips::periodText(14), u"14 days"_qs);
+    }
+
     void kindsStandInTheOrderOfTheModel() {
         QCOMPARE(labels(Chips::kinds()), strings({"Images", "Videos", "Audio", "Documents"}));
         QCOMPARE(values(Chips::kinds()), (QVariantList{u"image"_qs, u"video"_qs, u"audio"_qs, u"document"_qs}));

@@ -29,17 +29,31 @@ void run(const QList<MenuEntry>& entries, const QString& title) {
     QFAIL("no such entry");
 }
 
+// What a submenu holds once all of it is known.
+QList<MenuEntry> filled(const MenuEntry& menu) {
+    QObject context;
+    std::optional<QList<MenuEntry>> entries;
+    menu.later(&context, [&](const QList<MenuEntry>& all) { entries = all; });
+    if (!QTest::qWaitFor([&] { return entries.has_value(); }))
+        qFatal("the menu stays empty");
+    return *entries;
+}
+
 struct Home {
     TestHome home;
     Library library{home.folder("Library"), true};
     Location url = home.file("Library/p/a.png");
+    int played = 0;
     QList<Location> renamed;
     QList<Location> trashed;
+    std::optional<NamePrompt> prompt;
 
     TileMenus::Page page() {
         return {
+            .play = [this] { ++played; },
             .rename = [this](const Location& file) { renamed.append(file); },
             .trash = [this](const QList<Location>& files) { trashed += files; },
+            .ask = [this](const NamePrompt& asked) { prompt = asked; },
         };
     }
 };
@@ -54,15 +68,15 @@ private Q_SLOTS:
         Home home;
         home.library.setPlace(Place::folder(home.url.parent()));
         QCOMPARE(titles(TileMenus::asset(&home.library, home.page(), home.url, {home.url})),
-                 strings({"Star", "Open", "Show in Finder", "-", "Copy", "Copy Path", "Export…", "-", "Rename…",
-                          "Move to Trash"}));
+                 strings({"Play", "Star", "Open", "Show in Finder", "-", "Copy", "Copy Path", "Export…", "Move To", "-",
+                          "Rename…", "Move to Trash"}));
     }
 
     void aFileOfAnotherPageLeadsToItsFolder() {
         Home home;
         const auto menu = TileMenus::asset(&home.library, home.page(), home.url, {home.url});
-        QCOMPARE(titles(menu), strings({"Star", "Open", "Show in Finder", "Go to Folder", "-", "Copy", "Copy Path",
-                                        "Export…", "-", "Rename…", "Move to Trash"}));
+        QCOMPARE(titles(menu), strings({"Play", "Star", "Open", "Show in Finder", "Go to Folder", "-", "Copy",
+                                        "Copy Path", "Export…", "Move To", "-", "Rename…", "Move to Trash"}));
         run(menu, u"Go to Folder"_qs);
         QCOMPARE(home.library.place(), Place::folder(home.url.parent()));
         QCOMPARE(home.library.pendingReveal(), std::optional(home.url));
@@ -83,7 +97,7 @@ private Q_SLOTS:
         const QList<Location> both{home.url, other};
         run(TileMenus::asset(&home.library, home.page(), home.url, {home.url}), u"Star"_qs);
         QVERIFY(Stars::read(home.url));
-        QCOMPARE(titles(TileMenus::asset(&home.library, home.page(), home.url, {home.url})).first(), u"Unstar"_qs);
+        QCOMPARE(titles(TileMenus::asset(&home.library, home.page(), home.url, {home.url})).at(1), u"Unstar"_qs);
         const auto mixed = TileMenus::asset(&home.library, home.page(), home.url, both);
         run(mixed, u"Star"_qs);
         QVERIFY(Stars::read(home.url) && Stars::read(other));
@@ -101,6 +115,71 @@ private Q_SLOTS:
         run(several, u"Move to Trash"_qs);
         QCOMPARE(home.trashed, (QList{home.url, other}));
         QVERIFY(several.last().destructive);
+    }
+
+    void playOpensTheScreeningRoom() {
+        Home home;
+        run(TileMenus::asset(&home.library, home.page(), home.url, {home.url}), u"Play"_qs);
+        QCOMPARE(home.played, 1);
+    }
+
+    void aFileIsMovedToAFolderOfItsProject() {
+        Home home;
+        const Location shots = home.home.folder("Library/p/shots");
+        home.home.folder("Library/p/.hidden");
+        home.home.folder("Library/p/shots/deeper");
+        home.library.reloadProjects();
+        const MenuEntry menu = TileMenus::move(&home.library, home.page(), home.url, {home.url});
+        QCOMPARE(menu.title, u"Move To"_qs);
+        QCOMPARE(titles(menu.children), strings({"p", "-", "Other Folder…", "New Folder Here…"}));
+        const QList<MenuEntry> entries = filled(menu);
+        QCOMPARE(titles(entries), strings({"p", "   shots", "-", "Other Folder…", "New Folder Here…"}));
+        run(entries, u"   shots"_qs);
+        const Location moved = shots.child("a.png");
+        QTRY_VERIFY(moved.exists() && !home.url.exists());
+        run(filled(TileMenus::move(&home.library, home.page(), moved, {moved})), u"p"_qs);
+        QTRY_VERIFY(home.url.exists());
+    }
+
+    void aFileOfNoProjectIsMovedToAnyFolder() {
+        Home home;
+        const Location loose = home.home.file("desk/b.png");
+        const MenuEntry menu = TileMenus::move(&home.library, home.page(), loose, {loose});
+        QCOMPARE(titles(menu.children), strings({"Other Folder…", "New Folder Here…"}));
+        QVERIFY(!menu.later);
+    }
+
+    void anyOtherFolderIsChosenInAPanel() {
+        Home home;
+        TestPanels panels;
+        Actions::usePanels(&panels);
+        const QList<Location> urls{home.url};
+        run(TileMenus::move(&home.library, home.page(), home.url, urls).children, u"Other Folder…"_qs);
+        QCOMPARE(panels.button, u"Move Here"_qs);
+        panels.answerFolder({});
+        QVERIFY(home.url.exists());
+        const Location target = home.home.folder("Library/q");
+        panels.answerFolder(target);
+        QTRY_VERIFY(target.child("a.png").exists());
+        Actions::usePanels(nullptr);
+    }
+
+    void aNewFolderIsMadeBesideTheFileAndTakesIt() {
+        Home home;
+        run(TileMenus::move(&home.library, home.page(), home.url, {home.url}).children, u"New Folder Here…"_qs);
+        QVERIFY(home.prompt);
+        QCOMPARE(home.prompt->title, u"New Folder"_qs);
+        QCOMPARE(home.prompt->initial, u"untitled folder"_qs);
+        QCOMPARE(home.prompt->confirm, u"Create"_qs);
+        home.prompt->action(u"finals"_qs);
+        QTRY_VERIFY(home.url.parent().child("finals").child("a.png").exists());
+        // A folder that is there already is not made, and takes nothing.
+        const Location other = home.home.file("Library/p/b.png");
+        home.prompt.reset();
+        run(TileMenus::move(&home.library, home.page(), other, {other}).children, u"New Folder Here…"_qs);
+        home.prompt->action(u"a/b"_qs);
+        QVERIFY(home.library.lastError());
+        QVERIFY(other.exists());
     }
 
     void filesAreCopied() {

@@ -2,6 +2,9 @@
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browsing/browser/PageRow.h"
+#include "browsing/tiles/Skimmer.h"
+#include "browsing/tiles/TileDuration.h"
+#include "support/Clips.h"
 #include "support/QmlWindow.h"
 #include "support/TestHome.h"
 
@@ -53,6 +56,14 @@ PageCell assetCell(bool selected = false, std::optional<Date> starred = {}) {
     return cell;
 }
 
+PageCell fileCell(const Location& file, AssetKind kind) {
+    PageCell cell = assetCell();
+    cell.asset = {.url = file, .kind = kind, .modified = Date{1}, .starred = {}};
+    cell.url = file;
+    cell.name = file.name();
+    return cell;
+}
+
 // One tile of 200 points, the pointer elsewhere.
 class Tile {
 public:
@@ -94,8 +105,9 @@ private:
     static void collect(QQuickItem* item, const QByteArray& type, QList<QQuickItem*>& found) {
         if (!item->isVisible())
             return;
-        const QByteArray name = item->metaObject()->className();
-        if (name == type || name == "lumbra::" + type || name.startsWith(type + "_QML"))
+        QByteArray name = item->metaObject()->className();
+        name.replace("lumbra::", "");
+        if (name == type || name.startsWith(type + "_QML"))
             found.append(item);
         for (QQuickItem* child : item->childItems())
             collect(child, type, found);
@@ -176,6 +188,7 @@ private Q_SLOTS:
         QCOMPARE(cards[2]->rotation(), 8.0);
         QVERIFY(qAbs(shift(0)) < 0.01 && qAbs(shift(1) + 0.2 * width) < 0.01 && qAbs(shift(2) - 0.2 * width) < 0.01);
         QVERIFY(qAbs(drop(0) + 0.02 * height) < 0.01 && qAbs(drop(2) - 0.02 * height) < 0.01);
+        QVERIFY(qAbs(drop(1)) < 0.01);
     }
 
     void aFanOpensUnderThePointer() {
@@ -255,6 +268,77 @@ private Q_SLOTS:
         QVERIFY(tile.item()->property("hovering").toBool()); // the tile's, though the button has the pointer
         QTest::mouseMove(tile.window().window(), QPoint(590, 390));
         QTRY_COMPARE(tile.all("StarButton").size(), starred ? 1 : 0);
+    }
+
+    void filmsAndSoundsTellTheirLength_data() {
+        QTest::addColumn<QByteArray>("clip");
+        QTest::addColumn<AssetKind>("kind");
+        QTest::addColumn<QString>("length");
+        QTest::newRow("film") << QByteArray("long.mp4") << AssetKind::video << QStringLiteral("0:10");
+        QTest::newRow("sound") << QByteArray("tone.mp3") << AssetKind::audio << QStringLiteral("0:02");
+    }
+    void filmsAndSoundsTellTheirLength() {
+        QFETCH(QByteArray, clip);
+        QFETCH(AssetKind, kind);
+        QFETCH(QString, length);
+        Tile tile("AssetTile", fileCell(Clips::clip(clip), kind));
+        const auto badge = [&] {
+            const QList<QQuickItem*> badges = tile.all("Badge");
+            return badges.isEmpty() ? QString() : badges.first()->property("text").toString();
+        };
+        QTRY_COMPARE(badge(), length);
+        // The tile is used again for a picture, which has none.
+        tile.setCell(assetCell());
+        QTRY_COMPARE(badge(), QString());
+    }
+
+    void aPictureAndADocumentHaveNoLength_data() {
+        QTest::addColumn<AssetKind>("kind");
+        QTest::newRow("image") << AssetKind::image;
+        QTest::newRow("document") << AssetKind::document;
+    }
+    void aPictureAndADocumentHaveNoLength() {
+        QFETCH(AssetKind, kind);
+        Tile tile("AssetTile", fileCell(Location(QByteArray("/library/a")), kind));
+        QVERIFY(tile.all("Badge").isEmpty());
+        QVERIFY(!tile.item()->findChild<TileDuration*>());
+    }
+
+    void aFilmIsSkimmedUnderThePointer() {
+        Tile tile("AssetTile", fileCell(Clips::clip("long.mp4"), AssetKind::video));
+        const auto badge = [&] {
+            const QList<QQuickItem*> badges = tile.all("Badge");
+            return badges.isEmpty() ? QString() : badges.first()->property("text").toString();
+        };
+        QTRY_COMPARE(badge(), QStringLiteral("0:10"));
+        QVERIFY(tile.all("SkimPicture").isEmpty());
+        const auto point = [&](int x) { QTest::mouseMove(tile.window().window(), QPoint(x, 80)); };
+        point(103); // the middle of the picture
+        QTRY_COMPARE_WITH_TIMEOUT(tile.all("SkimPicture").size(), 1, 20'000);
+        QCOMPARE(badge(), QStringLiteral("0:05"));
+        const auto frame = [&] {
+            return tile.all("SkimPicture").first()->property("image").value<QImage>().cacheKey();
+        };
+        const auto middle = frame();
+        point(203);
+        QTRY_COMPARE(badge(), QStringLiteral("0:10"));
+        QVERIFY(frame() != middle);
+        point(3);
+        QTRY_COMPARE(badge(), QStringLiteral("0:00"));
+        // It lies just where the picture does.
+        const QQuickItem* const skim = tile.all("SkimPicture").first();
+        const QQuickItem* const picture = tile.all("ThumbnailView").first();
+        QCOMPARE(skim->mapRectToScene(skim->boundingRect()), picture->mapRectToScene(picture->boundingRect()));
+        QTest::mouseMove(tile.window().window(), QPoint(590, 390));
+        QTRY_VERIFY(tile.all("SkimPicture").isEmpty());
+        QCOMPARE(badge(), QStringLiteral("0:10"));
+    }
+
+    void aSoundIsNotSkimmed() {
+        Tile tile("AssetTile", fileCell(Clips::clip("tone.mp3"), AssetKind::audio));
+        QTest::mouseMove(tile.window().window(), QPoint(100, 80));
+        QTRY_VERIFY(tile.item()->property("hovering").toBool());
+        QVERIFY(!tile.item()->findChild<Skimmer*>());
     }
 
     void aSelectedFileIsRingedInItsMargin() {

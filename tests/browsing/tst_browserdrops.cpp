@@ -1,0 +1,247 @@
+// Files that other programs drop on the page, on folders and on the path.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Pane.h"
+#include "support/Strings.h"
+
+#include <QDir>
+#include <QMimeData>
+#include <QtTest>
+
+using namespace lumbra;
+
+namespace {
+
+// A drag from another program, as the window system tells of it.
+class Dragged {
+public:
+    Dragged(Pane& pane, const QList<Location>& files) : m_window(pane.view.get()) {
+        QList<QUrl> urls;
+        for (const Location& file : files)
+            urls.append(file.toUrl());
+        m_data.setUrls(urls);
+    }
+    Dragged(Pane& pane, const QString& text) : m_window(pane.view.get()) { m_data.setText(text); }
+
+    // True if what lies there takes it.
+    bool move(QPoint to) {
+        if (!m_isInside) {
+            m_isInside = true;
+            QDragEnterEvent enter(to, actions, &m_data, Qt::LeftButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(m_window, &enter);
+        }
+        QDragMoveEvent move(to, actions, &m_data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(m_window, &move);
+        return move.isAccepted();
+    }
+
+    // The action that the other program is told of; ignored if nothing takes it.
+    Qt::DropAction drop(QPoint at) {
+        move(at);
+        QDropEvent drop(at, actions, &m_data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(m_window, &drop);
+        m_isInside = false;
+        return drop.isAccepted() ? drop.dropAction() : Qt::IgnoreAction;
+    }
+
+    void leave() {
+        QDragLeaveEvent leave;
+        QCoreApplication::sendEvent(m_window, &leave);
+        m_isInside = false;
+    }
+
+private:
+    static constexpr Qt::DropActions actions = Qt::CopyAction | Qt::MoveAction;
+
+    QWindow* m_window;
+    QMimeData m_data;
+    bool m_isInside = false;
+};
+
+constexpr QPoint emptyPage(600, 500);
+
+} // namespace
+
+class TestBrowserDrops : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { Look::prepareApplication(); }
+
+    void filesFromOutsideAreCopiedIntoTheFolderOnView() {
+        Pane pane;
+        pane.file("p/1.txt");
+        const Location outside = pane.home.file("desk/new.txt");
+        pane.open(Place::folder(pane.folder("p")));
+        Dragged dragged(pane, {outside});
+        QVERIFY(dragged.move(emptyPage));
+        // A copy, so that the other program takes nothing away.
+        QCOMPARE(dragged.drop(emptyPage), Qt::CopyAction);
+        QTRY_VERIFY(pane.tile("AssetTile", u"new.txt"_qs));
+        QVERIFY(outside.exists());
+    }
+
+    void aDropAnywhereOnThePageCounts_data() {
+        QTest::addColumn<QPoint>("at");
+        QTest::newRow("toolbar") << QPoint(500, 26);
+        QTest::newRow("header") << QPoint(900, 70);
+        QTest::newRow("a tile") << QPoint(100, 200);
+        QTest::newRow("status line") << QPoint(300, 690);
+    }
+    void aDropAnywhereOnThePageCounts() {
+        QFETCH(QPoint, at);
+        Pane pane;
+        pane.file("p/1.txt");
+        const Location outside = pane.home.file("desk/new.txt");
+        pane.open(Place::folder(pane.folder("p")));
+        QTRY_COMPARE(pane.items("AssetTile").size(), 1);
+        QCOMPARE(Dragged(pane, {outside}).drop(at), Qt::CopyAction);
+        QTRY_VERIFY(pane.folder("p/new.txt").exists());
+    }
+
+    void otherPagesTakeNoFiles_data() {
+        QTest::addColumn<QString>("page");
+        QTest::newRow("recent") << u"recent"_qs;
+        QTest::newRow("starred") << u"starred"_qs;
+        QTest::newRow("group") << u"group"_qs;
+    }
+    void otherPagesTakeNoFiles() {
+        QFETCH(QString, page);
+        Pane pane;
+        pane.file("p/1.txt");
+        const Location outside = pane.home.file("desk/new.txt");
+        pane.open(Place::recent());
+        if (page == u"starred")
+            pane.library->setPlace(Place::starred());
+        if (page == u"group")
+            pane.library->setPlace(Place::group(pane.library->newGroup(u"G"_qs, {u"p"_qs}).id));
+        QTRY_COMPARE(pane.browser->page(), page);
+        Dragged dragged(pane, {outside});
+        QVERIFY(!dragged.move(emptyPage));
+        QCOMPARE(dragged.drop(emptyPage), Qt::IgnoreAction);
+        QVERIFY(!pane.browser->drop({outside.toUrl()}));
+        QVERIFY(outside.exists());
+    }
+
+    void textOfAnotherProgramIsNoFile() {
+        Pane pane;
+        pane.file("p/sub/1.txt");
+        pane.open(Place::folder(pane.folder("p")));
+        QTRY_COMPARE(pane.items("FolderTile").size(), 1);
+        Dragged text(pane, u"lumbra-project:p"_qs);
+        QVERIFY(!text.move(emptyPage));
+        QVERIFY(!text.move(Pane::centre(pane.items("FolderTile").first())));
+    }
+
+    void whatIsNoFileOfThisMachineIsLeftOut() {
+        Pane pane;
+        pane.file("p/1.txt");
+        pane.open(Place::folder(pane.folder("p")));
+        QVERIFY(pane.browser->drop({QUrl(u"https://example.com/a.png"_qs), QUrl(u"file://elsewhere/tmp/a.png"_qs)}));
+        QVERIFY(!pane.library->lastError());
+        QCOMPARE(QDir(pane.folder("p").toString()).entryList(QDir::Files), strings({"1.txt"}));
+    }
+
+    void aFolderTileTakesFilesAndSaysSo() {
+        Pane pane;
+        const Location file = pane.file("p/1.txt");
+        pane.file("p/sub/2.txt");
+        pane.open(Place::folder(pane.folder("p")));
+        QTRY_COMPARE(pane.items("FolderTile").size(), 1);
+        QTRY_VERIFY(pane.tile("AssetTile", u"1.txt"_qs));
+        const QQuickItem* const folder = pane.items("FolderTile").first();
+        Dragged dragged(pane, {file});
+        QVERIFY(dragged.move(emptyPage));
+        QVERIFY(!pane.control("Label", u"Move here"_qs));
+        QVERIFY(dragged.move(Pane::centre(folder)));
+        QVERIFY(folder->property("targeted").toBool());
+        QTRY_VERIFY(pane.control("Label", u"Move here"_qs));
+        dragged.leave();
+        QTRY_VERIFY(!pane.control("Label", u"Move here"_qs));
+        QVERIFY(file.exists());
+        dragged.drop(Pane::centre(folder));
+        // A file of the library is moved there.
+        QTRY_VERIFY(pane.folder("p/sub/1.txt").exists() && !file.exists());
+        QVERIFY(!folder->property("targeted").toBool());
+        QTRY_VERIFY(!pane.tile("AssetTile", u"1.txt"_qs));
+    }
+
+    void aStepOfThePathTakesFilesIntoItsFolder() {
+        Pane pane;
+        const Location file = pane.file("p/a/b/1.txt");
+        pane.open(Place::folder(pane.folder("p/a/b")));
+        QTRY_COMPARE(pane.items("StepButton").size(), 3);
+        QTRY_COMPARE(pane.items("AssetTile").size(), 1);
+        pane.settle();
+        const QQuickItem* const project = pane.items("StepButton").first();
+        Dragged dragged(pane, {file});
+        QVERIFY(dragged.move(Pane::centre(project)));
+        QVERIFY(project->property("targeted").toBool());
+        dragged.drop(Pane::centre(project));
+        QTRY_VERIFY(pane.folder("p/1.txt").exists() && !file.exists());
+        QVERIFY(!project->property("targeted").toBool());
+    }
+
+    void theLastStepIsThePage() {
+        Pane pane;
+        pane.file("p/a/1.txt");
+        const Location outside = pane.home.file("desk/new.txt");
+        pane.open(Place::folder(pane.folder("p/a")));
+        QTRY_COMPARE(pane.items("StepButton").size(), 2);
+        pane.settle();
+        Dragged(pane, {outside}).drop(Pane::centre(pane.items("StepButton").last()));
+        QTRY_VERIFY(pane.folder("p/a/new.txt").exists());
+        QVERIFY(!pane.folder("p/new.txt").exists());
+    }
+
+    void theStepOfAGroupTakesNoFiles() {
+        Pane pane;
+        const Location file = pane.file("p/1.txt");
+        pane.open(Place::folder(pane.folder("p")));
+        pane.library->newGroup(u"Films"_qs, {u"p"_qs});
+        QTRY_COMPARE(pane.items("StepButton").size(), 2);
+        pane.browser->path()->drop(0, {file.toUrl()});
+        pane.browser->path()->drop(9, {file.toUrl()});
+        QVERIFY(file.exists());
+        QVERIFY(!pane.library->lastError());
+    }
+
+    void aFileDroppedWhereItIsStays() {
+        Pane pane;
+        const Location file = pane.file("p/1.txt");
+        pane.open(Place::folder(pane.folder("p")));
+        Dragged(pane, {file}).drop(emptyPage);
+        QVERIFY(file.exists());
+        QCOMPARE(QDir(pane.folder("p").toString()).entryList(QDir::Files), strings({"1.txt"}));
+    }
+
+    void filesThatAreGoneAreToldOf() {
+        Pane pane;
+        pane.file("p/1.txt");
+        const Location gone = pane.home.file("desk/gone.txt");
+        const Location there = pane.home.file("desk/there.txt");
+        pane.open(Place::folder(pane.folder("p")));
+        Dragged dragged(pane, {gone, there});
+        dragged.move(emptyPage);
+        QVERIFY(QFile::remove(gone.toString()));
+        dragged.drop(emptyPage);
+        QTRY_VERIFY(pane.library->lastError());
+        // The others are not held back by it.
+        QTRY_VERIFY(pane.folder("p/there.txt").exists());
+    }
+
+    void tenThousandFilesArrive() {
+        Pane pane;
+        pane.file("p/1.txt");
+        QList<Location> files;
+        for (int n = 0; n < 10'000; ++n)
+            files.append(pane.home.file("desk/" + std::to_string(n) + ".txt"));
+        pane.open(Place::folder(pane.folder("p")));
+        Dragged(pane, files).drop(emptyPage);
+        QTRY_COMPARE_WITH_TIMEOUT(pane.browser->assets().size(), 10'001, 60'000);
+        QVERIFY(!pane.library->lastError());
+    }
+};
+
+QTEST_MAIN(TestBrowserDrops)
+#include "tst_browserdrops.moc"
