@@ -27,6 +27,11 @@ inline constexpr Preference<bool> playerQueue{QLatin1String("playerQueue"), true
 // The sidebar.
 inline constexpr Preference<bool> projectsByActivity{QLatin1String("projectsByActivity"), true};
 
+// The window. Where it stood: left, top, width and height, parted by blanks; empty if that was never kept.
+inline constexpr Preference<QLatin1String> windowPlace{QLatin1String("windowPlace"), QLatin1String("")};
+inline constexpr Preference<bool> windowMaximized{QLatin1String("windowMaximized"), false};
+inline constexpr Preference<int> sidebarWidth{QLatin1String("sidebarWidth"), 264};
+
 // The reading of files in the background.
 inline constexpr Preference<bool> insightsEnabled{QLatin1String("insightsEnabled"), true};
 

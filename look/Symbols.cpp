@@ -43,6 +43,7 @@ constexpr std::array glyphs{
     Glyph{u"chevron.right", 0xF142},
     Glyph{u"chevron.up", 0xF143},
     Glyph{u"clock", 0xF150},
+    Glyph{u"command", 0xF633},
     Glyph{u"cube", 0xF1A7},
     Glyph{u"doc", 0xF224},
     Glyph{u"doc.fill", 0xF214},

@@ -7,6 +7,7 @@
 #include "look/Look.h"
 #include "platform/Startup.h"
 
+#include <QCoreApplication>
 #include <QQmlContext>
 #include <QQuickWindow>
 #include <QTimer>
@@ -40,10 +41,15 @@ bool App::show() {
     m_browser = std::make_unique<Browser>(&library());
     m_commands = std::make_unique<BrowserCommands>(m_browser.get());
     m_sidebar = std::make_unique<Sidebar>(&library());
+    m_door = std::make_unique<RoomDoor>(&library());
+    m_palette = std::make_unique<Palette>(&library());
     m_frame = std::make_unique<Frame>(&library());
     m_onboarding = std::make_unique<Onboarding>(&library());
     m_panels = std::make_unique<WindowPanels>(&library());
     m_transfer = std::make_unique<TransferProgress>(&library());
+    m_memory = std::make_unique<WindowMemory>();
+    m_updater = std::make_unique<Updater>(Updater::feedFor(Location(QCoreApplication::applicationFilePath())),
+                                          QVersionNumber::fromString(QCoreApplication::applicationVersion()));
     Actions::usePanels(m_panels.get());
     m_sidebar->setNamePrompt([this](const NamePrompt& prompt) { m_frame->ask(prompt); });
     m_browser->setNamePrompt([this](const NamePrompt& prompt) { m_frame->ask(prompt); });
@@ -55,46 +61,65 @@ bool App::show() {
                                     {QStringLiteral("browser"), QVariant::fromValue(m_browser.get())},
                                     {QStringLiteral("commands"), QVariant::fromValue(m_commands.get())},
                                     {QStringLiteral("sidebar"), QVariant::fromValue(m_sidebar.get())},
+                                    {QStringLiteral("door"), QVariant::fromValue(m_door.get())},
+                                    {QStringLiteral("jumpTo"), QVariant::fromValue(m_palette.get())},
                                     {QStringLiteral("frame"), QVariant::fromValue(m_frame.get())},
                                     {QStringLiteral("panels"), QVariant::fromValue(m_panels.get())},
                                     {QStringLiteral("transfer"), QVariant::fromValue(m_transfer.get())},
+                                    {QStringLiteral("memory"), QVariant::fromValue(m_memory.get())},
+                                    {QStringLiteral("updater"), QVariant::fromValue(m_updater.get())},
                                     {QStringLiteral("onboarding"), QVariant::fromValue(m_onboarding.get())}});
     m_engine->load(QUrl(QStringLiteral("qrc:/qml/Lumbra/Shell/MainWindow.qml")));
     if (m_engine->rootObjects().isEmpty())
         return false;
     applyAppearance(); // its module is known to the engine only now
-    auto* const window = qobject_cast<QQuickWindow*>(m_engine->rootObjects().first());
     if (const QString socket = qEnvironmentVariable(StateDump::variable); !socket.isEmpty()) {
-        m_stateDump = std::make_unique<StateDump>(library(), *m_browser, *window, m_started);
+        m_stateDump = std::make_unique<StateDump>(library(), *m_browser, *window(), m_started);
         m_stateDump->listen(socket);
     }
     // The library is gone through from the first frame on, or soon if nothing is drawn, as in a minimised window.
-    connect(window, &QQuickWindow::frameSwapped, this, &Startup::end,
+    connect(window(), &QQuickWindow::frameSwapped, this, &Startup::end,
             Qt::ConnectionType(Qt::DirectConnection | Qt::SingleShotConnection));
     QTimer::singleShot(longestStart, this, &Startup::end);
-    // Shown here and not by the view, so that nothing misses the first frame.
-    window->show();
+    // Shown here and not by the view, so that nothing misses the first frame, and in the state that it has.
+    m_memory->attach(*window());
+    window()->setVisible(true);
     return true;
 }
 
 void App::open(const QList<QUrl>& urls) {
-    if (urls.isEmpty())
+    if (!urls.isEmpty()) {
+        const QUrl& url = urls.first();
+        if (url.scheme() == QLatin1String("lumbra") || url.scheme() == QLatin1String("folia-app"))
+            library().handleLink(url);
+        else
+            library().reveal(Location(url.isLocalFile() ? url.toLocalFile() : url.path()));
+    }
+    if (!m_engine)
         return;
-    const QUrl& url = urls.first();
-    if (url.scheme() == QLatin1String("lumbra") || url.scheme() == QLatin1String("folia-app"))
-        library().handleLink(url);
-    else if (url.isLocalFile())
-        library().reveal(Location(url.toLocalFile()));
-    if (m_engine)
-        qobject_cast<QQuickWindow*>(m_engine->rootObjects().first())->requestActivate();
+    window()->setWindowStates(window()->windowStates() & ~Qt::WindowMinimized);
+    window()->raise();
+    window()->requestActivate();
 }
 
-// Pages find files by what is in them as soon as there is a store to ask.
+QQuickWindow* App::window() const {
+    return qobject_cast<QQuickWindow*>(m_engine->rootObjects().first());
+}
+
+// Pages and the palette find files by what is in them as soon as there is a store to ask.
 void App::searchContent() {
     m_browser->setContentSearch(
         [store = m_insights->store()](const QString& query, const std::optional<QString>& prefix, int limit) {
             return store->search(query, prefix, limit);
         });
+    m_palette->setInsights(
+        {.search = [store = m_insights->store()](const QString& query,
+                                                 int limit) { return store->search(query, std::nullopt, limit); },
+         .title =
+             [store = m_insights->store()](const Asset& asset) {
+                 const auto insight = store->lookup(asset.url.toString(), asset.size, asset.modified.seconds);
+                 return insight ? insight->title : QString();
+             }});
 }
 
 void App::applyAppearance() {

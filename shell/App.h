@@ -8,10 +8,14 @@
 #include "Onboarding.h"
 #include "StateDump.h"
 #include "TransferProgress.h"
+#include "Updater.h"
+#include "WindowMemory.h"
 #include "WindowPanels.h"
 #include "browsing/browser/BrowserCommands.h"
+#include "browsing/palette/Palette.h"
 #include "browsing/sidebar/Sidebar.h"
 #include "library/Library.h"
+#include "media/room/RoomDoor.h"
 #include "platform/Appearance.h"
 #include "understanding/InsightEngine.h"
 
@@ -38,10 +42,12 @@ public:
     // Shows the window; false when its views can't be loaded.
     bool show();
 
-    // What was opened from outside: only the first location counts. A folder or file is revealed, a link followed.
+    // What was opened from outside: only the first location counts. A folder or file is revealed, a link followed, and
+    // the window comes to the front, also if nothing is to be opened.
     void open(const QList<QUrl>& urls);
 
 private:
+    QQuickWindow* window() const;
     void applyAppearance();
     void searchContent();
 
@@ -52,10 +58,14 @@ private:
     std::unique_ptr<Browser> m_browser;
     std::unique_ptr<BrowserCommands> m_commands;
     std::unique_ptr<Sidebar> m_sidebar;
+    std::unique_ptr<RoomDoor> m_door;
+    std::unique_ptr<Palette> m_palette;
     std::unique_ptr<Frame> m_frame;
     std::unique_ptr<Onboarding> m_onboarding;
     std::unique_ptr<WindowPanels> m_panels;
     std::unique_ptr<TransferProgress> m_transfer;
+    std::unique_ptr<WindowMemory> m_memory;
+    std::unique_ptr<Updater> m_updater;
     std::unique_ptr<QQmlApplicationEngine> m_engine; // its views hold what stands above, so it dies before them
     std::unique_ptr<StateDump> m_stateDump;
 };

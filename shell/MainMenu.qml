@@ -5,15 +5,24 @@ import QtQuick
 import QtQuick.Controls.Basic as Controls
 import Lumbra.Browsing
 import Lumbra.Look
+import Lumbra.Shell
 
 MenuBar {
     id: bar
 
     required property QtObject library
     required property BrowserCommands commands
+    required property Updater updater
 
     Menu {
         title: "Lumbra"
+        MenuItem {
+            action: MenuAction {
+                text: "Check for Updates…"
+                possible: bar.updater.canCheck
+                onTriggered: bar.updater.check()
+            }
+        }
         MenuItem {
             text: "Welcome to Lumbra…"
             onTriggered: bar.library.onboarding = true
@@ -24,6 +33,18 @@ MenuBar {
                 text: "Quit Lumbra"
                 shortcut: StandardKey.Quit
                 onTriggered: Qt.quit()
+            }
+        }
+    }
+    Menu {
+        title: "View"
+        MenuItem {
+            action: Controls.Action {
+                text: "Jump To…"
+                shortcut: "Ctrl+K"
+                // A sheet that asks for something first gets its answer; the palette itself closes.
+                enabled: Sheets.shown === 0 || bar.library.paletteOpen
+                onTriggered: bar.library.paletteOpen = !bar.library.paletteOpen
             }
         }
     }
@@ -98,6 +119,14 @@ MenuBar {
                 shortcut: "Ctrl+Shift+I"
                 possible: bar.commands.hasFolder
                 onTriggered: bar.commands.addFiles()
+            }
+        }
+        MenuSeparator {}
+        MenuItem {
+            action: MenuAction {
+                text: "Toggle Preview Panel"
+                shortcut: "Ctrl+Alt+I"
+                onTriggered: bar.commands.toggleInspector()
             }
         }
     }

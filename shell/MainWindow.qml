@@ -4,6 +4,7 @@
 import QtQuick
 import QtQuick.Controls.Basic as Controls
 import Lumbra.Look
+import Lumbra.Media
 import Lumbra.Browsing
 import Lumbra.Shell
 
@@ -14,36 +15,32 @@ Controls.ApplicationWindow {
     required property Browser browser
     required property BrowserCommands commands
     required property Sidebar sidebar
+    required property RoomDoor door
+    required property Palette jumpTo
     required property Frame frame
     required property Onboarding onboarding
     required property WindowPanels panels
     required property TransferProgress transfer
-
-    // The window's own sizes: given by the product.
-    readonly property int usualWidth: 1440
-    readonly property int usualHeight: 900
-    readonly property int leastSidebar: 220
-    readonly property int idealSidebar: 264
-    readonly property int widestSidebar: 380
+    required property WindowMemory memory
+    required property Updater updater
 
     title: browser.subtitle === "" ? browser.title : browser.title + " — " + browser.subtitle
-    width: usualWidth
-    height: usualHeight
-    minimumWidth: 900
-    minimumHeight: 540
     color: Theme.window
     menuBar: MainMenu {
         library: window.library
         commands: window.commands
+        updater: window.updater
     }
 
     SplitView {
         anchors.fill: parent
+        onResizingChanged: if (!resizing) window.memory.sidebarWidth = pane.width
 
         SidebarView {
-            Controls.SplitView.minimumWidth: window.leastSidebar
-            Controls.SplitView.preferredWidth: window.idealSidebar
-            Controls.SplitView.maximumWidth: window.widestSidebar
+            id: pane
+            Controls.SplitView.minimumWidth: window.memory.leastSidebarWidth
+            Controls.SplitView.preferredWidth: window.memory.sidebarWidth
+            Controls.SplitView.maximumWidth: window.memory.mostSidebarWidth
             sidebar: window.sidebar
         }
         BrowserView {
@@ -52,16 +49,33 @@ Controls.ApplicationWindow {
         }
     }
 
-    TransferView {
-        transfer: window.transfer
-        toast: toastView
-    }
-    ToastView {
-        id: toastView
-        toasts: window.frame.toasts
+    // What takes the window over, from the back to the front, menus included.
+    Item {
+        parent: window.contentItem.parent
+        anchors.fill: parent
+        z: 1
+
+        Loader {
+            anchors.fill: parent
+            active: window.door.room !== null
+            sourceComponent: ScreeningRoomView {
+                room: window.door.room
+                onFaded: window.door.faded()
+            }
+        }
+        PaletteView { controller: window.jumpTo }
+        TransferView {
+            transfer: window.transfer
+            toast: toastView
+        }
+        ToastView {
+            id: toastView
+            toasts: window.frame.toasts
+        }
     }
     NameSheet { prompts: window.frame.prompts }
     ConfirmAlert { confirmations: window.frame.confirmations }
+    UpdateAlert { updater: window.updater }
     WindowPanel { panels: window.panels }
     ErrorAlert { frame: window.frame }
     OnboardingSheet { onboarding: window.onboarding }

@@ -93,6 +93,9 @@ public:
     Q_INVOKABLE void acceptSuggestion();
     Q_INVOKABLE void dismissSuggestion();
 
+    // Opens the palette.
+    Q_INVOKABLE void jump() { m_library->setPaletteOpen(true); }
+
 Q_SIGNALS:
     void filterChanged();
     void byActivityChanged();

@@ -23,11 +23,20 @@ Rectangle {
             objectName: "filter"
             x: Theme.rowInset
             anchors.verticalCenter: parent.verticalCenter
-            width: parent.width - 2 * x
+            width: jump.x - x - Theme.grid
             placeholderText: qsTr("Find a project")
             text: pane.sidebar.filter
             onTextChanged: pane.sidebar.filter = text
             Keys.onDownPressed: list.enter(pane.sidebar.firstResult())
+        }
+        IconButton {
+            id: jump
+            objectName: "jump"
+            anchors { right: parent.right; rightMargin: Theme.rowInset; verticalCenter: parent.verticalCenter }
+            symbol: "command"
+            text: qsTr("Jump to anything")
+            hint: qsTr("Jump to anything (⌘K)")
+            onClicked: pane.sidebar.jump()
         }
     }
 

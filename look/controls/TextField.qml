@@ -49,6 +49,7 @@ T.TextField {
         visible: !control.text && !control.preeditText
         text: control.placeholderText
         color: control.placeholderTextColor
+        font.pixelSize: control.font.pixelSize
         topPadding: 0
         bottomPadding: 0
         lineHeightMode: Text.ProportionalHeight
