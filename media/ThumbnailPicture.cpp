@@ -190,6 +190,8 @@ void ThumbnailPicture::takeImage(const QImage& image) {
     disconnect(m_frames);
     setImage(image);
     setFailed(image.isNull());
+    if (image.isNull())
+        setGlow({}); // of the picture that the file had
     makeGlow();
 }
 

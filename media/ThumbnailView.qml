@@ -22,7 +22,7 @@ Item {
         anchors.centerIn: parent
         visible: !view.hasImage && (view.failed || !view.plainWhileLoading)
         name: picture.kindSymbol
-        size: Math.round(0.22 * Math.min(view.size, view.width))
+        size: Math.round(0.22 * view.size)
         color: Theme.textFaint
     }
     ThumbnailPicture {

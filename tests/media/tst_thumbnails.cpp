@@ -139,6 +139,26 @@ private Q_SLOTS:
         QVERIFY(thumbnails.peek(fine, 140).isNull());
     }
 
+    // Such as enormous pictures while the machine is busy.
+    void whatTakesTooLongIsNothingAndIsTriedAgainLater() {
+        Reader reader({.children = 1,
+                       .limit = 0.3,
+                       .program = QCoreApplication::applicationDirPath().toUtf8() + "/lumbra-reader-hostile"});
+        Thumbnails thumbnails(reader);
+        const Asset asset{.url = m_home->file("enormous.png", "stall"), .starred = {}};
+        const auto ask = [&] {
+            Outcome outcome;
+            const auto request = thumbnails.imageFor(asset, 240, visible, this, outcome.ready());
+            [&] { QTRY_COMPARE(outcome.calls, 1); }();
+            return outcome.image;
+        };
+        QVERIFY(ask().isNull());
+        QVERIFY(ask().isNull());
+        QCOMPARE(reader.startedCount(), size_t(2)); // it was really tried again
+        m_home->file("enormous.png", "fine");       // the same file at the same date
+        QCOMPARE(ask().size(), QSize(1, 1));
+    }
+
     void aContextThatHasGoneIsNotCalledButThePictureStays() {
         const Asset asset = picture("a.png", {800, 400}, Qt::red);
         Outcome outcome;

@@ -134,6 +134,21 @@ private Q_SLOTS:
         QTRY_VERIFY(isNear(pixel(window, 100, 75), Qt::blue));
     }
 
+    void aRewrittenFileThatIsNoPictureAnyMoreShowsItsSymbol() {
+        Asset asset = wide("broken.png", Qt::red).value<Asset>();
+        QmlWindow window(oneView, imports, {{QStringLiteral("asset"), QVariant::fromValue(asset)}});
+        window.find("view")->setProperty("backdrop", true);
+        auto* const picture = window.find<ThumbnailPicture>("");
+        QTRY_VERIFY(!picture->glow().isNull());
+        m_home.file("broken.png", "no picture any more");
+        asset.modified = asset.modified + 1;
+        window.root()->setProperty("asset", QVariant::fromValue(asset));
+        QTRY_VERIFY(window.value("view", "failed").toBool());
+        QVERIFY(!picture->hasImage());
+        QVERIFY(picture->glow().isNull());
+        QVERIFY(symbolOf(window)->isVisible());
+    }
+
     void anotherFileDoesNotShowThePicturesOfTheOneBefore() {
         QmlWindow window(oneView, imports, {{QStringLiteral("asset"), wide("one.png", Qt::red)}});
         QTRY_VERIFY(window.value("view", "hasImage").toBool());
