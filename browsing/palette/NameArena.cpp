@@ -67,6 +67,12 @@ void NameArena::add(std::string_view name) {
     m_text += '\0';
 }
 
+void NameArena::addFrom(const NameArena& other, size_t position) {
+    m_starts.push_back(m_text.size());
+    m_text += other.at(position);
+    m_text += '\0';
+}
+
 std::string_view NameArena::at(size_t position) const {
     const size_t start = m_starts[position];
     const size_t end = position + 1 < m_starts.size() ? m_starts[position + 1] : m_text.size();

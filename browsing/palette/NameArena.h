@@ -21,12 +21,17 @@ public:
     // What stands for a text in the arena, and what a word must be to be found in it.
     static std::string folded(const QString& text);
 
+    // Room for so many names of so many bytes altogether.
     void reserve(size_t names, size_t bytes);
 
     // UTF-8 without a NUL; names keep the order in which they are added.
     void add(std::string_view name);
 
+    // The same name as another arena has it.
+    void addFrom(const NameArena& other, size_t position);
+
     size_t size() const { return m_starts.size(); }
+    size_t bytes() const { return m_text.size(); }
 
     // As it is searched.
     std::string_view at(size_t position) const;

@@ -51,27 +51,34 @@ PaletteCatalog::PaletteCatalog(AssetIndex index, const QList<Project>& projects,
     addFolders(hidden);
 }
 
+// The names are read in the order in which they lie in memory, and put into theirs afterwards: to follow each file to
+// its folder in the order of the dates takes three times as long.
 void PaletteCatalog::addFiles() {
     struct Dated {
         double modified;
-        FileEntry entry;
+        quint32 number;
     };
+    std::vector<FileEntry> entries;
     std::vector<Dated> dated;
-    dated.reserve(size_t(m_index.count()));
-    size_t bytes = 0;
+    NameArena names;
+    const auto count = size_t(m_index.count());
+    entries.reserve(count);
+    dated.reserve(count);
+    names.reserve(count, 0);
     for (quint32 folder = 0; folder < m_indexFolders.size(); ++folder) {
         for (quint32 place = 0; place < m_indexFolders[folder]->size(); ++place) {
             const AssetIndex::File file = m_indexFolders[folder]->at(place);
-            dated.push_back({file.modified.seconds, {folder, place}});
-            bytes += file.name.size();
+            dated.push_back({file.modified.seconds, quint32(entries.size())});
+            entries.push_back({folder, place});
+            names.add(file.name);
         }
     }
     std::ranges::stable_sort(dated, std::greater(), &Dated::modified);
-    m_files.reserve(dated.size());
-    m_fileNames.reserve(dated.size(), bytes);
+    m_files.reserve(count);
+    m_fileNames.reserve(count, names.bytes());
     for (const Dated& file : dated) {
-        m_files.push_back(file.entry);
-        m_fileNames.add(m_indexFolders[file.entry.folder]->at(file.entry.place).name);
+        m_files.push_back(entries[file.number]);
+        m_fileNames.addFrom(names, file.number);
     }
 }
 
