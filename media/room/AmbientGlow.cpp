@@ -14,8 +14,7 @@ namespace lumbra {
 
 namespace {
 
-// Two canvases one over the other. Under an opaque one, which comes in over it, the lower one must stay as it is, or
-// the room would darken on the way.
+// Two canvases one over the other, the former under the new one.
 struct Canvases : QSGNode {
     struct Layer {
         QSGOpacityNode* opacity = nullptr;
@@ -114,11 +113,10 @@ QSGNode* AmbientGlow::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
     for (const auto& layer : {canvases->lower, canvases->upper})
         if (layer.image)
             layer.image->setRect(boundingRect());
-    const bool getsCovered = canvases->upper.image && !m_to.hasAlphaChannel() && m_progress < 1;
     if (canvases->lower.opacity)
-        canvases->lower.opacity->setOpacity(getsCovered ? 1 : 1 - m_progress);
+        canvases->lower.opacity->setOpacity((1 - m_progress) * Glow::strengthOf(m_from));
     if (canvases->upper.opacity)
-        canvases->upper.opacity->setOpacity(m_progress);
+        canvases->upper.opacity->setOpacity(m_progress * Glow::strengthOf(m_to));
     return canvases;
 }
 

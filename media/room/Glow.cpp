@@ -22,6 +22,10 @@ constexpr double outerRadius = 70;
 constexpr double saturation = 1.5;
 constexpr double soundOpacity = 0.5;
 
+// Of what the room lets through, and of the light that then lies on it.
+constexpr double mostStrength = 0.5;
+constexpr double brightestLight = 0.26;
+
 // A picture is first thinned out to this, since a blur forgives it and a large one would take long to average.
 constexpr QSize thinned{640, 400};
 
@@ -112,9 +116,7 @@ QImage ofPicture(const QImage& picture) {
         return {};
     const bool isLarge = picture.width() > thinned.width() || picture.height() > thinned.height();
     const QImage small = isLarge ? picture.scaled(thinned) : picture;
-    const QImage made =
-        blurred(small.scaled(canvas, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).convertToFormat(format));
-    return picture.hasAlphaChannel() ? made : made.convertToFormat(QImage::Format_RGB32);
+    return blurred(small.scaled(canvas, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).convertToFormat(format));
 }
 
 QImage ofSound(const QColor& accent) {
@@ -130,6 +132,16 @@ QImage ofSound(const QColor& accent) {
     painter.fillRect(image.rect(), light);
     painter.end();
     return blurred(image);
+}
+
+double strengthOf(const QImage& glow) {
+    int brightest = 1;
+    for (int y = 0; y < glow.height(); ++y) {
+        const auto* const line = reinterpret_cast<const QRgb*>(glow.constScanLine(y));
+        for (int x = 0; x < glow.width(); ++x)
+            brightest = std::max(brightest, qGray(line[x]));
+    }
+    return std::min(mostStrength, brightestLight * 255 / brightest);
 }
 
 QImage between(const QImage& from, const QImage& to, double part) {

@@ -13,11 +13,15 @@ namespace lumbra::Glow {
 // The whole work is done at this size, whatever the room's.
 inline constexpr QSize canvas{160, 100};
 
-// The picture stretched over the canvas, without an alpha channel if it has none; null for a null picture.
+// The picture stretched over the canvas; null for a null picture.
 QImage ofPicture(const QImage& picture);
 
 // Of a sound: light in the middle, in this colour.
 QImage ofSound(const QColor& accent);
+
+// How much of a glow is let through to the room, 0 to 1: a bright picture throws less of its light, so that the
+// room stays dark and what is written in it can be read.
+double strengthOf(const QImage& glow);
 
 // What lies between two canvases, at a part from 0 to 1 of the way; a null one counts as clear.
 QImage between(const QImage& from, const QImage& to, double part);

@@ -18,18 +18,20 @@ FocusScope {
     readonly property int focusAgain: 300 // milliseconds; by then the window has given its own focus away
     readonly property int panelMargin: Theme.windowMargin
     readonly property int footHeight: Theme.rowHeight + Theme.controlPadding
-    readonly property real glowStrength: 0.5
 
     readonly property bool isFilm: room.stage === "video"
     // Full screen is for the film alone: there the panels lie over it.
     readonly property bool filmFillsScreen: isFilm && Window.visibility === Window.FullScreen
+    // What they take of the width, with a margin on either side.
     readonly property real panels: {
         let taken = 0
         for (const panel of [drawer, queue])
             if (panel.active)
                 taken += panel.width + panelMargin
-        return taken
+        return taken > 0 ? taken + panelMargin : 0
     }
+    // A film that runs alone has the room to itself.
+    readonly property real besideFilm: filmFillsScreen || !room.chrome ? 0 : panels
 
     function takeFocus() {
         if (room.open && Sheets.shown === 0)
@@ -66,11 +68,21 @@ FocusScope {
         target: view.room
         function onOpenChanged() { view.takeFocus() }
     }
-    Binding { view.room.roomWidth: view.width }
-    Binding { view.room.stageWidth: stage.area.width - 2 * Theme.pageMargin }
     Binding {
-        view.room.stagePixels: Qt.size(Math.round(picturePlace.width * view.Screen.devicePixelRatio),
-                                       Math.round(picturePlace.height * view.Screen.devicePixelRatio))
+        target: view.room
+        property: "roomWidth"
+        value: view.width
+    }
+    Binding {
+        target: view.room
+        property: "stageWidth"
+        value: view.width - view.panels - 2 * Theme.pageMargin
+    }
+    Binding {
+        target: view.room
+        property: "stagePixels"
+        value: Qt.size(Math.round(picturePlace.width * view.Screen.devicePixelRatio),
+                       Math.round(picturePlace.height * view.Screen.devicePixelRatio))
     }
 
     // What lies behind gets neither the pointer nor the wheel.
@@ -92,7 +104,6 @@ FocusScope {
     AmbientGlow {
         id: glow
         anchors.fill: parent
-        opacity: view.glowStrength
         picture: view.room.ambient
         sound: view.room.stage === "audio"
         accent: Theme.amber
@@ -111,14 +122,10 @@ FocusScope {
 
     Item {
         id: stage
+        width: parent.width - view.panels
+        height: parent.height
 
-        // Beside the panels; a film takes all of its height, everything else stands between the bar and the foot.
-        readonly property rect area: Qt.rect(0, 0, view.width - (view.filmFillsScreen ? 0 : view.panels), view.height)
-
-        width: area.width
-        height: area.height
-
-        // Where everything but a film stands.
+        // Where everything but a film stands; that takes all of the height.
         Item {
             id: picturePlace
             anchors { fill: parent; topMargin: bar.height; bottomMargin: view.footHeight }
@@ -134,15 +141,17 @@ FocusScope {
             Accessible.name: view.room.name
         }
         Loader {
-            anchors.fill: parent
+            width: view.width - view.besideFilm
+            height: parent.height
             active: view.isFilm
             sourceComponent: FilmStage { room: view.room }
+            Behavior on width { EaseNumber {} }
         }
         Loader {
             anchors.fill: picturePlace
             active: view.room.stage === "web"
             sourceComponent: WebVideoView {
-                path: view.room.url
+                path: view.room.path
                 autoplay: true
             }
         }
@@ -160,7 +169,7 @@ FocusScope {
 
                 QuickLookView {
                     anchors.fill: parent
-                    path: view.room.url
+                    path: view.room.path
                 }
             }
         }
@@ -177,7 +186,7 @@ FocusScope {
         // Over a film the texts need a ground of their own.
         component Shade: Rectangle {
             property bool atTop: false
-            width: stage.width
+            width: view.width
             visible: view.isFilm
             gradient: Gradient {
                 GradientStop { position: 0; color: Theme.black(atTop ? 0.6 : 0) }
@@ -186,7 +195,6 @@ FocusScope {
         }
         Shade {
             atTop: true
-            width: view.width
             height: bar.height + Theme.blockGap
         }
         Shade {

@@ -40,7 +40,7 @@ private Q_SLOTS:
         QCOMPARE(glow.pixelColor(159, 99), middle);
         QVERIFY(saturationOf(middle) > saturationOf(colour) * 1.4);
         QVERIFY(saturationOf(middle) < saturationOf(colour) * 1.6);
-        QVERIFY(!glow.hasAlphaChannel());
+        QCOMPARE(middle.alpha(), 255);
     }
 
     void greyStaysGrey() {
@@ -81,6 +81,15 @@ private Q_SLOTS:
         QVERIFY(middle.alphaF() > 0.3 && middle.alphaF() <= 0.5);
         QVERIFY(glow.pixelColor(0, 0).alphaF() < 0.02F);
         QVERIFY(glow.pixelColor(40, 50).alphaF() < middle.alphaF());
+    }
+
+    void theRoomStaysDarkWhateverThePicture() {
+        for (const int light : {0, 20, 80, 128, 200, 255}) {
+            const QImage glow = Glow::ofPicture(filled({9, 9}, QColor(light, light, light)));
+            const double seen = light * Glow::strengthOf(glow);
+            QVERIFY(seen <= 255 * 0.27);
+            QVERIFY(seen >= std::min(light * 0.49, 255 * 0.25));
+        }
     }
 
     void whatLiesBetweenTwo() {
