@@ -46,6 +46,30 @@ private Q_SLOTS:
         QCOMPARE(thumbnail("stretched.mp4").size(), QSize(240, 135));
     }
 
+    // Its index stands before its pictures, of which some share is there.
+    void aFilmThatHoldsLessThanItsHeaderPromisesShowsWhatItHolds_data() {
+        QTest::addColumn<double>("share");
+        QTest::newRow("half of it") << 0.5;
+        QTest::newRow("less than the tenth that is looked at") << 0.08;
+    }
+
+    void aFilmThatHoldsLessThanItsHeaderPromisesShowsWhatItHolds() {
+        QFETCH(double, share);
+        run("ffmpeg", {"-f", "lavfi", "-i", "testsrc2=s=640x360:d=10:r=20", "-vf", "noise=alls=20", "-pix_fmt",
+                       "yuv420p", "-g", "5", "-movflags", "+faststart", "whole.mp4"});
+        const QByteArray film = read("whole.mp4");
+        write("promises.mp4", film.left(qsizetype(double(film.size()) * share)));
+        QCOMPARE(thumbnail("promises.mp4").size(), QSize(240, 135));
+    }
+
+    void aFilmThatHoldsNothingOfWhatItsHeaderPromisesIsNothing() {
+        run("ffmpeg", {"-f", "lavfi", "-i", "testsrc2=s=640x360:d=2:r=20", "-pix_fmt", "yuv420p", "-movflags",
+                       "+faststart", "empty.mp4"});
+        const QByteArray film = read("empty.mp4");
+        write("hollow.mp4", film.left(film.indexOf("mdat") + 8));
+        QVERIFY(thumbnail("hollow.mp4").isNull());
+    }
+
     void soundAloneIsNothing() {
         run("ffmpeg", {"-f", "lavfi", "-i", "sine=d=1", "sound.m4a"});
         QVERIFY(thumbnail("sound.m4a").isNull());
