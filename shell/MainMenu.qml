@@ -31,7 +31,7 @@ MenuBar {
         MenuItem {
             action: Controls.Action {
                 text: "Quit Lumbra"
-                shortcut: StandardKey.Quit
+                shortcut: "Ctrl+Q"
                 onTriggered: Qt.quit()
             }
         }

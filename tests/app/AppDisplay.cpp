@@ -12,13 +12,19 @@ namespace {
 
 constexpr int patience = 20'000; // ms for a helper to start or to answer
 
-// The one window gets the whole display, without a frame; dialogues stay as they are. Alt+F4 closes.
-constexpr char openboxSettings[] = R"(<?xml version="1.0"?>
+// Alt+F4 closes.
+QByteArray openboxSettings(AppDisplay::Windows windows) {
+    QByteArray settings = R"(<?xml version="1.0"?>
 <openbox_config xmlns="http://openbox.org/3.4/rc">
 <keyboard><keybind key="A-F4"><action name="Close"/></keybind></keyboard>
-<applications><application class="*" type="normal"><decor>no</decor><maximized>yes</maximized></application></applications>
-</openbox_config>
 )";
+    if (windows == AppDisplay::Windows::maximized) // dialogues stay as they are
+        settings += R"(<applications><application class="*" type="normal">
+<decor>no</decor><maximized>yes</maximized>
+</application></applications>
+)";
+    return settings + "</openbox_config>\n";
+}
 
 void end(QProcess& process) {
     process.terminate();
@@ -30,7 +36,7 @@ void end(QProcess& process) {
 
 } // namespace
 
-AppDisplay::AppDisplay() {
+AppDisplay::AppDisplay(Windows windows) {
     // The server picks a free number itself and tells it on a descriptor: no two tests race for one.
     m_server.setProgram(QStringLiteral("Xvfb"));
     m_server.setArguments({QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
@@ -42,7 +48,7 @@ AppDisplay::AppDisplay() {
             qFatal("Xvfb does not start: %s", m_server.readAllStandardError().constData());
     m_name = u':' + QString::fromLatin1(m_server.readLine().trimmed());
 
-    if (!m_settings.open() || m_settings.write(openboxSettings) < 0 || !m_settings.flush())
+    if (!m_settings.open() || m_settings.write(openboxSettings(windows)) < 0 || !m_settings.flush())
         qFatal("the settings of openbox can't be written");
     auto environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("DISPLAY"), m_name);
@@ -87,22 +93,34 @@ quint64 AppDisplay::windowOf(qint64 process) const {
     for (const QByteArray& line : found.split('\n')) {
         if (line.isEmpty())
             continue;
-        const auto shell = run(QStringLiteral("xdotool"), {QStringLiteral("getwindowgeometry"),
-                                                           QStringLiteral("--shell"), QString::fromLatin1(line)});
-        int width = 0;
-        int height = 0;
-        for (const QByteArray& field : shell.split('\n')) {
-            if (field.startsWith("WIDTH="))
-                width = field.sliced(6).toInt();
-            else if (field.startsWith("HEIGHT="))
-                height = field.sliced(7).toInt();
-        }
-        if (width * height > area) {
-            area = width * height;
+        const QRect place = placeOf(line.toULongLong());
+        if (place.width() * place.height() > area) {
+            area = place.width() * place.height();
             largest = line.toULongLong();
         }
     }
     return largest;
+}
+
+QRect AppDisplay::placeOf(quint64 window) const {
+    const auto shell = run(QStringLiteral("xdotool"),
+                           {QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), QString::number(window)});
+    QHash<QByteArray, int> fields;
+    for (const QByteArray& line : shell.split('\n'))
+        fields.insert(line.split('=').first(), line.split('=').last().toInt());
+    return {fields["X"], fields["Y"], fields["WIDTH"], fields["HEIGHT"]};
+}
+
+void AppDisplay::place(quint64 window, const QRect& place) const {
+    const QString name = QString::number(window);
+    events({QStringLiteral("windowsize"), QStringLiteral("--sync"), name, QString::number(place.width()),
+            QString::number(place.height())});
+    events({QStringLiteral("windowmove"), QStringLiteral("--sync"), name, QString::number(place.x()),
+            QString::number(place.y())});
+}
+
+void AppDisplay::minimize(quint64 window) const {
+    events({QStringLiteral("windowminimize"), QStringLiteral("--sync"), QString::number(window)});
 }
 
 void AppDisplay::focus(quint64 window) const {

@@ -7,6 +7,7 @@
 #include <QImage>
 #include <QPoint>
 #include <QProcess>
+#include <QRect>
 #include <QSize>
 #include <QString>
 #include <QStringList>
@@ -20,8 +21,11 @@ class AppDisplay {
 public:
     static constexpr QSize size{1440, 900};
 
+    // What the window manager makes of windows: as large as the display and without a frame, or as they ask to be.
+    enum class Windows { maximized, free };
+
     // Fatal when no display can be had: nothing can be tested then.
-    AppDisplay();
+    explicit AppDisplay(Windows windows = Windows::maximized);
     ~AppDisplay();
 
     const QString& name() const { return m_name; }
@@ -32,10 +36,19 @@ public:
     // Raises a window and gives it the keys.
     void focus(quint64 window) const;
 
+    // Where a window stands on the display, without its frame.
+    QRect placeOf(quint64 window) const;
+    void place(quint64 window, const QRect& place) const;
+    void minimize(quint64 window) const;
+
     // Pixels of the window.
     void move(quint64 window, QPoint to) const;
     void click(quint64 window, QPoint at, int button = 1, int times = 1) const;
     void drag(quint64 window, QPoint from, QPoint to) const;
+
+    // The left button goes down where the pointer is, and up again.
+    void hold() const { events({QStringLiteral("mousedown"), QStringLiteral("1")}); }
+    void release() const { events({QStringLiteral("mouseup"), QStringLiteral("1")}); }
 
     // To whatever has the focus. A key as X names it: "space", "ctrl+k", "shift+Down".
     void press(const QString& key) const;

@@ -4,7 +4,6 @@
 #include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QProcessEnvironment>
 
 namespace lumbra {
 
@@ -85,24 +84,41 @@ AppHarness::~AppHarness() {
     stop();
 }
 
-void AppHarness::start(Root root) {
+QProcessEnvironment AppHarness::environment(Root root) const {
     auto environment = QProcessEnvironment::systemEnvironment();
-    const QString program = environment.value(QStringLiteral("LUMBRA_DESKTOP"));
-    if (program.isEmpty())
-        qFatal("LUMBRA_DESKTOP names no program; run the tests by ctest");
     environment.insert(QStringLiteral("DISPLAY"), m_display.name());
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
     environment.insert(QStringLiteral("LUMBRA_STATE_SOCKET"), m_socketPath.toString());
     // Neither the user's session bus nor one that would be started for this display and outlive the test.
-    environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("unix:path=/nonexistent"));
+    environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), m_bus);
     environment.insert(QStringLiteral("LIBGL_ALWAYS_SOFTWARE"), QStringLiteral("1"));
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
     if (root == Root::environment)
         environment.insert(QStringLiteral("LUMBRA_LIBRARY"), m_library.toString());
-    m_process.setProcessEnvironment(environment);
-    m_process.start(program, {});
+    return environment;
+}
+
+void AppHarness::start(Root root, const QStringList& arguments) {
+    const QString program = qEnvironmentVariable("LUMBRA_DESKTOP");
+    if (program.isEmpty())
+        qFatal("LUMBRA_DESKTOP names no program; run the tests by ctest");
+    m_process.setProcessEnvironment(environment(root));
+    m_process.start(program, arguments);
     if (!m_process.waitForStarted(patience))
         qFatal("%s does not start", qUtf8Printable(program));
+}
+
+bool AppHarness::startAnother(const QStringList& arguments) {
+    QProcess another;
+    another.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    another.setProcessEnvironment(m_process.processEnvironment());
+    another.start(m_process.program(), arguments);
+    const bool ended = QTest::qWaitFor([&] { return another.state() == QProcess::NotRunning; }, 3 * patience);
+    if (!ended) {
+        another.kill();
+        another.waitForFinished(patience);
+    }
+    return ended && another.exitStatus() == QProcess::NormalExit && another.exitCode() == 0;
 }
 
 bool AppHarness::close() {
@@ -164,6 +180,11 @@ void AppHarness::adoptWindow() {
     m_display.focus(m_window);
 }
 
+quint64 AppHarness::window() {
+    adoptWindow();
+    return m_window;
+}
+
 void AppHarness::click(const AppState::Item& item, int button, int times) {
     adoptWindow();
     m_display.click(m_window, middle(item), button, times);
@@ -172,6 +193,11 @@ void AppHarness::click(const AppState::Item& item, int button, int times) {
 void AppHarness::move(const AppState::Item& item) {
     adoptWindow();
     m_display.move(m_window, middle(item));
+}
+
+void AppHarness::moveTo(QPoint point) {
+    adoptWindow();
+    m_display.move(m_window, point);
 }
 
 QColor AppHarness::colourAt(const AppState::Item& item) {

@@ -16,6 +16,7 @@
 
 #include <QJsonObject>
 #include <QLocalSocket>
+#include <QProcessEnvironment>
 #include <QRectF>
 #include <QTest>
 
@@ -53,6 +54,7 @@ public:
     Item tile(const QString& path) const;
     QList<Item> sidebar() const { return items("sidebar"); }
     Item sidebarRow(const QString& title) const;
+    QList<Item> controls() const { return items("controls"); }
     Item control(const QString& name) const;
 
     // Paths below the library of all cells of the page, seen or not.
@@ -81,7 +83,18 @@ public:
 
     // By default the library is given by LUMBRA_LIBRARY; without, the configuration file decides, or the first run.
     enum class Root { environment, configuration };
-    void start(Root root = Root::environment);
+    void start(Root root = Root::environment, const QStringList& arguments = {});
+
+    // The message bus that the application finds, instead of none. Before it starts.
+    void setBus(const QString& address) { m_bus = address; }
+
+    // Starts it once more as the first was started; true when that one then ends by itself with a clean status.
+    bool startAnother(const QStringList& arguments = {});
+
+    qint64 process() const { return m_process.processId(); }
+
+    // Its window, once it shows one.
+    quint64 window();
 
     // Closes its window as a user does; true when it then ends by itself with a clean status.
     bool close();
@@ -98,6 +111,9 @@ public:
     // Real events, at the middle of the item.
     void click(const AppState::Item& item, int button = 1, int times = 1);
     void move(const AppState::Item& item);
+    void moveTo(QPoint point); // pixels of the window
+    void hold() { m_display.hold(); }
+    void release() { m_display.release(); }
     void press(const char* key) { m_display.press(QLatin1String(key)); }
     void type(const QString& text) { m_display.type(text); }
 
@@ -111,12 +127,14 @@ public:
     QByteArray report();
 
 private:
+    QProcessEnvironment environment(Root root) const;
     void adoptWindow();
 
     TestHome m_home;
     AppDisplay& m_display;
     Location m_library;
     Location m_socketPath;
+    QString m_bus = QStringLiteral("unix:path=/nonexistent"); // none, rather than the user's
     QProcess m_process;
     QLocalSocket m_socket;
     QByteArray m_output;

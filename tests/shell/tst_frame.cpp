@@ -3,7 +3,10 @@
 #include "shell/Frame.h"
 #include "shell/Onboarding.h"
 #include "support/QmlWindow.h"
+#include "support/Strings.h"
 #include "support/TestHome.h"
+
+#include <QAccessible>
 
 Q_IMPORT_QML_PLUGIN(Lumbra_MediaPlugin)
 Q_IMPORT_QML_PLUGIN(Lumbra_BrowsingPlugin)
@@ -36,6 +39,11 @@ private Q_SLOTS:
     void onboardingOpensTheLibraryByReturn();
     void theFolderPanelChangesTheFolder();
     void theFolderPanelIsUsedByKey();
+    void tabGoesThroughTheNameSheetAndStaysInIt();
+    void assistiveTechnologyReadsTheNameSheet();
+    void assistiveTechnologyReadsTheAlert();
+    void assistiveTechnologyReadsTheToast();
+    void theToastsSymbolBouncesOnce();
 
 private:
     std::unique_ptr<TestHome> m_home;
@@ -48,6 +56,26 @@ private:
     void request(const QString& heading, const QString& initial, NamePrompt::Action action = {}) {
         m_frame->ask(NamePrompt::request(heading, initial, std::move(action)));
         QTRY_VERIFY(m_window->value("nameSheet", "opened").toBool());
+    }
+    // What assistive technology finds in the window by its role and name.
+    const QAccessibleInterface* read(QAccessible::Role role, const QString& name) {
+        const QAccessibleInterface* found = nullptr;
+        const auto isThere = [&] {
+            found = below(QAccessible::queryAccessibleInterface(m_window->window()), role, name);
+            return found != nullptr;
+        };
+        return QTest::qWaitFor(isThere) ? found : nullptr;
+    }
+    static const QAccessibleInterface* below(const QAccessibleInterface* parent, QAccessible::Role role,
+                                             const QString& name) {
+        for (int number = 0; number < parent->childCount(); ++number) {
+            const QAccessibleInterface* const child = parent->child(number);
+            if (child->role() == role && child->text(QAccessible::Name) == name && !child->state().invisible)
+                return child;
+            if (const auto* const found = below(child, role, name))
+                return found;
+        }
+        return nullptr;
     }
     void type(const char* letters) {
         for (; *letters; ++letters)
@@ -268,6 +296,82 @@ void tst_frame::theFolderPanelIsUsedByKey() {
     QCOMPARE(m_window->value("panelPath", "text").toString(), QStringLiteral("~/media/sounds/"));
     m_window->press(Qt::Key_Return);
     QTRY_COMPARE(m_window->value("onboardingFolder", "text").toString(), QStringLiteral("~/media/sounds"));
+}
+
+void tst_frame::tabGoesThroughTheNameSheetAndStaysInIt() {
+    show();
+    request(QStringLiteral("New Folder"), QStringLiteral("a"));
+    const auto focused = [this] { return m_window->window()->activeFocusItem()->property("text").toString(); };
+    QStringList order;
+    for (int step = 0; step < 4; ++step) {
+        order.append(focused());
+        m_window->press(Qt::Key_Tab);
+    }
+    QCOMPARE(order, strings({"a", "Cancel", "Create", "a"}));
+    m_window->press(Qt::Key_Tab);
+    m_window->press(Qt::Key_Backtab, Qt::ShiftModifier);
+    QCOMPARE(focused(), QStringLiteral("Cancel"));
+    QVERIFY(m_window->window()->activeFocusItem()->property("visualFocus").toBool());
+    m_window->press(Qt::Key_Space);
+    QTRY_VERIFY(!m_frame->prompts()->asking());
+}
+
+void tst_frame::assistiveTechnologyReadsTheNameSheet() {
+    QAccessible::setActive(true);
+    show();
+    request(QStringLiteral("New Folder"), QString());
+    QVERIFY(read(QAccessible::Dialog, QStringLiteral("New Folder")));
+    const auto* const field = read(QAccessible::EditableText, QStringLiteral("Name"));
+    QVERIFY(field);
+    QVERIFY(field->state().focused);
+    QVERIFY(read(QAccessible::Button, QStringLiteral("Cancel")));
+    QVERIFY(read(QAccessible::Button, QStringLiteral("Create")));
+    type("a/b");
+    QVERIFY(read(QAccessible::AlertMessage, QStringLiteral("Names can't contain / or :.")));
+}
+
+void tst_frame::assistiveTechnologyReadsTheAlert() {
+    QAccessible::setActive(true);
+    show();
+    m_library->setLastError(QStringLiteral("The disk is full."));
+    QVERIFY(read(QAccessible::Dialog, QStringLiteral("Something went wrong")));
+    QVERIFY(read(QAccessible::StaticText, QStringLiteral("The disk is full.")));
+    const auto* const button = read(QAccessible::Button, QStringLiteral("OK"));
+    QVERIFY(button);
+    QTRY_VERIFY(button->state().focused);
+}
+
+void tst_frame::assistiveTechnologyReadsTheToast() {
+    QAccessible::setActive(true);
+    show();
+    int runs = 0;
+    m_library->setToast(Toast{.text = QStringLiteral("Moved"), .undo = [&] { ++runs; }});
+    QVERIFY(read(QAccessible::AlertMessage, QStringLiteral("Moved")));
+    const auto* const button = read(QAccessible::Button, QStringLiteral("Undo"));
+    QVERIFY(button);
+    const_cast<QAccessibleInterface*>(button)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QCOMPARE(runs, 1);
+}
+
+void tst_frame::theToastsSymbolBouncesOnce() {
+    show();
+    const auto symbolOf = [this] {
+        const QList<QQuickItem*> items = m_window->find<QQuickItem>("toast")->findChildren<QQuickItem*>();
+        for (QQuickItem* item : items)
+            if (item->property("name").toString() == u"star.fill")
+                return item;
+        return static_cast<QQuickItem*>(nullptr);
+    };
+    m_library->setToast(Toast{.text = QStringLiteral("Starred"), .starred = true});
+    QTRY_VERIFY(symbolOf());
+    QQuickItem* const symbol = symbolOf();
+    QList<double> scales;
+    connect(symbol, &QQuickItem::scaleChanged, this, [&] { scales.append(symbol->scale()); });
+    QTRY_VERIFY(!scales.isEmpty() && symbol->scale() == 1.0);
+    QVERIFY(*std::max_element(scales.begin(), scales.end()) > 1.2);
+    scales.clear();
+    m_library->setToast(Toast{.text = QStringLiteral("Starred"), .starred = true}); // the next one does it again
+    QTRY_VERIFY(!scales.isEmpty() && symbol->scale() == 1.0);
 }
 
 QTEST_MAIN(tst_frame)

@@ -3,6 +3,7 @@
 
 #include <QProcess>
 #include <QTest>
+#include <QTimer>
 
 #include <mutex>
 
@@ -17,6 +18,8 @@ private Q_SLOTS:
     void onlyALongWaitIsAStall();
     void aStallOfTheMainThreadIsWritten();
     void aLogThatEndsWhileTheMainThreadIsBusyDoesNotHang();
+    void theVariableTurnsItOn_data();
+    void theVariableTurnsItOn();
 };
 
 void tst_hanglog::onlyALongWaitIsAStall_data() {
@@ -60,5 +63,51 @@ void tst_hanglog::aLogThatEndsWhileTheMainThreadIsBusyDoesNotHang() {
     }
 }
 
-QTEST_GUILESS_MAIN(tst_hanglog)
+void tst_hanglog::theVariableTurnsItOn_data() {
+    QTest::addColumn<bool>("isSet");
+    QTest::addColumn<QByteArray>("value");
+    QTest::newRow("unset: off") << false << QByteArray();
+    QTest::newRow("set to nothing: on") << true << QByteArray();
+    QTest::newRow("set to 0: on") << true << QByteArray("0");
+}
+
+void tst_hanglog::theVariableTurnsItOn() {
+    QFETCH(bool, isSet);
+    QFETCH(QByteArray, value);
+    // In a process of its own, since the variable is read once.
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedOutputChannel);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("LUMBRA_HANGLOG"));
+    if (isSet)
+        environment.insert(QStringLiteral("LUMBRA_HANGLOG"), QString::fromLatin1(value));
+    environment.insert(QStringLiteral("TST_HANGLOG_STALLS"), QStringLiteral("1"));
+    process.setProcessEnvironment(environment);
+    process.start(QCoreApplication::applicationFilePath(), {});
+    QVERIFY(process.waitForFinished());
+    const QByteArray written = process.readAllStandardError();
+    QVERIFY2(isSet ? written.startsWith("HANG ") : written.isEmpty(), written.constData());
+}
+
+namespace {
+
+// What the test starts: an application that stalls once and then ends.
+int stall(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    const HangLog log;
+    QTimer::singleShot(100, &application, [] { QThread::msleep(300); });
+    QTimer::singleShot(600, &application, &QCoreApplication::quit);
+    return QCoreApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsSet("TST_HANGLOG_STALLS"))
+        return stall(argc, argv);
+    QCoreApplication application(argc, argv);
+    tst_hanglog test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_hanglog.moc"
