@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Look.h"
 
+#include "AccessibleStates.h"
 #include "Comfort.h"
 #include "Fonts.h"
 
@@ -18,6 +19,7 @@ void prepareApplication() {
     QGuiApplication::setFont(font);
     // Small text of whole pixels is sharper by the font engine than by distance fields.
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
+    AccessibleStates::install();
 }
 
 void prepareEngine(QQmlEngine& engine) {

@@ -108,12 +108,14 @@ Item {
 
             Label {
                 width: parent.width
+                horizontalAlignment: Text.AlignLeft // also of names that are written the other way
                 text: line.row.title
                 elide: Text.ElideMiddle
                 Accessible.ignored: true
             }
             Label {
                 width: parent.width
+                horizontalAlignment: Text.AlignLeft
                 style: Label.Fact
                 text: line.row.subtitle
                 elide: Text.ElideMiddle

@@ -42,7 +42,7 @@ T.MenuBar {
 
     Shortcut {
         sequence: "F10"
-        enabled: bar.count > 0
+        enabled: bar.count > 0 && Sheets.shown === 0
         onActivated: bar.itemAt(0).triggered()
     }
 

@@ -325,9 +325,14 @@ void tst_frame::assistiveTechnologyReadsTheNameSheet() {
     QVERIFY(field);
     QVERIFY(field->state().focused);
     QVERIFY(read(QAccessible::Button, QStringLiteral("Cancel")));
-    QVERIFY(read(QAccessible::Button, QStringLiteral("Create")));
+    const auto* const confirm = read(QAccessible::Button, QStringLiteral("Create"));
+    QVERIFY(confirm);
+    QVERIFY(confirm->state().disabled);
     type("a/b");
     QVERIFY(read(QAccessible::AlertMessage, QStringLiteral("Names can't contain / or :.")));
+    m_window->press(Qt::Key_Backspace);
+    m_window->press(Qt::Key_Backspace);
+    QVERIFY(!confirm->state().disabled);
 }
 
 void tst_frame::assistiveTechnologyReadsTheAlert() {
