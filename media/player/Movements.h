@@ -26,8 +26,11 @@ public:
     // By pictures, backward if negative.
     void step(int count) { m_steps += count; }
 
-    // Something else is under way that ends with an arrival: a file is being loaded.
-    void begin() { m_isUnderWay = true; }
+    // Something else is under way that ends with an arrival: a file is being loaded. Forgets what is waiting.
+    void begin() {
+        reset();
+        m_isUnderWay = true;
+    }
 
     // The player stands where it was to go, or will not get there.
     void arrived() { m_isUnderWay = false; }

@@ -50,6 +50,35 @@ QSize shownSize(const mpv_node& track) {
 
 } // namespace
 
+MpvAnswer::MpvAnswer(const mpv_event& event) : m_isRefused(event.error < 0) {
+    if (m_isRefused)
+        return;
+    if (event.event_id == MPV_EVENT_COMMAND_REPLY) {
+        m_format = MPV_FORMAT_NODE;
+        m_data = &static_cast<const mpv_event_command*>(event.data)->result;
+    } else if (event.event_id == MPV_EVENT_GET_PROPERTY_REPLY) {
+        const auto& property = *static_cast<const mpv_event_property*>(event.data);
+        m_format = property.format;
+        m_data = property.data;
+    }
+}
+
+std::optional<double> MpvAnswer::number() const {
+    return m_format == MPV_FORMAT_DOUBLE ? std::optional(*static_cast<const double*>(m_data)) : std::nullopt;
+}
+
+std::optional<bool> MpvAnswer::flag() const {
+    return m_format == MPV_FORMAT_FLAG ? std::optional(*static_cast<const int*>(m_data) != 0) : std::nullopt;
+}
+
+QByteArray MpvAnswer::text() const {
+    return m_format == MPV_FORMAT_STRING ? QByteArray(*static_cast<const char* const*>(m_data)) : QByteArray();
+}
+
+const mpv_node* MpvAnswer::node() const {
+    return m_format == MPV_FORMAT_NODE ? static_cast<const mpv_node*>(m_data) : nullptr;
+}
+
 std::optional<VideoTrack> videoTrackOf(const mpv_node& tracks) {
     if (tracks.format != MPV_FORMAT_NODE_ARRAY)
         return {};

@@ -2,6 +2,7 @@
 #include "MpvHandle.h"
 
 #include "MediaStream.h"
+#include "MpvAnswers.h"
 #include "MpvLibrary.h"
 #include "platform/Tasks.h"
 
@@ -155,6 +156,8 @@ void MpvHandle::start() {
 
 void MpvHandle::started() {
     m_state = m_mpv ? State::running : State::absent;
+    if (m_state == State::absent)
+        m_answered.clear();
     const std::vector<Request> requests = std::exchange(m_waiting, {});
     if (m_mpv) {
         MpvLibrary::shared()->set_wakeup_callback(m_mpv, &MpvHandle::wake, this);
@@ -172,8 +175,35 @@ void MpvHandle::ask(Request request) {
         m_waiting.push_back(std::move(request));
 }
 
-void MpvHandle::command(const QByteArrayList& words, quint64 tag) {
-    ask([words, tag](const MpvLibrary& library, mpv_handle* mpv) {
+// 0 asks mpv for no answer.
+quint64 MpvHandle::tagFor(Then then) {
+    if (!then || m_state == State::none || m_state == State::absent)
+        return 0;
+    m_answered.insert(++m_lastTag, std::move(then));
+    return m_lastTag;
+}
+
+void MpvHandle::set(const char* property, double value) {
+    ask([property, value](const MpvLibrary& library, mpv_handle* mpv) mutable {
+        library.set_property_async(mpv, 0, property, MPV_FORMAT_DOUBLE, &value);
+    });
+}
+
+void MpvHandle::set(const char* property, bool value) {
+    ask([property, value = int(value)](const MpvLibrary& library, mpv_handle* mpv) mutable {
+        library.set_property_async(mpv, 0, property, MPV_FORMAT_FLAG, &value);
+    });
+}
+
+void MpvHandle::set(const char* property, const char* value) {
+    ask([property, text = QByteArray(value)](const MpvLibrary& library, mpv_handle* mpv) {
+        const char* given = text.constData();
+        library.set_property_async(mpv, 0, property, MPV_FORMAT_STRING, &given);
+    });
+}
+
+void MpvHandle::command(const QByteArrayList& words, Then then) {
+    ask([words, tag = tagFor(std::move(then))](const MpvLibrary& library, mpv_handle* mpv) {
         std::vector<const char*> texts;
         for (const QByteArray& word : words)
             texts.push_back(word.constData());
@@ -182,38 +212,19 @@ void MpvHandle::command(const QByteArrayList& words, quint64 tag) {
     });
 }
 
-void MpvHandle::load(const Location& file, quint64 tag) {
-    command({"loadfile", MediaStream::addressOf(file), "replace"}, tag);
+void MpvHandle::load(const Location& file, Then then) {
+    command({"loadfile", MediaStream::addressOf(file), "replace"}, std::move(then));
 }
 
-void MpvHandle::set(const char* property, double value, quint64 tag) {
-    ask([property, value, tag](const MpvLibrary& library, mpv_handle* mpv) mutable {
-        library.set_property_async(mpv, tag, property, MPV_FORMAT_DOUBLE, &value);
-    });
-}
-
-void MpvHandle::set(const char* property, bool value, quint64 tag) {
-    ask([property, value = int(value), tag](const MpvLibrary& library, mpv_handle* mpv) mutable {
-        library.set_property_async(mpv, tag, property, MPV_FORMAT_FLAG, &value);
-    });
-}
-
-void MpvHandle::set(const char* property, const char* value, quint64 tag) {
-    ask([property, text = QByteArray(value), tag](const MpvLibrary& library, mpv_handle* mpv) {
-        const char* given = text.constData();
-        library.set_property_async(mpv, tag, property, MPV_FORMAT_STRING, &given);
-    });
-}
-
-void MpvHandle::get(const char* property, int format, quint64 tag) {
-    ask([property, format, tag](const MpvLibrary& library, mpv_handle* mpv) {
+void MpvHandle::get(const char* property, int format, Then then) {
+    ask([property, format, tag = tagFor(std::move(then))](const MpvLibrary& library, mpv_handle* mpv) {
         library.get_property_async(mpv, tag, property, mpv_format(format));
     });
 }
 
-void MpvHandle::observe(const char* property, int format, quint64 tag) {
-    ask([property, format, tag](const MpvLibrary& library, mpv_handle* mpv) {
-        library.observe_property(mpv, tag, property, mpv_format(format));
+void MpvHandle::observe(const char* property, int format) {
+    ask([property, format](const MpvLibrary& library, mpv_handle* mpv) {
+        library.observe_property(mpv, 0, property, mpv_format(format));
     });
 }
 
@@ -232,11 +243,24 @@ void MpvHandle::hear() {
     m_isCalled = false; // first: what happens from here on calls anew
     for (;;) {
         const mpv_event* const event = MpvLibrary::shared()->wait_event(m_mpv, 0);
-        if (event->event_id == MPV_EVENT_NONE)
+        switch (event->event_id) {
+        case MPV_EVENT_NONE:
             return;
-        if (m_listener)
-            m_listener(*event);
+        case MPV_EVENT_COMMAND_REPLY:
+        case MPV_EVENT_GET_PROPERTY_REPLY:
+        case MPV_EVENT_SET_PROPERTY_REPLY:
+            hearAnswer(*event);
+            break;
+        default:
+            if (m_listener)
+                m_listener(*event);
+        }
     }
+}
+
+void MpvHandle::hearAnswer(const mpv_event& event) {
+    if (const Then then = m_answered.take(event.reply_userdata))
+        then(MpvAnswer(event));
 }
 
 } // namespace lumbra

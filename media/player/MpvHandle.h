@@ -12,6 +12,7 @@
 #include "platform/Location.h"
 
 #include <QByteArrayList>
+#include <QHash>
 
 #include <atomic>
 #include <functional>
@@ -24,11 +25,12 @@ struct mpv_handle;
 
 namespace lumbra {
 
+class MpvAnswer;
 struct MpvLibrary;
 
 class MpvHandle : public std::enable_shared_from_this<MpvHandle> {
 public:
-    // Called for each event, on the main thread. The event is gone when it returns.
+    // Called for each event but answers, on the main thread. The event is gone when it returns.
     using Listener = std::function<void(const mpv_event&)>;
     using Options = QList<std::pair<QByteArray, QByteArray>>;
 
@@ -52,19 +54,26 @@ public:
     void fallSilent() {
         m_listener = nullptr;
         m_started = nullptr;
+        m_answered.clear();
     }
 
-    // Requests, which the player carries out in the order given. Each is answered by an event with the tag, unless that
-    // is 0. Names of properties are literals.
-    void command(const QByteArrayList& words, quint64 tag = 0);
-    void load(const Location& file, quint64 tag = 0);
-    void set(const char* property, double value, quint64 tag = 0);
-    void set(const char* property, bool value, quint64 tag = 0);
-    void set(const char* property, const char* value, quint64 tag = 0);
+    // Requests, which the player carries out in the order given. Names of properties are literals.
 
-    // Asks for a value as mpv's format (MPV_FORMAT_...), once or whenever it changes.
-    void get(const char* property, int format, quint64 tag);
-    void observe(const char* property, int format, quint64 tag);
+    void set(const char* property, double value);
+    void set(const char* property, bool value);
+    void set(const char* property, const char* value);
+
+    // Is given the answer, on the main thread.
+    using Then = std::function<void(const MpvAnswer&)>;
+
+    void command(const QByteArrayList& words, Then then = {});
+    void load(const Location& file, Then then);
+
+    // Asks for a value as mpv's format (MPV_FORMAT_...).
+    void get(const char* property, int format, Then then);
+
+    // Tells the listener of it now and whenever it changes.
+    void observe(const char* property, int format);
 
     // For the renderer, which makes its drawing context of it, on any thread. Null until it runs.
     mpv_handle* raw() const { return m_mpv; }
@@ -76,13 +85,17 @@ private:
     static void wake(void* given);
     void started();
     void ask(Request request);
+    quint64 tagFor(Then then);
     void hear();
+    void hearAnswer(const mpv_event& event);
 
     const Options m_options;
     Listener m_listener;
     std::function<void(bool)> m_started;
     State m_state = State::none;
     std::vector<Request> m_waiting; // while it starts
+    quint64 m_lastTag = 0;
+    QHash<quint64, Then> m_answered; // by the tag of the request
     std::atomic<mpv_handle*> m_mpv = nullptr;
     std::atomic<bool> m_isCalled = false; // the main thread is on its way to hear
 };

@@ -5,7 +5,6 @@
 #include "PictureInPicture.h"
 #include "Shuttle.h"
 #include "SurfaceSwitch.h"
-#include "Timecode.h"
 #include "VideoSurface.h"
 #include "core/PreferenceKeys.h"
 
@@ -29,22 +28,19 @@ constexpr double timescale = 600;
 constexpr double endMargin = 0.05;
 constexpr double jumpBack = 2;
 
-double volumeOf(const Preferences& preferences) {
-    return std::clamp(preferences.value(PreferenceKeys::playerVolume), 0.0, 1.0);
-}
-
 } // namespace
 
 PlayerEngine::PlayerEngine(Preferences& preferences, const MpvHandle::Options& options, QObject* parent)
     : QObject(parent), m_preferences(preferences) {
     m_loop = preferences.value(PreferenceKeys::playerLoop);
-    m_volume = volumeOf(preferences);
+    const double volume = preferences.value(PreferenceKeys::playerVolume);
+    m_volume = std::isfinite(volume) ? std::clamp(volume, 0.0, 1.0) : 1;
     m_mpv = std::make_shared<MpvHandle>(options, [this](const mpv_event& event) { hear(event); });
     m_mpv->setStarted([this](bool runs) { hearStart(runs); });
-    m_surfaces = std::make_unique<SurfaceSwitch>(m_mpv, quint64(Asked::surface));
+    m_surfaces = std::make_unique<SurfaceSwitch>(m_mpv);
     // A film that stands makes no new picture by itself.
     connect(m_surfaces.get(), &SurfaceSwitch::made, this, [this] {
-        if (!m_isLoaded || m_isPlaying)
+        if (!m_file.isOpen || m_isPlaying)
             return;
         m_movements.seek(m_time, true);
         move();
@@ -54,8 +50,8 @@ PlayerEngine::PlayerEngine(Preferences& preferences, const MpvHandle::Options& o
     m_clock.setInterval(tick);
     connect(&m_clock, &QTimer::timeout, this, [this] {
         // A player that does not answer is not asked again and again.
-        if (m_isLoaded && !m_movements.isUnderWay() && !std::exchange(m_isPositionAsked, true))
-            m_mpv->get("time-pos", MPV_FORMAT_DOUBLE, tag(Asked::position));
+        if (m_file.isOpen && !m_movements.isUnderWay() && !m_isTimeAsked)
+            askForTime();
     });
 }
 
@@ -81,8 +77,32 @@ void PlayerEngine::start() {
     m_mpv->start();
     m_mpv->set("volume", m_volume * 100);
     m_mpv->set("mute", m_muted.value());
-    m_mpv->observe("time-pos", MPV_FORMAT_DOUBLE, quint64(Asked::watch));
-    m_mpv->observe("eof-reached", MPV_FORMAT_FLAG, quint64(Asked::watch));
+    m_mpv->observe("time-pos", MPV_FORMAT_DOUBLE);
+    m_mpv->observe("eof-reached", MPV_FORMAT_FLAG);
+}
+
+MpvHandle::Then PlayerEngine::ofThisFile(MpvHandle::Then then) {
+    return [this, number = m_file.number, then = std::move(then)](const MpvAnswer& answer) {
+        if (m_file.number == number)
+            then(answer);
+    };
+}
+
+void PlayerEngine::open() {
+    m_movements.begin();
+    m_mpv->load(m_url, ofThisFile([this](const MpvAnswer& answer) {
+                    const mpv_node* const loaded = answer.node();
+                    loaded ? void(m_file.entry = entryOf(*loaded)) : failed();
+                }));
+}
+
+void PlayerEngine::askForTime() {
+    m_isTimeAsked = true;
+    m_mpv->get("time-pos", MPV_FORMAT_DOUBLE, [this, number = m_file.number](const MpvAnswer& answer) {
+        m_isTimeAsked = false;
+        if (const std::optional<double> time = answer.number(); time && m_file.number == number)
+            hearTime(*time);
+    });
 }
 
 void PlayerEngine::load(const Location& url, bool autoplay) {
@@ -90,15 +110,11 @@ void PlayerEngine::load(const Location& url, bool autoplay) {
         return;
     start();
     m_url = url;
-    ++m_file;
-    m_entry = 0;
-    m_isBegun = m_isLoaded = m_hasFailed = m_isSound = m_isSeekable = m_hasVideo = m_isAtEnd = false;
-    m_movements.reset();
-    m_movements.begin();
+    m_file = m_file.next();
     if (!autoplay)
         setRate(0);
     turn(false);
-    m_mpv->load(url, tag(Asked::loading));
+    open();
 
     m_glowFrame = QImage();
     m_time = 0;
@@ -117,8 +133,7 @@ void PlayerEngine::stop() {
     setRate(0);
     m_mpv->command({"stop"});
     m_url = Location();
-    ++m_file;
-    m_isLoaded = m_isAtEnd = false;
+    m_file = m_file.next();
     m_movements.reset();
     setSight(Sight::nothing);
     if (m_pip)
@@ -126,32 +141,31 @@ void PlayerEngine::stop() {
 }
 
 void PlayerEngine::play() {
-    if (m_isAtEnd || (m_duration > 0 && m_time >= m_duration - endMargin))
+    const bool isOver = m_duration > 0 ? m_time >= m_duration - endMargin : m_file.isAtEnd;
+    if (isOver)
         seek(0, true);
     m_shuttle = 1;
     setRate(m_speed);
-}
-
-void PlayerEngine::pause() {
-    setRate(0);
 }
 
 void PlayerEngine::seek(double to, bool exact) {
     double target = m_duration > 0 ? std::min(to, m_duration.value()) : to;
     target = std::isfinite(target) ? std::max(target, 0.0) : 0;
     target = std::round(target * timescale) / timescale;
-    setTime(target);
+    m_time = target;
     if (m_url.isEmpty())
         return;
-    m_isAtEnd = false;
+    m_file.isAtEnd = false;
+    m_file.isPlaced = exact && !m_isPlaying;
     m_movements.seek(target, exact);
     move();
 }
 
 void PlayerEngine::step(int count) {
     pause();
-    if (!m_hasVideo)
+    if (!m_file.hasVideo)
         return;
+    m_file.isPlaced = false;
     m_movements.step(count);
     move();
 }
@@ -163,7 +177,7 @@ void PlayerEngine::shuttle(int direction) {
         return;
     }
     m_shuttle = shuttleAfter(m_shuttle, direction, m_isPlaying);
-    if (m_shuttle < 0 && !(m_isSeekable && m_hasVideo)) {
+    if (m_shuttle < 0 && !m_file.canPlayReverse()) {
         m_shuttle = -1;
         seek(m_time - jumpBack, true);
         return;
@@ -199,17 +213,21 @@ void PlayerEngine::setMuted(bool muted) {
 
 // 0 stands; negative runs backward.
 void PlayerEngine::setRate(double rate) {
-    if (m_url.isEmpty() || m_hasFailed)
+    if (m_url.isEmpty() || m_file.hasFailed)
         rate = 0;
     m_rate = rate;
     turn(rate < 0);
     if (rate != 0) {
+        m_file.isPlaced = false;
         m_mpv->set("speed", std::abs(rate));
         m_clock.start();
+        // At its end the player does nothing; sent there again it says so once more.
+        if (rate > 0 && m_file.isAtEnd)
+            seek(m_time, true);
     } else {
         m_clock.stop();
-        if (m_isLoaded)
-            m_mpv->get("time-pos", MPV_FORMAT_DOUBLE, tag(Asked::position));
+        if (m_file.isOpen)
+            askForTime();
     }
     m_mpv->set("pause", rate == 0);
     m_isPlaying = rate != 0;
@@ -221,7 +239,7 @@ void PlayerEngine::turn(bool backward) {
     // Sound keeps the player from starting backward for seconds, and is of no use then.
     m_mpv->set("aid", backward ? "no" : "auto");
     m_mpv->set("play-dir", backward ? "backward" : "forward");
-    if (!m_isLoaded)
+    if (!m_file.isOpen)
         return;
     // To turn is to seek, and the player would go to where it was before it has got to where it is sent.
     m_movements.reset();
@@ -231,21 +249,15 @@ void PlayerEngine::turn(bool backward) {
 
 void PlayerEngine::move() {
     while (const std::optional<QByteArrayList> command = m_movements.next())
-        m_mpv->command(*command, tag(Asked::moving));
-}
-
-void PlayerEngine::setTime(double time) {
-    m_time = std::isfinite(time) ? time : 0;
+        m_mpv->command(*command, ofThisFile([this](const MpvAnswer& answer) {
+            if (answer.isRefused())
+                arrived();
+        }));
 }
 
 void PlayerEngine::setSight(Sight sight) {
     m_sight = sight;
     m_surfaces->update();
-}
-
-void PlayerEngine::takeGlow(const QImage& image, quint64 file) {
-    if (file == pictureOf())
-        m_glowFrame = image;
 }
 
 // What the player reports
@@ -260,36 +272,36 @@ void PlayerEngine::hearStart(bool runs) {
 
 void PlayerEngine::hear(const mpv_event& event) {
     switch (event.event_id) {
-    case MPV_EVENT_COMMAND_REPLY:
-    case MPV_EVENT_GET_PROPERTY_REPLY:
-    case MPV_EVENT_SET_PROPERTY_REPLY:
-        hearReply(event);
-        break;
     case MPV_EVENT_PROPERTY_CHANGE: {
         const auto& property = *static_cast<const mpv_event_property*>(event.data);
-        if (!m_isLoaded || !property.data)
+        if (!m_file.isOpen || !property.data)
             break;
         if (property.format == MPV_FORMAT_FLAG)
             atEnd(*static_cast<const int*>(property.data));
         else if (!m_isPlaying) // while it runs the clock asks, and no more often than is needed
-            hearValue(Asked::position, property.format, property.data);
+            hearTime(*static_cast<const double*>(property.data));
         break;
     }
     case MPV_EVENT_START_FILE:
-        m_isBegun = m_entry != 0 && static_cast<const mpv_event_start_file*>(event.data)->playlist_entry_id == m_entry;
+        m_file.isBegun = m_file.isEntry(static_cast<const mpv_event_start_file*>(event.data)->playlist_entry_id);
         break;
     case MPV_EVENT_FILE_LOADED:
-        if (m_isBegun)
+        if (m_file.isBegun)
             fileLoaded();
         break;
     case MPV_EVENT_PLAYBACK_RESTART:
-        if (m_isLoaded)
+        if (m_file.isOpen)
             arrived();
         break;
     case MPV_EVENT_END_FILE: {
         const auto& end = *static_cast<const mpv_event_end_file*>(event.data);
-        if (m_entry != 0 && end.playlist_entry_id == m_entry)
-            m_isLoaded&& end.error == MPV_ERROR_VO_INIT_FAILED ? loadAgain() : failed();
+        if (!m_file.isEntry(end.playlist_entry_id))
+            break;
+        // A film without sound ends when the surface it is shown on goes before it could be turned away.
+        if (m_file.isOpen && end.error == MPV_ERROR_VO_INIT_FAILED)
+            openAgain();
+        else
+            failed();
         break;
     }
     default:
@@ -297,113 +309,78 @@ void PlayerEngine::hear(const mpv_event& event) {
     }
 }
 
-void PlayerEngine::hearReply(const mpv_event& event) {
-    const auto asked = Asked(event.reply_userdata & 0xff);
-    if (asked == Asked::surface) {
-        const auto* const output = static_cast<const mpv_event_property*>(event.data);
-        const bool isText = event.error >= 0 && output->format == MPV_FORMAT_STRING;
-        m_surfaces->drawsWith(isText ? *static_cast<char* const*>(output->data) : nullptr);
-        return;
-    }
-    if (asked == Asked::position)
-        m_isPositionAsked = false;
-    if (event.reply_userdata >> 8 != m_file)
-        return; // of another file
-    const bool isRefused = event.error < 0;
-    if (asked == Asked::loading) {
-        if (isRefused)
-            failed();
-        else
-            m_entry = entryOf(static_cast<const mpv_event_command*>(event.data)->result);
-    } else if (asked == Asked::moving) {
-        if (isRefused)
-            arrived();
-    } else if (event.event_id == MPV_EVENT_GET_PROPERTY_REPLY && !isRefused) {
-        const auto& property = *static_cast<const mpv_event_property*>(event.data);
-        hearValue(asked, property.format, property.data);
-    }
-}
-
-void PlayerEngine::hearValue(Asked asked, int format, const void* data) {
-    if (format == MPV_FORMAT_DOUBLE) {
-        const double value = *static_cast<const double*>(data);
-        if (asked == Asked::duration && std::isfinite(value))
-            m_duration = std::max(value, 0.0);
-        // At the end the player reports when its last picture began; on the way, where it comes from.
-        if (asked == Asked::position && !m_movements.isUnderWay() && !m_isAtEnd)
-            setTime(value);
-    } else if (format == MPV_FORMAT_FLAG) {
-        const bool value = *static_cast<const int*>(data);
-        if (asked == Asked::seekable)
-            m_isSeekable = value;
-        if (asked == Asked::end)
-            atEnd(value);
-    } else if (format == MPV_FORMAT_NODE && asked == Asked::tracks) {
-        hearTracks(*static_cast<const mpv_node*>(data));
-    }
+// The player reports when its picture began; on the way, where it comes from.
+void PlayerEngine::hearTime(double time) {
+    if (!m_movements.isUnderWay() && !m_file.isAtEnd && !m_file.isPlaced)
+        m_time = std::isfinite(time) ? time : 0;
 }
 
 void PlayerEngine::hearTracks(const mpv_node& tracks) {
     const std::optional<VideoTrack> video = videoTrackOf(tracks);
-    m_hasVideo = video.has_value();
-    m_isSound = !m_hasVideo;
-    if (m_isSound) {
-        setSight(Sight::nothing);
-        return;
-    }
+    if (!video)
+        return setSight(Sight::nothing);
+    m_file.hasVideo = true;
     m_videoSize = video->size;
     m_codec = video->codec;
+    if (!m_movements.isUnderWay()) // it was there before this answer
+        setSight(Sight::itself);
 }
 
-// The facts are asked for here and not watched, so that each answer says which file it is of.
+// The facts are asked for and not watched, so that each answer says which file it is of.
 void PlayerEngine::fileLoaded() {
-    m_isLoaded = true;
-    m_mpv->get("duration", MPV_FORMAT_DOUBLE, tag(Asked::duration));
-    m_mpv->get("seekable", MPV_FORMAT_FLAG, tag(Asked::seekable));
-    m_mpv->get("track-list", MPV_FORMAT_NODE, tag(Asked::tracks));
+    m_file.isOpen = true;
+    m_mpv->get("duration", MPV_FORMAT_DOUBLE, ofThisFile([this](const MpvAnswer& answer) {
+                   const double duration = answer.number().value_or(0);
+                   m_duration = std::isfinite(duration) ? std::max(duration, 0.0) : 0;
+               }));
+    m_mpv->get("seekable", MPV_FORMAT_FLAG,
+               ofThisFile([this](const MpvAnswer& answer) { m_file.isSeekable = answer.flag().value_or(false); }));
+    m_mpv->get("track-list", MPV_FORMAT_NODE, ofThisFile([this](const MpvAnswer& answer) {
+                   if (const mpv_node* const tracks = answer.node())
+                       hearTracks(*tracks);
+               }));
 }
 
 void PlayerEngine::arrived() {
     m_movements.arrived();
-    if (!m_isSound)
+    if (m_file.hasVideo)
         setSight(Sight::itself);
     // At the end of a file the player pauses by itself, whenever that was in the meantime.
     if (m_rate != 0)
         m_mpv->set("pause", false);
     move();
-    m_mpv->get("eof-reached", MPV_FORMAT_FLAG, tag(Asked::end));
-    m_mpv->get("time-pos", MPV_FORMAT_DOUBLE, tag(Asked::position));
+    m_mpv->get("eof-reached", MPV_FORMAT_FLAG, ofThisFile([this](const MpvAnswer& answer) {
+                   if (const std::optional<bool> isIt = answer.flag())
+                       atEnd(*isIt);
+               }));
+    askForTime();
 }
 
-// A film without sound ends when the surface it is shown on goes before it could be turned away.
-void PlayerEngine::loadAgain() {
-    m_entry = 0;
-    m_isBegun = m_isLoaded = false;
-    m_movements.reset();
-    m_movements.begin();
+void PlayerEngine::openAgain() {
+    m_file.entry = 0;
+    m_file.isBegun = m_file.isOpen = false;
+    open();
     m_movements.seek(m_time, true);
-    m_mpv->load(m_url, tag(Asked::loading));
 }
 
 void PlayerEngine::failed() {
-    m_hasFailed = true;
-    m_isLoaded = false;
-    m_movements.reset();
+    m_file.hasFailed = true;
+    m_file.isOpen = false;
     m_movements.begin();
     setRate(0);
     setSight(Sight::nothing);
 }
 
 void PlayerEngine::atEnd(bool isIt) {
-    m_isAtEnd = isIt;
+    m_file.isAtEnd = isIt;
     if (isIt && m_rate != 0 && !m_movements.isUnderWay())
         ended();
 }
 
 void PlayerEngine::ended() {
     if (m_isBackward) { // at the beginning, that is
-        m_isAtEnd = false;
-        setTime(0);
+        m_file.isAtEnd = false;
+        m_time = 0;
         setRate(0);
         return;
     }

@@ -7,6 +7,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "LoadedFile.h"
 #include "Movements.h"
 #include "MpvHandle.h"
 #include "platform/Location.h"
@@ -120,7 +121,7 @@ public:
 
     // At the speed, and from the beginning if it stands less than 0.05 seconds before its end.
     Q_INVOKABLE void play();
-    Q_INVOKABLE void pause();
+    Q_INVOKABLE void pause() { setRate(0); }
     Q_INVOKABLE void toggle() { isPlaying() ? pause() : play(); }
 
     // Unloads.
@@ -136,7 +137,7 @@ public:
     void shuttle(int direction);
 
     // The player is where it was sent: nothing is being loaded or sought.
-    bool isStanding() const { return m_isLoaded && !m_movements.isUnderWay(); }
+    bool isStanding() const { return m_file.isOpen && !m_movements.isUnderWay(); }
 
     // For the scrubber: whether to go on playing when it is let go.
     bool wasPlayingBeforeScrub = false;
@@ -154,10 +155,13 @@ public:
     bool hasPicture() const { return !m_url.isEmpty() && m_sight != Sight::nothing; }
 
     // A tag of the file whose picture it is; 0 while that is not certain.
-    quint64 pictureOf() const { return hasPicture() && m_sight == Sight::itself ? m_file : 0; }
+    quint64 pictureOf() const { return hasPicture() && m_sight == Sight::itself ? m_file.number : 0; }
 
     // A small picture of the file with the tag.
-    void takeGlow(const QImage& image, quint64 file);
+    void takeGlow(const QImage& image, quint64 file) {
+        if (file == pictureOf())
+            m_glowFrame = image;
+    }
 
 Q_SIGNALS:
     void timeChanged();
@@ -175,30 +179,28 @@ Q_SIGNALS:
     void pipChanged();
 
 private:
-    // What the player is asked for; part of the tag of each request.
-    enum class Asked : quint64 { loading = 1, moving, duration, seekable, tracks, position, end, watch, surface };
-
     enum class Sight { nothing, before, itself };
 
-    quint64 tag(Asked asked) const { return m_file << 8 | quint64(asked); }
-
     void start();
+
+    // An answer that is dropped when the file is no longer the same by then.
+    MpvHandle::Then ofThisFile(MpvHandle::Then then);
+    void open();
+    void openAgain();
+    void askForTime();
 
     // What the player reports.
     void hearStart(bool runs);
     void hear(const mpv_event& event);
-    void hearReply(const mpv_event& event);
-    void hearValue(Asked asked, int format, const void* data);
+    void hearTime(double time);
     void hearTracks(const mpv_node& tracks);
     void fileLoaded();
     void arrived();
-    void loadAgain();
     void failed();
     void atEnd(bool isIt);
     void ended();
 
     void setRate(double rate);
-    void setTime(double time);
     void turn(bool backward);
     void move();
     void setSight(Sight sight);
@@ -209,22 +211,14 @@ private:
     std::unique_ptr<PictureInPicture> m_pip;
 
     Location m_url;
-    quint64 m_file = 1;     // counts what was loaded and unloaded; replies that are tagged with another one are dropped
-    qint64 m_entry = 0;     // the player's own number of it, 0 while not known
-    bool m_isBegun = false; // the player has turned to it
-    bool m_isLoaded = false; // and has opened it
-    bool m_hasFailed = false;
-    bool m_isSound = false; // for certain
-    bool m_isSeekable = false;
-    bool m_hasVideo = false;
-    bool m_isAtEnd = false;
+    LoadedFile m_file;
     Sight m_sight = Sight::nothing;
 
     double m_rate = 0;
     bool m_isBackward = false;
     Movements m_movements;
     QTimer m_clock; // asks for the position while it runs
-    bool m_isPositionAsked = false;
+    bool m_isTimeAsked = false;
     std::function<void()> m_onEnd;
 
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(PlayerEngine, double, m_time, 0, &PlayerEngine::timeChanged)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "SurfaceSwitch.h"
 
+#include "MpvAnswers.h"
 #include "VideoSurface.h"
 
 #include <QTimer>
@@ -42,7 +43,7 @@ void SurfaceSwitch::choose() {
     if (m_owner) {
         m_isTurningAway = true;
         m_mpv->set("vo", "null");
-        ask();
+        turnAway();
         return;
     }
     if (m_drawing)
@@ -53,17 +54,15 @@ void SurfaceSwitch::choose() {
 }
 
 // The player takes the wish at once and leaves its output a moment later, without a word.
-void SurfaceSwitch::ask() {
-    m_mpv->get("current-vo", MPV_FORMAT_STRING, m_tag);
-}
-
-void SurfaceSwitch::drawsWith(const char* output) {
-    if (!m_isTurningAway)
-        return;
-    if (qstrcmp(output, "libmpv") == 0)
-        QTimer::singleShot(5ms, this, &SurfaceSwitch::ask);
-    else if (m_drawing) // otherwise it frees its context in dying
-        m_drawing->setDraws(false);
+void SurfaceSwitch::turnAway() {
+    m_mpv->get("current-vo", MPV_FORMAT_STRING, [self = QPointer(this)](const MpvAnswer& output) {
+        if (!self || !self->m_isTurningAway)
+            return;
+        if (output.text() == "libmpv")
+            QTimer::singleShot(5ms, self, &SurfaceSwitch::turnAway);
+        else if (self->m_drawing) // otherwise it frees its context in dying
+            self->m_drawing->setDraws(false);
+    });
 }
 
 void SurfaceSwitch::contextMade(const VideoSurface* surface, bool isSoftware) {

@@ -22,8 +22,7 @@ class SurfaceSwitch : public QObject {
     Q_OBJECT
 
 public:
-    // Replies of the handle with the tag belong to `drawsWith`.
-    SurfaceSwitch(std::shared_ptr<MpvHandle> mpv, quint64 tag) : m_mpv(std::move(mpv)), m_tag(tag) {}
+    explicit SurfaceSwitch(std::shared_ptr<MpvHandle> mpv) : m_mpv(std::move(mpv)) {}
 
     void add(VideoSurface* surface);
 
@@ -36,9 +35,7 @@ public:
     // The surfaces look at the player again.
     void update() const;
 
-    // What happened: the player has said which of its outputs it draws with, null for none; a surface has made its
-    // context, or has freed it, maybe by dying.
-    void drawsWith(const char* output);
+    // What happened: a surface has made its context, or has freed it, maybe by dying.
     void contextMade(const VideoSurface* surface, bool isSoftware);
     void contextFreed(const VideoSurface* surface);
 
@@ -51,10 +48,9 @@ Q_SIGNALS:
 
 private:
     void choose();
-    void ask();
+    void turnAway();
 
     const std::shared_ptr<MpvHandle> m_mpv;
-    const quint64 m_tag;
     QList<VideoSurface*> m_surfaces; // in the order in which they came
     QPointer<VideoSurface> m_drawing;
     const VideoSurface* m_owner = nullptr; // of the context there is; only compared

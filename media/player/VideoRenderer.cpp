@@ -59,6 +59,7 @@ VideoRenderer::~VideoRenderer() {
 
 QOpenGLFramebufferObject* VideoRenderer::createFramebufferObject(const QSize& size) {
     m_isStale = true;
+    m_isBlank = true;
     return new QOpenGLFramebufferObject(size); // neither depth nor samples
 }
 
@@ -72,6 +73,7 @@ void VideoRenderer::synchronize(QQuickFramebufferObject* item) {
     m_draws = player && surface->draws();
     m_hasPicture = player && player->hasPicture();
     m_file = player ? player->pictureOf() : 0;
+    m_holds = surface->holds();
     m_videoSize = player ? player->videoSize() : QSizeF();
     if (!player || m_context)
         return;
@@ -87,8 +89,9 @@ void VideoRenderer::render() {
     m_window->beginExternalCommands();
     if (m_context && m_hasPicture)
         draw();
-    else
+    else if (!m_holds || m_isBlank)
         clear();
+    m_isBlank = false;
     QQuickOpenGLUtils::resetOpenGLState();
     m_window->endExternalCommands();
 }

@@ -49,7 +49,9 @@ private:
     std::shared_ptr<VideoSurface::Counts> m_counts;
     bool m_draws = false;
     bool m_hasPicture = false;
-    quint64 m_file = 0; // whose picture it is; 0 while that is not certain
+    bool m_holds = false;
+    bool m_isBlank = true; // what the frame buffer holds is nobody's
+    quint64 m_file = 0;    // whose picture it is; 0 while that is not certain
     QSizeF m_videoSize;
 
     std::shared_ptr<MpvHandle> m_mpv;

@@ -31,6 +31,13 @@ void VideoSurface::setPlayer(PlayerEngine* player) {
     Q_EMIT playerChanged();
 }
 
+void VideoSurface::setHolds(bool holds) {
+    if (std::exchange(m_holds, holds) == holds)
+        return;
+    Q_EMIT holdsChanged();
+    update();
+}
+
 QQuickFramebufferObject::Renderer* VideoSurface::createRenderer() const {
     return new VideoRenderer;
 }

@@ -19,6 +19,7 @@ class VideoSurface : public QQuickFramebufferObject {
     QML_ELEMENT
 
     Q_PROPERTY(lumbra::PlayerEngine* player READ player WRITE setPlayer NOTIFY playerChanged)
+    Q_PROPERTY(bool holds READ holds WRITE setHolds NOTIFY holdsChanged)
 
 public:
     explicit VideoSurface(QQuickItem* parent = nullptr);
@@ -26,6 +27,10 @@ public:
 
     PlayerEngine* player() const { return m_player; }
     void setPlayer(PlayerEngine* player);
+
+    // What was drawn last stays when the player has nothing more to show: it is to fade, and not to go out first.
+    bool holds() const { return m_holds; }
+    void setHolds(bool holds);
 
     Renderer* createRenderer() const override;
 
@@ -47,9 +52,11 @@ public:
 
 Q_SIGNALS:
     void playerChanged();
+    void holdsChanged();
 
 private:
     QPointer<PlayerEngine> m_player;
+    bool m_holds = false;
     bool m_draws = false;
     const std::shared_ptr<Counts> m_counts = std::make_shared<Counts>();
 };

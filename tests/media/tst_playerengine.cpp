@@ -5,7 +5,8 @@
 
 using namespace lumbra;
 
-// How the player is moved: with films that no surface shows, which all but the picture needs nothing of.
+// What the player's fields say, how files come and go, seeks and ends: with films that no surface shows, which all but
+// the picture needs nothing of.
 class tst_PlayerEngine : public QObject {
     Q_OBJECT
 
@@ -37,10 +38,20 @@ private Q_SLOTS:
         QVERIFY(!player.preferences.contains(QStringLiteral("playerMuted")));
     }
 
+    void aVolumeThatIsNoNumberIsFull_data() {
+        QTest::addColumn<QVariant>("kept");
+        QTest::addColumn<double>("volume");
+        QTest::newRow("a word") << QVariant(QStringLiteral("loud")) << 1.0;
+        QTest::newRow("none") << QVariant(QStringLiteral("nan")) << 1.0;
+        QTest::newRow("too loud") << QVariant(7.0) << 1.0;
+        QTest::newRow("less than nothing") << QVariant(-1.0) << 0.0;
+    }
     void aVolumeThatIsNoNumberIsFull() {
+        QFETCH(QVariant, kept);
+        QFETCH(double, volume);
         Player player;
-        player.preferences.setValue(QStringLiteral("playerVolume"), QVariant(QStringLiteral("loud")));
-        QCOMPARE(PlayerEngine(player.preferences, {{"ao", "null"}}).volume(), 1.0);
+        player.preferences.setValue(QStringLiteral("playerVolume"), kept);
+        QCOMPARE(PlayerEngine(player.preferences, {{"ao", "null"}}).volume(), volume);
     }
 
     void mutingLeavesTheVolumeAlone() {
@@ -69,6 +80,18 @@ private Q_SLOTS:
         QVERIFY(player.engine.isPlaying());
         QTRY_VERIFY(player.engine.time() > 0.3);
         QVERIFY(player.engine.isPlaying());
+    }
+
+    void loadWithoutPlayingStandsEvenAfterAFilmThatRuns() {
+        Player player;
+        player.engine.load(Clips::clip("long.mp4"), true);
+        QTRY_VERIFY(player.engine.time() > 0.2);
+        player.engine.load(Clips::clip("h264.mp4"), false);
+        QVERIFY(!player.engine.isPlaying());
+        QCOMPARE(player.engine.time(), 0.0);
+        QTRY_VERIFY(player.engine.isStanding());
+        QCOMPARE(player.value("pause"), "yes");
+        QVERIFY(player.settlesAt(0));
     }
 
     void loadOfTheSameFileDoesNothingEvenAtItsEnd() {
@@ -123,14 +146,37 @@ private Q_SLOTS:
         QTRY_VERIFY(player.engine.time() > 0.1 && player.engine.time() < 1.5);
     }
 
+    void playALittleBeforeTheEndGoesOn_data() {
+        QTest::addColumn<bool>("settles");
+        QTest::newRow("at once") << false;
+        QTest::newRow("once it stands there") << true; // where a picture begins 0.04 before the end
+    }
     void playALittleBeforeTheEndGoesOn() {
+        QFETCH(bool, settles);
         Player player;
         player.open("h264.mp4");
         const double there = player.engine.duration() - 0.06;
         player.engine.seek(there, true);
+        if (settles)
+            QTRY_VERIFY(player.stands() && player.engine.isStanding());
         player.engine.play();
         QVERIFY(std::abs(player.engine.time() - there) < 0.002);
         QTRY_COMPARE(player.ends, 1);
+        QCOMPARE(player.engine.time(), player.engine.duration());
+    }
+
+    // Though the player has nothing left to show there.
+    void playALittleBeforeTheEndOfALongLastPictureGoesOn() {
+        Player player;
+        player.open("slow.mp4");
+        const double there = player.engine.duration() - 0.1;
+        player.engine.seek(there, true);
+        QTRY_VERIFY(player.stands() && player.engine.isStanding());
+        player.engine.play();
+        QVERIFY(player.engine.time() > 1.8);
+        QVERIFY(player.engine.isPlaying());
+        QTRY_COMPARE(player.ends, 1);
+        QVERIFY(!player.engine.isPlaying());
         QCOMPARE(player.engine.time(), player.engine.duration());
     }
 
@@ -184,6 +230,18 @@ private Q_SLOTS:
         QCOMPARE(player.engine.time(), 1.1);
     }
 
+    void exactSeekOfAFilmThatStandsStaysWhereItWentToBetweenPictures() {
+        Player player;
+        player.open("slow.mp4");
+        player.engine.seek(0.9, true);
+        QTRY_VERIFY(player.stands() && player.engine.isStanding());
+        QCOMPARE(player.engine.time(), 0.9);
+        player.engine.step(1);
+        QTRY_VERIFY(std::abs(player.engine.time() - 1.2) < 0.001);
+        player.engine.play();
+        QTRY_VERIFY(player.engine.time() > 1.3);
+    }
+
     void exactSeekLandsThereAndCheapOneNearby() {
         Player player;
         player.open("rare.mp4"); // with one key picture, at its beginning
@@ -211,114 +269,6 @@ private Q_SLOTS:
         QVERIFY(player.settlesAt(6));
     }
 
-    void forwardWhilePausedPlaysOnceNotAtTheSpeed() {
-        Player player;
-        player.open("long.mp4");
-        player.engine.setSpeed(1.5);
-        QVERIFY(!player.engine.isPlaying());
-        player.engine.shuttle(1);
-        QVERIFY(player.engine.isPlaying());
-        QCOMPARE(player.engine.shuttle(), 1.0);
-        QTRY_COMPARE(player.value("speed").toDouble(), 1.0);
-        player.engine.play();
-        QTRY_COMPARE(player.value("speed").toDouble(), 1.5);
-    }
-
-    void forwardThriceIsFourAndStays() {
-        Player player;
-        player.open("long.mp4");
-        for (const double rate : {1.0, 2.0, 4.0, 4.0}) {
-            player.engine.shuttle(1);
-            QCOMPARE(player.engine.shuttle(), rate);
-            QTRY_COMPARE(player.value("speed").toDouble(), rate);
-        }
-        player.engine.shuttle(0);
-        QCOMPARE(player.engine.shuttle(), 1.0);
-        QVERIFY(!player.engine.isPlaying());
-        QTRY_COMPARE(player.value("pause"), "yes");
-    }
-
-    void backwardRunsBackward() {
-        Player player;
-        player.open("long.mp4");
-        player.engine.seek(5, true);
-        player.engine.play();
-        QTRY_VERIFY(player.engine.time() > 5.1);
-        player.engine.shuttle(-1);
-        QCOMPARE(player.engine.shuttle(), -1.0);
-        QVERIFY(player.engine.isPlaying());
-        QTRY_VERIFY_WITH_TIMEOUT(player.engine.time() < 4.5, 20'000);
-        player.engine.shuttle(-1);
-        QCOMPARE(player.engine.shuttle(), -2.0);
-        player.engine.shuttle(0);
-        QCOMPARE(player.engine.shuttle(), 1.0);
-        QVERIFY(!player.engine.isPlaying());
-        QTRY_COMPARE(player.value("play-dir"), "forward");
-        const double there = player.engine.time();
-        QVERIFY(there < 4.5);
-        player.engine.play();
-        QTRY_VERIFY(player.engine.time() > there + 0.2);
-    }
-
-    void backwardStandsAtTheBeginning() {
-        Player player;
-        player.open("long.mp4");
-        player.engine.seek(0.6, true);
-        player.engine.shuttle(-1);
-        QTRY_VERIFY_WITH_TIMEOUT(player.engine.time() < 0.5 && player.engine.time() > 0.1, 20'000);
-        QTRY_VERIFY_WITH_TIMEOUT(!player.engine.isPlaying(), 20'000);
-        QCOMPARE(player.ends, 0);
-        QTRY_VERIFY(player.engine.time() < 0.05);
-        player.engine.play();
-        QTRY_VERIFY(player.engine.time() > 0.2);
-    }
-
-    void backwardFromTheEnd() {
-        Player player;
-        player.engine.load(Clips::clip("silent.mp4"), true);
-        QTRY_COMPARE(player.ends, 1);
-        player.engine.shuttle(-1);
-        QVERIFY(player.engine.isPlaying());
-        QTRY_VERIFY_WITH_TIMEOUT(player.engine.time() < 1.5 && player.engine.time() > 0, 20'000);
-        QCOMPARE(player.ends, 1);
-    }
-
-    void backwardWhereNothingRunsBackwardJumps() {
-        Player player;
-        player.open("tone.wav");
-        player.engine.seek(1, true);
-        player.engine.shuttle(-1);
-        QCOMPARE(player.engine.time(), 0.0);
-        QCOMPARE(player.engine.shuttle(), -1.0);
-        QVERIFY(!player.engine.isPlaying());
-        QVERIFY(player.settlesAt(0, 0.05));
-        QCOMPARE(player.value("pause"), "yes");
-    }
-
-    void backwardJumpsOnWhileSoundRuns() {
-        Player player;
-        player.open("tone.wav");
-        player.engine.play();
-        QTRY_VERIFY(player.engine.time() > 0.2);
-        player.engine.shuttle(-1);
-        player.engine.shuttle(-1);
-        QCOMPARE(player.engine.shuttle(), -1.0);
-        QVERIFY(player.engine.isPlaying());
-        QTRY_COMPARE(player.ends, 1);
-    }
-
-    void speedFollowsAtOnceWhilePlaying() {
-        Player player;
-        player.open("long.mp4");
-        player.engine.setSpeed(2);
-        QVERIFY(!player.engine.isPlaying());
-        player.engine.play();
-        QTRY_COMPARE(player.value("speed").toDouble(), 2.0);
-        player.engine.setSpeed(0.5);
-        QTRY_COMPARE(player.value("speed").toDouble(), 0.5);
-        QCOMPARE(player.engine.shuttle(), 1.0);
-    }
-
     void theEndIsToldOnce() {
         Player player;
         player.engine.load(Clips::clip("h264.mp4"), true);
@@ -328,6 +278,14 @@ private Q_SLOTS:
         player.engine.play();
         QCOMPARE(player.engine.time(), 0.0);
         QTRY_COMPARE(player.ends, 2);
+    }
+
+    void theEndNeedsNobodyToTellItTo() {
+        Player player;
+        player.engine.setOnEnd({});
+        player.engine.load(Clips::clip("blink.mp4"), true);
+        QTRY_VERIFY(!player.engine.isPlaying());
+        QCOMPARE(player.engine.time(), player.engine.duration());
     }
 
     void theEndMayLoadTheNextFile() {
@@ -345,59 +303,6 @@ private Q_SLOTS:
         engine->setOnEnd([&] { engine.reset(); });
         engine->load(Clips::clip("blink.mp4"), true);
         QTRY_VERIFY(!engine);
-    }
-
-    void loopBeginsAgainAtTheSpeed() {
-        Player player;
-        player.engine.setLoop(true);
-        player.engine.setSpeed(2);
-        int jumps = 0;
-        double last = 0;
-        QObject::connect(&player.engine, &PlayerEngine::timeChanged, [&] {
-            jumps += player.engine.time() < last - 0.1;
-            last = player.engine.time();
-        });
-        player.engine.load(Clips::clip("blink.mp4"), true);
-        QTRY_VERIFY(jumps >= 3);
-        QVERIFY(player.engine.isPlaying());
-        QCOMPARE(player.ends, 0);
-        QCOMPARE(player.value("speed").toDouble(), 2.0);
-        player.engine.setLoop(false);
-        QTRY_COMPARE(player.ends, 1);
-    }
-
-    void stepsMoveByPictures() {
-        Player player;
-        player.open("long.mp4");
-        player.engine.seek(3, true);
-        QVERIFY(player.settlesAt(3));
-        player.engine.step(1);
-        QVERIFY(player.settlesAt(3.04));
-        player.engine.step(-1);
-        QVERIFY(player.settlesAt(3));
-        for (int i = 0; i < 4; ++i)
-            player.engine.step(-1);
-        QVERIFY(player.settlesAt(2.84));
-        QVERIFY(!player.engine.isPlaying());
-    }
-
-    void aStepPauses() {
-        Player player;
-        player.open("long.mp4");
-        player.engine.play();
-        QTRY_VERIFY(player.engine.time() > 0.2);
-        player.engine.step(1);
-        QVERIFY(!player.engine.isPlaying());
-        QTRY_COMPARE(player.value("pause"), "yes");
-    }
-
-    void aStepBackFromTheEnd() {
-        Player player;
-        player.engine.load(Clips::clip("silent.mp4"), true);
-        QTRY_COMPARE(player.ends, 1);
-        player.engine.step(-1);
-        QTRY_VERIFY(player.engine.time() < player.engine.duration() - 0.03);
-        QVERIFY(player.engine.time() > player.engine.duration() - 0.2);
     }
 
     void soundHasNoPicturesToStepBy() {

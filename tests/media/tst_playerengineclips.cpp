@@ -4,14 +4,9 @@
 #include <QFile>
 #include <QtTest>
 
-#include <fcntl.h>
-#include <sys/fanotify.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 using namespace lumbra;
 
-// What the player makes of files: sound ones of all kinds, and broken ones.
+// What the player makes of sound files of all kinds.
 class tst_PlayerEngineClips : public QObject {
     Q_OBJECT
 
@@ -52,6 +47,9 @@ private Q_SLOTS:
         QTEST(player.engine.codec(), "codec");
         QFETCH(double, duration);
         QVERIFY2(std::abs(player.engine.duration() - duration) < 0.12, QByteArray::number(player.engine.duration()));
+        QTRY_VERIFY(player.engine.time() > 0.1 || player.ends == 1);
+        if (duration > 1)
+            player.engine.seek(player.engine.duration() - 0.5, true); // the rest is more of the same
         QTRY_COMPARE_WITH_TIMEOUT(player.ends, 1, 20'000);
         QCOMPARE(player.engine.time(), player.engine.duration());
     }
@@ -88,6 +86,7 @@ private Q_SLOTS:
         PlayerEngine engine(preferences, {{"ao", "alsa"}, {"audio-device", "alsa/lumbra-none"}});
         bool hasEnded = false;
         engine.setOnEnd([&] { hasEnded = true; });
+        engine.setSpeed(2);
         engine.load(Clips::clip(film ? "h264.mp4" : "tone.wav"), true);
         QTRY_VERIFY_WITH_TIMEOUT(hasEnded, 20'000);
         QCOMPARE(engine.time(), engine.duration());
@@ -108,163 +107,6 @@ private Q_SLOTS:
         QTRY_COMPARE(player.ends, 1);
     }
 
-    void whatIsNoFilmIsNothing_data() {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::newRow("empty") << QByteArray();
-        QTest::newRow("text") << QByteArray("This is no film, only words.\n").repeated(50);
-        QTest::newRow("zeros") << QByteArray(100'000, '\0');
-        QTest::newRow("the beginning of a film") << bytesOf("h264.mp4").first(200);
-        // A player that followed these would play what they name.
-        const QByteArray other = Clips::clip("h264.mp4").path();
-        QTest::newRow("a list of files") << QByteArray("#EXTM3U\n#EXTINF:1,\n" + other + '\n');
-        QTest::newRow("a list of a stream's parts") << QByteArray(
-            "#EXTM3U\n#EXT-X-TARGETDURATION:2\n#EXT-X-VERSION:3\n#EXTINF:2,\n" + other + "\n#EXT-X-ENDLIST\n");
-        QTest::newRow("a list for joining") << QByteArray("ffconcat version 1.0\nfile '" + other + "'\n");
-        QTest::newRow("an edit list") << QByteArray("# mpv EDL v0\n" + other + ",0,1\n");
-    }
-    void whatIsNoFilmIsNothing() {
-        QFETCH(QByteArray, bytes);
-        Player player;
-        player.engine.load(player.home.file("film.mp4", bytes), true);
-        QVERIFY(player.engine.isPlaying());
-        QTRY_VERIFY(!player.engine.isPlaying());
-        QCOMPARE(player.engine.duration(), 0.0);
-        QVERIFY(player.engine.videoSize().isEmpty());
-        QCOMPARE(player.ends, 0);
-        player.engine.play();
-        QVERIFY(!player.engine.isPlaying());
-        // It is over with that one.
-        player.engine.load(Clips::clip("blink.mp4"), true);
-        QTRY_COMPARE(player.ends, 1);
-    }
-
-    void aMissingFileIsNothing() {
-        Player player;
-        player.engine.load(player.home.path().child("missing.mp4"), true);
-        QTRY_VERIFY(!player.engine.isPlaying());
-        QCOMPARE(player.ends, 0);
-    }
-
-    void aFolderIsNothing() {
-        Player player;
-        player.engine.load(player.home.folder("folder.mp4"), true);
-        QTRY_VERIFY(!player.engine.isPlaying());
-    }
-
-    void aFilmOfWhichOnlyAPartIsThereEndsWhereItEnds() {
-        Player player;
-        const Location file = player.home.path().child("part.mp4");
-        Clips::copyTruncated(Clips::clip("long.mp4"), file, 0.3);
-        player.engine.load(file, true);
-        QTRY_COMPARE(player.engine.duration(), 10.0);
-        QTRY_COMPARE_WITH_TIMEOUT(player.ends, 1, 20'000);
-        QVERIFY(!player.engine.isPlaying());
-        player.engine.play();
-        QTRY_VERIFY(player.engine.time() > 0.2);
-    }
-
-    void aSeekIntoThePartThatIsMissingIsNoTrap() {
-        Player player;
-        const Location file = player.home.path().child("part.mp4");
-        Clips::copyTruncated(Clips::clip("long.mp4"), file, 0.3);
-        player.open(file);
-        player.engine.seek(9, true);
-        player.engine.play();
-        QTRY_VERIFY_WITH_TIMEOUT(!player.engine.isPlaying(), 20'000);
-        player.engine.seek(1, true);
-        QVERIFY(player.settlesAt(1));
-    }
-
-    void aDamagedFilmPlaysOn_data() {
-        QTest::addColumn<QString>("suffix");
-        for (const char* clip : {"h264.mp4", "vp9.webm", "theora.ogv", "tone.mp3", "tone.flac"})
-            QTest::newRow(clip) << QString::fromLatin1(clip).section(QLatin1Char('.'), 1);
-    }
-    void aDamagedFilmPlaysOn() {
-        QFETCH(QString, suffix);
-        Player player;
-        const Location file = player.home.path().child(QStringView(QString(QStringLiteral("damaged.") + suffix)));
-        Clips::copyDamaged(Clips::clip(QTest::currentDataTag()), file);
-        player.engine.load(file, true);
-        QTRY_VERIFY_WITH_TIMEOUT(!player.engine.isPlaying(), 20'000);
-        player.engine.load(Clips::clip("tone.wav"), true);
-        QTRY_VERIFY(player.engine.time() > 0.2);
-    }
-
-    void aFilmThatIsRemovedWhileItPlaysPlaysOn() {
-        Player player;
-        const Location file = copy(player, "h264.mp4");
-        player.engine.load(file, true);
-        QTRY_VERIFY(player.engine.time() > 0.2);
-        QVERIFY(QFile::remove(file.toString()));
-        QTRY_COMPARE(player.ends, 1);
-    }
-
-    void aFilmThatIsReplacedWhileItPlaysPlaysOn() {
-        Player player;
-        const Location file = copy(player, "h264.mp4");
-        player.engine.load(file, true);
-        QTRY_VERIFY(player.engine.time() > 0.2);
-        const Location other = player.home.file("other", "no film");
-        QCOMPARE(std::rename(other.path().constData(), file.path().constData()), 0);
-        QTRY_COMPARE(player.ends, 1);
-    }
-
-    void aFilmThatIsCutOffWhileItPlaysEnds() {
-        Player player;
-        const Location file = copy(player, "long.mp4");
-        player.engine.load(file, true);
-        QTRY_VERIFY(player.engine.time() > 0.2);
-        QCOMPARE(::truncate(file.path().constData(), 20'000), 0);
-        player.engine.seek(5, true);
-        QTRY_VERIFY_WITH_TIMEOUT(!player.engine.isPlaying(), 20'000);
-    }
-
-    void aPipeIsNothing() {
-        Player player;
-        const Location pipe = player.home.path().child("pipe.mp4");
-        QCOMPARE(::mkfifo(pipe.path().constData(), 0600), 0);
-        player.engine.load(pipe, true);
-        QTRY_VERIFY(!player.engine.isPlaying());
-    }
-
-    // As on a share that has gone: calls on the file do not return.
-    void aFileThatNeverAnswersHoldsNothingUp_data() {
-        QTest::addColumn<quint64>("call");
-        QTest::newRow("opening") << quint64(FAN_OPEN_PERM);
-        QTest::newRow("reading") << quint64(FAN_ACCESS_PERM);
-    }
-    void aFileThatNeverAnswersHoldsNothingUp() {
-        QFETCH(quint64, call);
-        std::optional<Player> player(std::in_place);
-        const Location file = copy(*player, "h264.mp4");
-        const Location second = player->home.file("second.mp4", bytesOf("h264.mp4"));
-        const int watch = ::fanotify_init(FAN_CLASS_CONTENT | FAN_CLOEXEC, O_RDONLY | O_CLOEXEC);
-        if (watch < 0)
-            QSKIP("no file can be made to hang here");
-        const auto answerAll = qScopeGuard([watch] { ::close(watch); });
-        for (const Location& hanging : {file, second})
-            if (::fanotify_mark(watch, FAN_MARK_ADD, call, AT_FDCWD, hanging.path().constData()) != 0)
-                QSKIP("no file can be made to hang here");
-
-        QElapsedTimer timer;
-        timer.start();
-        player->engine.load(file, true);
-        QTRY_VERIFY(hangs(watch));
-        QVERIFY(player->engine.isPlaying());
-        player->engine.seek(1, true);
-        player->engine.shuttle(-1);
-        player->engine.load(second, true);
-        player->engine.stop();
-        player->engine.load(file, true);
-        player->engine.load(Clips::clip("blink.mp4"), true);
-        QTRY_COMPARE(player->ends, 1);
-        player->engine.load(second, true);
-        timer.start();
-        player.reset();
-        QVERIFY(timer.elapsed() < 1000);
-    }
-
     void twentyPlayersComeAndGo() {
         QElapsedTimer timer;
         for (int i = 0; i < 20; ++i) {
@@ -276,23 +118,6 @@ private Q_SLOTS:
             player.reset();
             QVERIFY(timer.elapsed() < 1000);
         }
-    }
-
-private:
-    static QByteArray bytesOf(const char* clip) {
-        QFile file(Clips::clip(clip).toString());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-
-    static Location copy(const Player& player, const char* clip) { return player.home.file("film.mp4", bytesOf(clip)); }
-
-    // Somebody waits for the watch to let him go on.
-    static bool hangs(int watch) {
-        fd_set set;
-        FD_ZERO(&set);
-        FD_SET(watch, &set);
-        timeval now{0, 0};
-        return ::select(watch + 1, &set, nullptr, nullptr, &now) == 1;
     }
 };
 
