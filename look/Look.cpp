@@ -24,6 +24,10 @@ void prepareApplication() {
 
 void prepareEngine(QQmlEngine& engine) {
     engine.addImportPath(QStringLiteral(":/qml"));
+    // Plugins that nothing links lie beside the program, or in the libraries of the installation.
+    const QString here = QCoreApplication::applicationDirPath();
+    engine.addImportPath(here + QStringLiteral("/qml"));
+    engine.addImportPath(here + QStringLiteral("/../lib/lumbra/qml"));
     // A module's types are known only once something has imported it, and comfort is set before the first view.
     QQmlComponent(&engine).setData("import QtQml\nimport Lumbra.Look\nQtObject {}", QUrl());
 }

@@ -10,7 +10,8 @@ namespace lumbra::Look {
 // Fonts and text rendering, once, after the application object and before the first window.
 void prepareApplication();
 
-// Where the engine finds the modules that are linked into the program. Every engine that shows our views needs it.
+// Where the engine finds the modules that are linked into the program, and those that it loads when they are needed.
+// Every engine that shows our views needs it.
 void prepareEngine(QQmlEngine& engine);
 
 // Follows the desktop's accessibility settings; may be called again whenever they change.

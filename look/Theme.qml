@@ -48,6 +48,7 @@ QtObject {
     readonly property color danger: "#FF6B5E"
     readonly property color dangerSoft: Qt.rgba(1.0, 0.42, 0.369, 0.16)
     readonly property color clear: Qt.rgba(1, 1, 1, 0)
+    readonly property color paper: white(1) // of documents that bring their own colours
 
     // The scrubber.
     readonly property color bars: Qt.rgba(1.0, 0.82, 0.63, 1)
@@ -57,6 +58,7 @@ QtObject {
     // Type. Regular and semibold are the only weights.
     readonly property string family: Fonts.text
     readonly property string familyDigits: Fonts.digits
+    readonly property string familyCode: "monospace"
     readonly property int regular: Font.Normal
     readonly property int semibold: Font.DemiBold
     readonly property int sizeBadgeSmall: 10
@@ -64,6 +66,7 @@ QtObject {
     readonly property int lineFact: 16
     readonly property int sizeBody: 13
     readonly property int lineBody: 18
+    readonly property int lineDocument: 20 // of what is read at length
     readonly property int sizeSheet: 15
     readonly property int lineSheet: 20
     readonly property int sizePage: 20

@@ -1,0 +1,46 @@
+// A text, in rows of which only those near what is seen are items.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Templates as T
+import Lumbra.Look
+import Lumbra.Media
+
+ListView {
+    id: textView
+
+    required property QuickLookDocument document
+
+    readonly property int measure: 720 // the width of a column that is good to read
+    readonly property int sides: document.isProse ? Math.max(Theme.blockGap, Math.round((width - measure) / 2)) : Theme.pageMargin
+
+    function scrollBy(parts: real) { glide.scrollTo(contentY + parts * height) }
+    function scrollToEnd(end: bool) {
+        glide.stop()
+        end ? positionViewAtEnd() : positionViewAtBeginning()
+    }
+
+    clip: true
+    pixelAligned: true
+    boundsBehavior: Flickable.StopAtBounds
+    keyNavigationEnabled: false
+    reuseItems: true
+    cacheBuffer: height
+    model: document.text
+    header: Item { height: Theme.blockGap }
+    footer: Item { height: Theme.blockGap }
+    T.ScrollBar.vertical: ScrollBar {}
+
+    onMovementStarted: glide.stop()
+
+    delegate: DocumentRowView {
+        x: textView.sides
+        width: textView.width - 2 * textView.sides
+        onLinkActivated: link => textView.document.openLink(link)
+    }
+
+    DocumentGlide {
+        id: glide
+        view: textView
+    }
+}

@@ -1,0 +1,272 @@
+// Films and pages in the web view: what plays, what stays out of reach, and what becomes of a crash.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "media/quicklook/WebVideoPage.h"
+#include "platform/TemporaryFolder.h"
+#include "support/Clips.h"
+#include "support/QmlWindow.h"
+#include "support/TestHome.h"
+
+#include <QFile>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QtTest>
+
+#include <signal.h>
+#include <unistd.h>
+
+Q_IMPORT_QML_PLUGIN(Lumbra_MediaPlugin)
+
+using namespace lumbra;
+
+namespace {
+
+bool isNear(const QColor& a, const QColor& b, int tolerance = 40) {
+    return std::abs(a.red() - b.red()) <= tolerance && std::abs(a.green() - b.green()) <= tolerance
+           && std::abs(a.blue() - b.blue()) <= tolerance;
+}
+
+QByteArray written() {
+    QFile page(WebVideoPage::file().toString());
+    return page.open(QIODevice::ReadOnly) ? page.readAll() : QByteArray();
+}
+
+constexpr char film[] = R"(
+    property url file
+    property var keys: []
+    property bool isOpen: true
+    Keys.onPressed: event => { keys = keys.concat([event.key]); event.accepted = true }
+    Rectangle { anchors.fill: parent; color: "#00ff00" }
+    Loader {
+        objectName: "stage"
+        anchors.fill: parent
+        active: parent.isOpen
+        sourceComponent: WebVideoView { objectName: "film"; path: parent.parent.file; autoplay: true }
+    })";
+
+constexpr char document[] = R"(
+    property var file
+    QuickLookView { objectName: "view"; anchors.fill: parent; path: parent.file })";
+
+constexpr char imports[] = "import Lumbra.Media\n";
+
+} // namespace
+
+class tst_WebVideo : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() {
+        if (QGuiApplication::platformName() == u"offscreen")
+            QSKIP("there is no OpenGL without a display");
+    }
+
+    // First, since the engine never starts twice.
+    void wherePrivilegesForbidTheEngineTheStageIsCalm() {
+        if (::geteuid() != 0)
+            QSKIP("the engine starts for everybody but the superuser");
+        qunsetenv("QTWEBENGINE_DISABLE_SANDBOX");
+        QmlWindow window(film, imports, {{QStringLiteral("file"), Clips::clip("vp9.webm").toUrl()}});
+        QTRY_VERIFY(window.value("film", "failed").toBool());
+        QVERIFY(window.find<QQuickItem>("webFailure")->isVisible());
+        qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
+    }
+
+    void everyContainerPlaysByItself_data() {
+        QTest::addColumn<Location>("file");
+        QTest::newRow("webm with VP8") << Clips::clip("vp8.webm");
+        QTest::newRow("webm with VP9") << Clips::clip("vp9.webm");
+        QTest::newRow("ogv") << Clips::clip("theora.ogv");
+        QTest::newRow("mkv") << copied("vp9.webm", "a film.mkv");
+        QTest::newRow("a hostile name") << copied("vp9.webm", "\"><b>&copy #1?%20 Grüße.webm");
+    }
+    void everyContainerPlaysByItself() {
+        QFETCH(Location, file);
+        QmlWindow window(film, imports, {{QStringLiteral("file"), file.toUrl()}});
+        QTRY_VERIFY_WITH_TIMEOUT(shows(window), 20'000);
+        QTRY_VERIFY_WITH_TIMEOUT(movesAt(window), 20'000);
+    }
+
+    void whatStandsBehindShowsThrough() {
+        QmlWindow window(film, imports, {{QStringLiteral("file"), Clips::clip("vp9.webm").toUrl()}});
+        QTRY_VERIFY_WITH_TIMEOUT(shows(window), 20'000);
+        QTRY_VERIFY(isNear(window->grabWindow().pixelColor(5, 5), Qt::green));
+    }
+
+    void theKeysStayWithTheRoom() {
+        QmlWindow window(film, imports, {{QStringLiteral("file"), Clips::clip("vp9.webm").toUrl()}});
+        QTRY_VERIFY_WITH_TIMEOUT(shows(window), 20'000);
+        QTest::mouseClick(window.window(), Qt::LeftButton, Qt::NoModifier, QPoint(300, 200));
+        QTest::qWait(100);
+        for (const int key : {Qt::Key_Up, Qt::Key_Left, Qt::Key_Space, Qt::Key_Escape, Qt::Key_F})
+            window.press(key);
+        QTRY_COMPARE(window.root()->property("keys").toList().size(), 5);
+    }
+
+    void oneViewIsMadeAndUsedAgain() {
+        QmlWindow window(film, imports, {{QStringLiteral("file"), Clips::clip("vp9.webm").toUrl()}});
+        QTRY_VERIFY_WITH_TIMEOUT(shows(window), 20'000);
+        QObject* const view = viewOf(window);
+        QVERIFY(view);
+        window.root()->setProperty("isOpen", false);
+        QTRY_COMPARE(view->property("url").toUrl(), QUrl(QStringLiteral("about:blank"))); // and it is silent
+        window.root()->setProperty("isOpen", true);
+        QTRY_VERIFY_WITH_TIMEOUT(shows(window), 20'000);
+        QCOMPARE(viewOf(window), view);
+        window.root()->setProperty("file", Clips::clip("theora.ogv").toUrl());
+        QTRY_VERIFY(written().contains("theora.ogv"));
+        QTRY_VERIFY_WITH_TIMEOUT(movesAt(window), 20'000);
+        QCOMPARE(viewOf(window), view);
+    }
+
+    void aSecondViewLeavesTheFirstItsFilm() {
+        constexpr char two[] = R"(
+            property url file
+            Row {
+                WebVideoView { objectName: "film"; width: 300; height: 400; path: root.file }
+                Loader {
+                    id: loader
+                    width: 300; height: 400
+                    active: root.hasSecond
+                    sourceComponent: WebVideoView { objectName: "second"; path: root.second }
+                }
+            }
+            id: root
+            property bool hasSecond: false
+            property url second)";
+        QmlWindow window(two, imports, {{QStringLiteral("file"), Clips::clip("vp9.webm").toUrl()}});
+        QTRY_VERIFY_WITH_TIMEOUT(shows(window), 20'000);
+        QObject* const view = viewOf(window);
+        window.root()->setProperty("second", Clips::clip("vp8.webm").toUrl());
+        window.root()->setProperty("hasSecond", true);
+        QTRY_VERIFY_WITH_TIMEOUT(shows(window, "second"), 20'000);
+        QVERIFY(shows(window));
+        QCOMPARE(viewOf(window), view);
+        QVERIFY(viewOf(window, "second") != view);
+    }
+
+    void aCrashLeavesACalmStageAndTheNextFilmPlays() {
+        QmlWindow window(film, imports, {{QStringLiteral("file"), Clips::clip("vp9.webm").toUrl()}});
+        QTRY_VERIFY_WITH_TIMEOUT(shows(window), 20'000);
+        const qint64 process = viewOf(window)->property("renderProcessPid").toLongLong();
+        QVERIFY(process > 0);
+        QCOMPARE(::kill(pid_t(process), SIGKILL), 0);
+        QTRY_VERIFY(window.value("film", "failed").toBool());
+        QTRY_VERIFY(window.find<QQuickItem>("webFailure")->isVisible());
+        window.press(Qt::Key_Down); // the room lives
+        QCOMPARE(window.root()->property("keys").toList().size(), 1);
+        window.root()->setProperty("file", Clips::clip("vp8.webm").toUrl());
+        QTRY_VERIFY_WITH_TIMEOUT(shows(window), 20'000);
+        QTRY_VERIFY_WITH_TIMEOUT(movesAt(window), 20'000);
+        QVERIFY(!window.find<QQuickItem>("webFailure")->isVisible());
+    }
+
+    void aPageIsShownWithoutItsScriptsAndWithItsOwnFiles() {
+        m_home.file("site/style.css", "body { background: #0000ff; margin: 0 }");
+        const Location page =
+            m_home.file("site/page.html", "<html><head><link rel=stylesheet href=style.css></head><body>words"
+                                          "<script>document.body.style.background = '#ff0000'</script></body></html>");
+        QmlWindow window(document, imports, {{QStringLiteral("file"), QVariant::fromValue(page)}});
+        QTRY_VERIFY_WITH_TIMEOUT(window.value("view", "shown").toBool(), 20'000);
+        QTRY_VERIFY(isNear(window->grabWindow().pixelColor(300, 300), Qt::blue));
+        QTest::qWait(200);
+        QVERIFY(isNear(window->grabWindow().pixelColor(300, 300), Qt::blue));
+    }
+
+    void aPageReachesNothingElse() {
+        QTcpServer server;
+        QVERIFY(server.listen(QHostAddress::LocalHost));
+        int calls = 0;
+        connect(&server, &QTcpServer::newConnection, &server, [&] {
+            ++calls;
+            delete server.nextPendingConnection();
+        });
+        const QByteArray host = "http://127.0.0.1:" + QByteArray::number(server.serverPort()) + '/';
+        m_home.file("secret.css", "body { background: #ff0000 }");
+        m_home.file("site/other.html", "<body style='background:#ff0000'>");
+        const Location page = m_home.file(
+            "site/reaching.html",
+            "<html><head><meta http-equiv=refresh content='0;url=other.html'><link rel=stylesheet href='" + host
+                + "a.css'><link rel=stylesheet href='../secret.css'><link rel=stylesheet href='%2e%2e/secret.css'>"
+                  "<link rel=dns-prefetch href='"
+                + host + "'><link rel=preconnect href='" + host
+                + "'></head><body style='background:#00f;overflow:hidden'><img src='" + host + "a.png'><iframe src='"
+                + host + "a.html'></iframe><video autoplay src='" + host + "a.webm'></video><object data='" + host
+                + "a.svg'></object></body></html>");
+        QmlWindow window(document, imports, {{QStringLiteral("file"), QVariant::fromValue(page)}});
+        QTRY_VERIFY_WITH_TIMEOUT(window.value("view", "shown").toBool(), 20'000);
+        QTest::qWait(1000); // as long as it would take
+        QVERIFY(isNear(window->grabWindow().pixelColor(590, 390), Qt::blue));
+        QCOMPARE(calls, 0);
+    }
+
+    void aLinkLeadsNowhere() {
+        m_home.file("site/other.html", "<body style='background:#ff0000'>");
+        const Location page =
+            m_home.file("site/link.html", "<body style='margin:0;background:#0000ff'><a href='other.html' "
+                                          "style='display:block;height:100vh'>away</a>");
+        QmlWindow window(document, imports, {{QStringLiteral("file"), QVariant::fromValue(page)}});
+        QTRY_VERIFY_WITH_TIMEOUT(window.value("view", "shown").toBool(), 20'000);
+        QTRY_VERIFY(isNear(window->grabWindow().pixelColor(300, 200), Qt::blue));
+        QTest::mouseClick(window.window(), Qt::LeftButton, Qt::NoModifier, QPoint(300, 200));
+        QTest::qWait(500);
+        QVERIFY(isNear(window->grabWindow().pixelColor(300, 200), Qt::blue));
+    }
+
+    void aPageScrollsByKeysAndTheWheel() {
+        const Location page =
+            m_home.file("site/long.html", "<body style='margin:0'><div style='background:#00f;height:1500px'></div>"
+                                          "<div style='background:#f00;height:1500px'></div>");
+        QmlWindow window(document, imports, {{QStringLiteral("file"), QVariant::fromValue(page)}});
+        QTRY_VERIFY_WITH_TIMEOUT(window.value("view", "shown").toBool(), 20'000);
+        QTRY_VERIFY(isNear(window->grabWindow().pixelColor(300, 200), Qt::blue));
+        window.press(Qt::Key_End);
+        QTRY_VERIFY(isNear(window->grabWindow().pixelColor(300, 200), Qt::red));
+        window.press(Qt::Key_Home);
+        QTRY_VERIFY(isNear(window->grabWindow().pixelColor(300, 200), Qt::blue));
+    }
+
+    void aPageThatChangesIsLoadedAnew() {
+        const Location page = m_home.file("site/changes.html", "<body style='background:#0000ff'>");
+        QmlWindow window(document, imports, {{QStringLiteral("file"), QVariant::fromValue(page)}});
+        QTRY_VERIFY_WITH_TIMEOUT(window.value("view", "shown").toBool(), 20'000);
+        QTRY_VERIFY(isNear(window->grabWindow().pixelColor(300, 200), Qt::blue));
+        m_home.file("site/changes.html", "<body style='background:#ff0000'>  ");
+        QTRY_VERIFY_WITH_TIMEOUT(isNear(window->grabWindow().pixelColor(300, 200), Qt::red), 20'000);
+    }
+
+private:
+    Location copied(const char* clip, const char* name) const {
+        const Location to = m_home.path().child(std::string_view(name));
+        QFile::copy(Clips::clip(clip).toString(), to.toString());
+        return to;
+    }
+
+    static bool shows(QmlWindow& window, const char* name = "film") { return window.value(name, "shown").toBool(); }
+
+    // The web view that the film stands in; null while it has none.
+    static QObject* viewOf(QmlWindow& window, const char* name = "film") {
+        auto* stage = window.find<QQuickItem>(name)->findChild<QQuickItem*>(QStringLiteral("webStage"));
+        return stage->property("view").value<QQuickItem*>();
+    }
+
+    // The picture in the middle changes.
+    static bool movesAt(QmlWindow& window) {
+        const QRect middle(150, 100, 300, 200);
+        const QImage before = window->grabWindow().copy(middle);
+        QTest::qWait(150);
+        return window->grabWindow().copy(middle) != before;
+    }
+
+    TestHome m_home;
+};
+
+int main(int argc, char** argv) {
+    qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1"); // tests may run as root, where there is none
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
+    QGuiApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    QGuiApplication application(argc, argv);
+    tst_WebVideo test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_webvideo.moc"
