@@ -42,6 +42,10 @@ bool App::show() {
     m_commands = std::make_unique<BrowserCommands>(m_browser.get());
     m_sidebar = std::make_unique<Sidebar>(&library());
     m_door = std::make_unique<RoomDoor>(&library());
+    connect(m_browser.get(), &Browser::selectedChanged, m_door.get(), [this] {
+        if (const Assets selected = m_browser->selected(); !selected.isEmpty())
+            m_door->expect(selected.first());
+    });
     m_palette = std::make_unique<Palette>(&library());
     m_frame = std::make_unique<Frame>(&library());
     m_onboarding = std::make_unique<Onboarding>(&library());

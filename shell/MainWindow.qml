@@ -34,6 +34,7 @@ Controls.ApplicationWindow {
 
     SplitView {
         anchors.fill: parent
+        opacity: room.coversAll ? 0 : 1 // nothing is drawn that nobody sees
         onResizingChanged: if (!resizing) window.memory.sidebarWidth = pane.width
 
         SidebarView {
@@ -56,6 +57,8 @@ Controls.ApplicationWindow {
         z: 1
 
         Loader {
+            id: room
+            readonly property bool coversAll: window.door.open && item !== null && item.opacity === 1
             anchors.fill: parent
             active: window.door.room !== null
             sourceComponent: ScreeningRoomView {

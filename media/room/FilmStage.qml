@@ -22,13 +22,14 @@ Item {
 
     StagePicture {
         anchors.fill: parent
-        visible: !sight.isItself
+        visible: !sight.isItself && stage.room.open
         poster: stage.room.poster
     }
     VideoSurface {
         anchors.fill: parent
         player: stage.engine
         opacity: sight.isOfFileBefore ? stage.unseen : 1
+        holds: !stage.room.open
     }
     FilmSight {
         id: sight

@@ -2,6 +2,8 @@
 #include "RoomDoor.h"
 
 #include "media/Mpris.h"
+#include "media/player/MpvLibrary.h"
+#include "platform/Tasks.h"
 
 namespace lumbra {
 
@@ -24,6 +26,11 @@ void RoomDoor::follow() {
         m_mpris.reset();
     if (std::exchange(m_wasOpen, isOpen()) != isOpen())
         Q_EMIT openChanged();
+}
+
+void RoomDoor::expect(const Asset& asset) {
+    if (usesEngine(asset) && !std::exchange(m_isReady, true))
+        Tasks::run(Tasks::Pool::utility, [] { MpvLibrary::shared(); });
 }
 
 void RoomDoor::faded() {

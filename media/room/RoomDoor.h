@@ -35,6 +35,9 @@ public:
     // Something plays.
     bool isOpen() const { return m_library->playing().has_value(); }
 
+    // What may be opened next, as far as one can tell: gets ready what takes long the first time.
+    void expect(const Asset& asset);
+
     // The view can no longer be seen; does nothing if the room has been opened again meanwhile.
     Q_INVOKABLE void faded();
 
@@ -50,6 +53,7 @@ private:
     std::unique_ptr<ScreeningRoom> m_room;
     std::unique_ptr<Mpris> m_mpris; // dies before the room
     bool m_wasOpen = false;
+    bool m_isReady = false; // for films and sounds
 };
 
 } // namespace lumbra

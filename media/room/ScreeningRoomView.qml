@@ -186,11 +186,13 @@ FocusScope {
         // Over a film the texts need a ground of their own.
         component Shade: Rectangle {
             property bool atTop: false
+            readonly property real darkest: 0.78
             width: view.width
             visible: view.isFilm
             gradient: Gradient {
-                GradientStop { position: 0; color: Theme.black(atTop ? 0.6 : 0) }
-                GradientStop { position: 1; color: Theme.black(atTop ? 0 : 0.6) }
+                GradientStop { position: 0; color: Theme.black(atTop ? darkest : 0) }
+                GradientStop { position: 0.5; color: Theme.black(0.7 * darkest) }
+                GradientStop { position: 1; color: Theme.black(atTop ? 0 : darkest) }
             }
         }
         Shade {
@@ -199,7 +201,7 @@ FocusScope {
         }
         Shade {
             anchors.bottom: parent.bottom
-            height: view.footHeight + Theme.blockGap
+            height: 2 * view.footHeight
         }
 
         RoomTopBar {

@@ -232,6 +232,20 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(sight->isItself(), 20'000);
     }
 
+    void aFilmFadesWithTheRoom() {
+        if (!hasOpenGl())
+            QSKIP("there is no OpenGL without a display");
+        Room room;
+        room.clip("p/a.mp4", "halves.mp4");
+        room.open("p/a.mp4", {"p/a.mp4"});
+        RoomWindow window(room);
+        QTRY_VERIFY_WITH_TIMEOUT(isNear(window.at(0.5, 0.3), Qt::red, 90), 20'000);
+        room.room->close();
+        const QColor seen = window.at(0.5, 0.3); // the player has stopped
+        QVERIFY2(seen.red() > seen.blue() + 60, qPrintable(seen.name()));
+        QTRY_COMPARE(window.window.root()->property("fades").toInt(), 1);
+    }
+
     void aFilmThatStandsAtItsBeginningSaysSo() {
         if (!hasOpenGl())
             QSKIP("there is no OpenGL without a display");

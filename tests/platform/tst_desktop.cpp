@@ -3,7 +3,10 @@
 #include "support/PrivateBus.h"
 #include "support/TestHome.h"
 
+#include <QDBusArgument>
 #include <QDBusConnection>
+#include <QDBusObjectPath>
+#include <QDBusUnixFileDescriptor>
 #include <QDesktopServices>
 #include <QFile>
 #include <QGuiApplication>
@@ -34,6 +37,69 @@ public:
 
 public Q_SLOTS:
     Q_SCRIPTABLE void ShowItems(const QStringList& urls, const QString&) { shown += urls; }
+
+private:
+    QDBusConnection m_bus;
+};
+
+// Stands where the desktop's portal would, for one of its interfaces.
+class OpenPortal : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.OpenURI")
+
+public:
+    using QObject::QObject;
+
+    QByteArray opened;
+    bool asks = false;
+
+public Q_SLOTS:
+    Q_SCRIPTABLE QDBusObjectPath OpenFile(const QString&, const QDBusUnixFileDescriptor& file,
+                                          const QVariantMap& options) {
+        QFile device;
+        if (device.open(file.fileDescriptor(), QIODevice::ReadOnly))
+            opened = device.readAll();
+        asks = options.value(QStringLiteral("ask")).toBool();
+        return QDBusObjectPath(QStringLiteral("/request"));
+    }
+};
+
+class MailPortal : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Email")
+
+public:
+    using QObject::QObject;
+
+    QByteArrayList attached;
+
+public Q_SLOTS:
+    Q_SCRIPTABLE QDBusObjectPath ComposeEmail(const QString&, const QVariantMap& options) {
+        const auto files = qdbus_cast<QList<QDBusUnixFileDescriptor>>(
+            options.value(QStringLiteral("attachment_fds")).value<QDBusArgument>());
+        for (const QDBusUnixFileDescriptor& file : files) {
+            QFile device;
+            if (device.open(file.fileDescriptor(), QIODevice::ReadOnly))
+                attached.append(device.readAll());
+        }
+        return QDBusObjectPath(QStringLiteral("/request"));
+    }
+};
+
+// A portal on the bus under its name, with what is given.
+class PortalOnBus {
+public:
+    PortalOnBus(const QString& address, QObject& portal)
+        : m_bus(QDBusConnection::connectToBus(address, QStringLiteral("portal"))) {
+        m_bus.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"), &portal,
+                             QDBusConnection::ExportScriptableSlots);
+        m_bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
+    }
+    ~PortalOnBus() {
+        m_bus.unregisterService(QStringLiteral("org.freedesktop.portal.Desktop"));
+        QDBusConnection::disconnectFromBus(QStringLiteral("portal"));
+    }
+    Q_DISABLE_COPY_MOVE(PortalOnBus)
 
 private:
     QDBusConnection m_bus;
@@ -109,6 +175,48 @@ private Q_SLOTS:
         Desktop::reveal({});
         QTest::qWait(0);
         QVERIFY(opener.opened.isEmpty() && fileManager.shown.isEmpty());
+    }
+
+    void thePortalAsksWhichProgramOpensAFile() {
+        TestHome home;
+        OpenPortal portal;
+        const PortalOnBus onBus(m_bus.address(), portal);
+        Opener opener;
+        Desktop::openWith(home.file("a b.png", "pixels"));
+        QTRY_COMPARE(portal.opened, QByteArray("pixels"));
+        QVERIFY(portal.asks);
+        QVERIFY(opener.opened.isEmpty());
+    }
+
+    void withoutAPortalTheUsualProgramOpensIt() {
+        TestHome home;
+        Opener opener;
+        const Location file = home.file("a.png");
+        Desktop::openWith(file);
+        QTRY_COMPARE(opener.opened, QStringList{file.toString()});
+        Desktop::openWith(home.path().child("gone.png"));
+        QTest::qWait(0);
+        QCOMPARE(opener.opened.size(), 1);
+    }
+
+    void aLetterGetsTheFilesThatAreThere() {
+        TestHome home;
+        MailPortal portal;
+        const PortalOnBus onBus(m_bus.address(), portal);
+        Desktop::sendByMail({home.file("a.png", "first"), home.path().child("gone.png"), home.file("b.png", "second")});
+        QTRY_COMPARE(portal.attached, (QByteArrayList{"first", "second"}));
+    }
+
+    void withoutAPortalALetterBeginsInTheMailProgram() {
+        TestHome home;
+        const QByteArray path = qgetenv("PATH");
+        const Location output = home.path().child("output");
+        const Location mailer = program(home, "bin/xdg-email", output);
+        const Location file = home.file("a b.png");
+        qputenv("PATH", home.path().child("bin").path() + ":/bin:/usr/bin");
+        Desktop::sendByMail({file});
+        QTRY_VERIFY(bytesOf(output).endsWith("--attach\n" + file.path() + "\n"));
+        qputenv("PATH", path);
     }
 
     void theUsersTerminalStartsInTheFolder() {
