@@ -54,7 +54,7 @@ int main(int argc, char** argv) {
         return 2;
     Reader reader;
     Thumbnails thumbnails(reader);
-    const Location file(QByteArray(argv[1]));
+    const Location file{QByteArray(argv[1])};
     fill(thumbnails, file, 0);
     const double before = mebibytes();
     for (int from = atOnce; from < pictures; from += atOnce)
