@@ -66,7 +66,7 @@ private Q_SLOTS:
         const Location file = make("told.wav", QStringLiteral("-f lavfi -i sine=d=1"));
         QList<float> bars;
         Waveform::bars(m_reader, file, 20).then(this, [&bars](const QList<float>& told) {
-            QCOMPARE(QThread::currentThread(), qApp->thread());
+            QCOMPARE(QThread::currentThread(), QCoreApplication::instance()->thread());
             bars = told;
         });
         QTRY_COMPARE_WITH_TIMEOUT(bars.size(), 20, 20'000);

@@ -102,7 +102,7 @@ private Q_SLOTS:
         Reader reader;
         QImage image;
         reader.thumbnail(picture("told.png", {8, 8}, Qt::blue), box).then(this, [&image](const QImage& told) {
-            QCOMPARE(QThread::currentThread(), qApp->thread());
+            QCOMPARE(QThread::currentThread(), QCoreApplication::instance()->thread());
             image = told;
         });
         QTRY_VERIFY(!image.isNull());
