@@ -106,6 +106,15 @@ Tasks::Task<QImage> Reader::thumbnail(const Location& file, QSize box, Urgency u
         });
 }
 
+Tasks::Task<QSize> Reader::pixels(const Location& file, Urgency urgency, std::stop_token stop) {
+    return ask<QSize>(
+        reader::Kind::pixels, file, {}, urgency, std::move(stop),
+        [](const reader::Found& found) { return reader::decodedPixelSize(found.details) && found.bulk.isEmpty(); },
+        [](const std::optional<reader::Found>& found) {
+            return found ? reader::decodedPixelSize(found->details)->size : QSize();
+        });
+}
+
 Tasks::Task<std::optional<Reader::MediaFacts>> Reader::mediaFacts(const Location& file, Urgency urgency,
                                                                   std::stop_token stop) {
     return ask<std::optional<MediaFacts>>(

@@ -72,6 +72,9 @@ public:
     Tasks::Task<QImage> thumbnail(const Location& file, QSize box, Urgency urgency = Urgency::visible,
                                   std::stop_token stop = {});
 
+    // How many pixels an image has in its file, upright, as its header says; empty if that is not known.
+    Tasks::Task<QSize> pixels(const Location& file, Urgency urgency = Urgency::visible, std::stop_token stop = {});
+
     // Absent for what holds neither moving pictures nor sound.
     Tasks::Task<std::optional<MediaFacts>> mediaFacts(const Location& file, Urgency urgency = Urgency::visible,
                                                       std::stop_token stop = {});

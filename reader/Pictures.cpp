@@ -70,6 +70,24 @@ QImage thumbnail(OpenedFile& file, QSize box, std::chrono::milliseconds limit) {
     return {};
 }
 
+QSize pixels(OpenedFile& file) {
+    switch (formatOf(file.head(), file.extension())) {
+    case Format::jpeg:
+    case Format::png:
+    case Format::simpleImage: {
+        const QSize size = rasterPixels(file);
+        return size.isEmpty() ? vipsPixels(file) : size;
+    }
+    case Format::webp: // whose turn Qt does not tell
+    case Format::modernImage:
+        return vipsPixels(file);
+    case Format::photoshop:
+        return photoshopPixels(file);
+    default:
+        return {};
+    }
+}
+
 void warmUp() {
     // One request, one thread: the pool of readers is what works side by side.
     QThreadPool::globalInstance()->setMaxThreadCount(1);

@@ -30,6 +30,12 @@ Answer thumbnail(const Request& request, OpenedFile& file, std::span<uchar> aren
     return {.found = true, .details = encoded(PictureBytes::facts(picture)), .bulk = quint32(bytes)};
 }
 
+Answer pixels(OpenedFile& file) {
+    const PixelSize pixels{Pictures::pixels(file)};
+    const QByteArray details = encoded(pixels);
+    return decodedPixelSize(details) ? Answer{.found = true, .details = details} : Answer{};
+}
+
 } // namespace
 
 Service::Service(int socket, int memory) : m_socket(socket) {
@@ -74,6 +80,9 @@ Answer Service::answer(const Request& request) {
             switch (request.kind) {
             case Kind::thumbnail:
                 made = thumbnail(request, *file, arena);
+                break;
+            case Kind::pixels:
+                made = pixels(*file);
                 break;
             case Kind::mediaFacts:
                 made = m_media.facts(request, *file);

@@ -95,11 +95,27 @@ void Stills::take(const QString& key, const QImage& image) {
     Entry& entry = m_entries.at(key);
     entry.decodedFor = *std::exchange(entry.askedFor, {});
     // A file that can't be read any more leaves what it gave before.
+    const QSize known = entry.still ? entry.still->pixels : QSize();
     if (!image.isNull() || !entry.still)
-        entry.still = Still{image, isWhole(image, entry.decodedFor) ? image.size() : QSize()};
+        entry.still = Still{image, isWhole(image, entry.decodedFor) ? image.size() : known};
+    const bool isCut = entry.still->pixels.isEmpty() && !entry.still->image.isNull();
     if (key == m_shown)
         Q_EMIT made();
+    if (isCut && m_entries.contains(key))
+        askForPixels(key);
     makeNext();
+}
+
+// Of a picture that was decoded smaller than it is.
+void Stills::askForPixels(const QString& key) {
+    m_reader.pixels(m_entries.at(key).file).then(this, [this, key](const QSize& pixels) {
+        const auto entry = m_entries.find(key);
+        if (entry == m_entries.end() || !entry->second.still || pixels.isEmpty())
+            return;
+        entry->second.still->pixels = pixels;
+        if (key == m_shown)
+            Q_EMIT made();
+    });
 }
 
 } // namespace lumbra

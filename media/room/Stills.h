@@ -67,6 +67,7 @@ private:
     void makeNext();
     void make(const QString& key);
     void take(const QString& key, const QImage& image);
+    void askForPixels(const QString& key);
     bool isGood(const Entry& entry) const;
 
     Reader& m_reader;

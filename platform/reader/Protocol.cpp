@@ -46,7 +46,7 @@ bool isTime(double seconds) {
 }
 
 bool isKind(quint8 kind) {
-    return kind >= quint8(Kind::thumbnail) && kind <= quint8(Kind::page);
+    return kind >= quint8(Kind::thumbnail) && kind <= quint8(Kind::pixels);
 }
 
 // The bytes that a picture's pixels take; absent for sides that no picture has.
@@ -69,6 +69,10 @@ QByteArray encoded(const Answer& answer) {
 
 QByteArray encoded(const PictureBox& box) {
     return written(quint32(box.size.width()), quint32(box.size.height()));
+}
+
+QByteArray encoded(const PixelSize& pixels) {
+    return written(quint32(pixels.size.width()), quint32(pixels.size.height()));
 }
 
 QByteArray encoded(const PictureFacts& facts) {
@@ -136,6 +140,14 @@ std::optional<PictureBox> decodedPictureBox(const QByteArray& details) {
     if (!read(details, width, height) || !isSide(width) || !isSide(height))
         return std::nullopt;
     return PictureBox{QSize(int(width), int(height))};
+}
+
+std::optional<PixelSize> decodedPixelSize(const QByteArray& details) {
+    const auto isPossible = [](quint32 side) { return side >= 1 && side <= quint32(longestPicture); };
+    quint32 width = 0, height = 0;
+    if (!read(details, width, height) || !isPossible(width) || !isPossible(height))
+        return std::nullopt;
+    return PixelSize{QSize(int(width), int(height))};
 }
 
 std::optional<PictureFacts> decodedPictureFacts(const QByteArray& details, qsizetype bulk) {

@@ -38,6 +38,9 @@ inline constexpr int mostPages = 20'000;
 // The pixels that a side of a whole page may have, of which a part is asked for.
 inline constexpr int longestPage = 1 << 20;
 
+// More pixels a side no picture is believed to have.
+inline constexpr int longestPicture = 1 << 20;
+
 // What can be asked. The values are part of the protocol.
 enum class Kind : quint8 {
     thumbnail = 1,  // details: PictureBox; the answer's details: PictureFacts, its bulk the pixels
@@ -46,6 +49,7 @@ enum class Kind : quint8 {
     loudness = 4,   // details: LoudnessWish; the answer's bulk: so many floats in the machine's order
     pages = 5,      // no details; the answer's details: PagesFacts, its bulk each page's width and height as floats
     page = 6,       // details: PageWish; the answer's details: PictureFacts, its bulk the pixels
+    pixels = 7,     // no details; the answer's details: PixelSize
 };
 
 struct Request {
@@ -65,6 +69,11 @@ struct Answer {
 
 // The pixels that a picture must fit into; its proportions are kept and nothing is enlarged but drawings.
 struct PictureBox {
+    QSize size;
+};
+
+// How many pixels a picture has in its file, upright.
+struct PixelSize {
     QSize size;
 };
 
@@ -121,6 +130,7 @@ struct PageWish {
 QByteArray encoded(const Request& request);
 QByteArray encoded(const Answer& answer);
 QByteArray encoded(const PictureBox& box);
+QByteArray encoded(const PixelSize& pixels);
 QByteArray encoded(const PictureFacts& facts);
 QByteArray encoded(const FramesFacts& facts);
 QByteArray encoded(const MediaFacts& facts);
@@ -133,6 +143,7 @@ QByteArray encoded(const PageWish& wish);
 std::optional<Request> decodedRequest(const QByteArray& message);
 std::optional<Answer> decodedAnswer(const QByteArray& message);
 std::optional<PictureBox> decodedPictureBox(const QByteArray& details);
+std::optional<PixelSize> decodedPixelSize(const QByteArray& details);
 std::optional<PictureFacts> decodedPictureFacts(const QByteArray& details, qsizetype bulk);
 std::optional<FramesFacts> decodedFramesFacts(const QByteArray& details, qsizetype bulk);
 std::optional<MediaFacts> decodedMediaFacts(const QByteArray& details);

@@ -22,6 +22,11 @@ QImage modernPicture(OpenedFile& file, QSize box, Milliseconds limit);
 QImage codecPicture(OpenedFile& file, QSize box, Milliseconds limit);
 QImage photoshopPicture(OpenedFile& file, QSize box, Milliseconds limit);
 
+// How many pixels such a picture has, upright, with nothing but its header read; empty if that does not tell.
+QSize rasterPixels(OpenedFile& file);
+QSize vipsPixels(OpenedFile& file);
+QSize photoshopPixels(OpenedFile& file);
+
 // Drawings, pages, moving pictures.
 QImage drawingPicture(OpenedFile& file, QSize box, Milliseconds limit);
 QImage packedDrawingPicture(OpenedFile& file, QSize box, Milliseconds limit);

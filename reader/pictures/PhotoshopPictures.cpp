@@ -232,6 +232,11 @@ bool isClearSomewhere(QIODevice& device, bool isLarge) {
 
 } // namespace
 
+QSize photoshopPixels(OpenedFile& file) {
+    const Header header = Header::read(file.device());
+    return header.isReadable() ? QSize(header.width, header.height) : QSize();
+}
+
 QImage photoshopPicture(OpenedFile& file, QSize box, Milliseconds limit) {
     const Clock::time_point deadline = Clock::now() + limit;
     QFile& device = file.device();

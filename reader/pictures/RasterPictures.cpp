@@ -57,6 +57,12 @@ QImage rasterPicture(const QByteArray& bytes, QSize box) {
     return readScaled(reader, box);
 }
 
+QSize rasterPixels(OpenedFile& file) {
+    QImageReader reader(&file.device(), file.extension());
+    reader.setDecideFormatFromContent(true);
+    return isTurned(reader) ? reader.size().transposed() : reader.size();
+}
+
 QImage modernPicture(OpenedFile& file, QSize box, Milliseconds limit) {
     return vipsPicture(file, box, limit);
 }

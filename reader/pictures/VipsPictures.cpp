@@ -103,6 +103,13 @@ QImage unpacked(const Image& image) {
     return view.convertToFormat(bands == 4 ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
 }
 
+MakeSource sourcesOf(OpenedFile& file) {
+    return [&file] {
+        ::lseek(file.descriptor(), 0, SEEK_SET);
+        return vips_source_new_from_descriptor(file.descriptor());
+    };
+}
+
 QImage picture(const MakeSource& make, QSize box) {
     const Image opened = openedPicture(make);
     Image thumbnail;
@@ -116,13 +123,19 @@ QImage picture(const MakeSource& make, QSize box) {
 } // namespace
 
 QImage vipsPicture(OpenedFile& file, QSize box, Milliseconds) {
+    return start() ? picture(sourcesOf(file), box) : QImage();
+}
+
+QSize vipsPixels(OpenedFile& file) {
     if (!start())
         return {};
-    const auto source = [&file] {
-        ::lseek(file.descriptor(), 0, SEEK_SET);
-        return vips_source_new_from_descriptor(file.descriptor());
-    };
-    return picture(source, box);
+    const Image opened = openedPicture(sourcesOf(file));
+    vips_error_clear();
+    if (!opened)
+        return {};
+    constexpr int turned = 5; // and above, as cameras count
+    const QSize size(opened->Xsize, opened->Ysize);
+    return vips_image_get_orientation(opened.get()) >= turned ? size.transposed() : size;
 }
 
 QImage vipsPicture(const QByteArray& bytes, QSize box) {

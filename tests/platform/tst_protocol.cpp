@@ -97,6 +97,14 @@ private Q_SLOTS:
         QVERIFY(!decodedAnswer(message));
     }
 
+    void pixelsArriveAsTheyWereSentWithinBounds() {
+        QCOMPARE(decodedPixelSize(encoded(PixelSize{{40'000, 1}}))->size, QSize(40'000, 1));
+        for (const QSize& size : {QSize(0, 5), QSize(5, 0), QSize(longestPicture + 1, 5), QSize(-1, 5)})
+            QVERIFY(!decodedPixelSize(encoded(PixelSize{size})));
+        QVERIFY(!decodedPixelSize({}));
+        QVERIFY(!decodedPixelSize(encoded(PixelSize{{4, 4}}) + 'x'));
+    }
+
     void whatIsAskedOfMediaArrivesAsItWasSent() {
         const FramesWish wish{.moments = {0, 0.25, 3600.5},
                               .unit = FramesWish::Unit::durations,

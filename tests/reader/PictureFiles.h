@@ -116,6 +116,11 @@ public:
         return file ? reader::Pictures::thumbnail(*file, box, limit) : QImage();
     }
 
+    QSize pixels(const QByteArray& name) const {
+        const auto file = reader::OpenedFile::open(path(name).toUtf8());
+        return file ? reader::Pictures::pixels(*file) : QSize();
+    }
+
 private:
     TestHome m_home;
 };

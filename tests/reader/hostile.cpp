@@ -39,6 +39,9 @@ Answer fineAnswer(const Request& request) {
     case Kind::mediaFacts:
         answer.details = encoded(MediaFacts{1, true, true});
         break;
+    case Kind::pixels:
+        answer.details = encoded(PixelSize{{1, 1}});
+        break;
     case Kind::frames:
         answer.details = encoded(FramesFacts{{pixel}});
         answer.bulk = 4;
@@ -65,6 +68,9 @@ void makeSenseless(Answer& answer, Kind kind) {
         break;
     case Kind::mediaFacts:
         answer.details = encoded(MediaFacts{-1, true, true});
+        break;
+    case Kind::pixels:
+        answer.details = encoded(PixelSize{{longestPicture + 1, 1}});
         break;
     case Kind::frames:
         answer.details = encoded(FramesFacts{{tooLarge}});

@@ -56,6 +56,19 @@ private Q_SLOTS:
         QVERIFY(!showsQuarters(image));
     }
 
+    void theHeaderTellsThePixels() {
+        for (const char* const name : {"large.jpg", "large.png", "large.webp", "large.bmp", "large.tiff"}) {
+            QVERIFY2(QImage(1200, 700, QImage::Format_RGB32).save(path(name)), name);
+            QCOMPARE(pixels(name), QSize(1200, 700));
+        }
+        QCOMPARE(pixels("turned.tiff"), QSize(480, 640));
+        QCOMPARE(pixels("turned.webp"), QSize(480, 640));
+        write("words.txt", "words");
+        write("broken.png", QByteArray("\x89PNG\r\n\x1a\n") + "and then nothing");
+        QCOMPARE(pixels("words.txt"), QSize());
+        QCOMPARE(pixels("broken.png"), QSize());
+    }
+
     void otherFormatsAreTurnedToo_data() {
         QTest::addColumn<QByteArray>("name");
         QTest::newRow("webp") << QByteArray("turned.webp");
