@@ -24,8 +24,6 @@ Item {
         return [...kept, ...left, ...film].reduce((sum, control) => sum + control.implicitWidth + row.spacing, margins)
     }
     readonly property bool wide: wideWidth <= row.width
-    // A menu of the capsule is open, or the pointer is down on it: it must not hide now.
-    readonly property bool inUse: speeds.visible || scrubber.dragging || volume.pressed
 
     readonly property int margin: Theme.pageMargin
     readonly property int jump: 5 // seconds
@@ -44,6 +42,12 @@ Item {
     MouseArea {
         anchors.fill: parent
         acceptedButtons: Qt.AllButtons
+    }
+
+    // A menu goes with the control that it belongs to.
+    Connections {
+        target: capsule.room
+        function onChromeChanged() { if (!capsule.room.chrome) speed.close() }
     }
 
     ScrubberView {
@@ -128,39 +132,10 @@ Item {
             engine: capsule.engine
         }
         Item { Layout.fillWidth: true }
-        Button {
+        SpeedButton {
             id: speed
             objectName: "speed"
-            implicitWidth: 56 // of the longest label, so that nothing moves beside it
-            leftPadding: Theme.grid
-            text: Transport.speedText(capsule.engine.speed)
-            hint: speeds.visible ? "" : qsTr("Playback speed")
-            Accessible.role: Accessible.ButtonMenu
-            Accessible.name: qsTr("Playback speed")
-            Accessible.description: text
-            onClicked: speeds.popup(speed, 0, -speeds.implicitHeight - Theme.gap)
-
-            Menu {
-                id: speeds
-                objectName: "speeds"
-
-                Repeater {
-                    model: Transport.speeds
-
-                    MenuItem {
-                        required property double modelData
-                        objectName: "speed" + modelData
-                        text: Transport.speedText(modelData)
-                        checkable: true
-                        checked: capsule.engine.speed === modelData
-                        onTriggered: {
-                            capsule.engine.speed = modelData
-                            // The click has set it by itself, and undone the binding.
-                            checked = Qt.binding(() => capsule.engine.speed === modelData)
-                        }
-                    }
-                }
-            }
+            engine: capsule.engine
         }
         IconButton {
             id: loop
@@ -194,7 +169,11 @@ Item {
             from: 0
             to: 1
             value: capsule.engine.volume
-            onMoved: capsule.engine.volume = value
+            onMoved: {
+                capsule.engine.volume = value
+                // Which does not hear of a pointer that is held here, and would hide what is in use.
+                capsule.room.pointerAt(handle.mapToItem(null, 0, 0))
+            }
         }
         IconButton {
             id: pip

@@ -2,11 +2,11 @@
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
-import QtQuick.Templates as T
 import Lumbra.Look
 import Lumbra.Media
 
-T.AbstractButton {
+// No button, for Qt would tell assistive technology that it is one, whatever stands here.
+Item {
     id: row
 
     required property var asset
@@ -14,15 +14,14 @@ T.AbstractButton {
     required property bool starred
     required property bool playing
 
+    signal clicked()
+
     readonly property int thumbWidth: 88
     readonly property int thumbHeight: 56
     readonly property int bucket: 140
     readonly property string facts: [duration.text, playing ? qsTr("Playing") : ""].filter(text => text).join(", ")
 
     implicitHeight: thumbHeight + 2 * (Theme.grid + 2)
-    focusPolicy: Qt.NoFocus // the arrow keys of the room go from row to row
-    hoverEnabled: true
-    text: name
 
     Accessible.role: Accessible.ListItem
     Accessible.name: name
@@ -37,71 +36,76 @@ T.AbstractButton {
         wanted: thumb.hasImage || thumb.failed // what is seen first is asked for first
     }
 
-    background: Bed {
-        hovered: row.hovered
-        pressed: row.down
+    Bed {
+        anchors.fill: parent
+        hovered: hover.hovered
+        pressed: tap.pressed
         selected: row.playing
     }
-    contentItem: Item {
-        Rectangle {
-            id: well
-            x: Theme.grid + 2
-            anchors.verticalCenter: parent.verticalCenter
-            width: row.thumbWidth
-            height: row.thumbHeight
-            radius: Theme.radiusItem
-            color: Theme.well
+    HoverHandler { id: hover }
+    TapHandler {
+        id: tap
+        gesturePolicy: TapHandler.WithinBounds
+        onTapped: row.clicked()
+    }
+    Rectangle {
+        id: well
+        x: Theme.grid + 2
+        anchors.verticalCenter: parent.verticalCenter
+        width: row.thumbWidth
+        height: row.thumbHeight
+        radius: Theme.radiusItem
+        color: Theme.well
 
-            ThumbnailView {
-                id: thumb
-                anchors.fill: parent
-                asset: row.asset
-                size: row.bucket
-                backdrop: true
-                cornerRadius: well.radius
-            }
+        ThumbnailView {
+            id: thumb
+            anchors.fill: parent
+            asset: row.asset
+            size: row.bucket
+            backdrop: true
+            cornerRadius: well.radius
         }
+    }
+    Label {
+        id: title
+        objectName: "queueName"
+        anchors { left: well.right; leftMargin: Theme.gap + 2; right: star.left; rightMargin: Theme.grid }
+        anchors.bottom: parent.verticalCenter
+        anchors.bottomMargin: below.visible ? 0 : -height / 2
+        elide: Text.ElideMiddle
+        text: row.name
+        font.weight: row.playing ? Theme.semibold : Theme.regular
+        Accessible.ignored: true
+    }
+    Row {
+        id: below
+        anchors { left: title.left; top: title.bottom }
+        visible: duration.text !== "" || row.playing
+        spacing: Theme.gap
+
         Label {
-            id: title
-            objectName: "queueName"
-            anchors { left: well.right; leftMargin: Theme.gap + 2; right: star.left; rightMargin: Theme.grid }
-            anchors.bottom: parent.verticalCenter
-            anchors.bottomMargin: below.visible ? 0 : -height / 2
-            elide: Text.ElideMiddle
-            text: row.name
-            font.weight: row.playing ? Theme.semibold : Theme.regular
+            visible: text !== ""
+            style: Label.Fact
+            tabular: true
+            text: duration.text
             Accessible.ignored: true
         }
-        Row {
-            id: below
-            anchors { left: title.left; top: title.bottom }
-            visible: duration.text !== "" || row.playing
-            spacing: Theme.gap
-
-            Label {
-                visible: text !== ""
-                style: Label.Fact
-                tabular: true
-                text: duration.text
-                Accessible.ignored: true
-            }
-            Label {
-                objectName: "playingLabel"
-                visible: row.playing
-                style: Label.Fact
-                color: Theme.amber
-                text: qsTr("Playing")
-                Accessible.ignored: true
-            }
-        }
-        Symbol {
-            id: star
-            anchors { right: parent.right; rightMargin: Theme.gap; verticalCenter: parent.verticalCenter }
-            width: row.starred ? size : 0
-            visible: row.starred
-            name: "star.fill"
-            size: Theme.sizeSymbolSmall
+        Label {
+            objectName: "playingLabel"
+            visible: row.playing
+            style: Label.Fact
             color: Theme.amber
+            text: qsTr("Playing")
+            Accessible.ignored: true
         }
+    }
+    Symbol {
+        id: star
+        anchors { right: parent.right; rightMargin: Theme.gap; verticalCenter: parent.verticalCenter }
+        width: row.starred ? size : 0
+        visible: row.starred
+        name: "star.fill"
+        size: Theme.sizeSymbolSmall
+        color: Theme.amber
     }
 }

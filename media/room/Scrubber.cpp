@@ -13,6 +13,8 @@ Scrubber::Scrubber(QObject* parent) : QObject(parent) {
     m_rest.setTimerType(Qt::PreciseTimer);
     m_rest.setInterval(rest);
     connect(&m_rest, &QTimer::timeout, this, &Scrubber::askForPreview);
+    for (const auto& change : {&Scrubber::hoverChanged, &Scrubber::previewChanged, &Scrubber::trackChanged})
+        connect(this, change, this, &Scrubber::cardFrameChanged);
 }
 
 void Scrubber::setAsset(const Asset& asset) {
@@ -87,7 +89,9 @@ void Scrubber::fillTrack() {
 }
 
 double Scrubber::playhead() const {
-    return m_engine ? ScrubGeometry::playedPart(m_engine->time(), m_engine->duration()) * m_width : 0;
+    if (!m_engine)
+        return 0;
+    return m_dragging ? m_dragX : ScrubGeometry::playedPart(m_engine->time(), m_engine->duration()) * m_width;
 }
 
 double Scrubber::timeAt(double x) const {
@@ -104,7 +108,9 @@ void Scrubber::drag(double x) {
         m_engine->wasPlayingBeforeScrub = m_engine->isPlaying();
         m_engine->pause();
     }
+    m_dragX = m_engine->duration() > 0 ? std::clamp(x, 0.0, std::max(m_width, 0.0)) : 0;
     m_engine->seek(timeAt(x), false);
+    Q_EMIT playheadChanged();
 }
 
 void Scrubber::release(double x) {
@@ -117,8 +123,10 @@ void Scrubber::release(double x) {
 }
 
 void Scrubber::setDragging(bool dragging) {
-    if (std::exchange(m_dragging, dragging) != dragging)
-        Q_EMIT draggingChanged();
+    if (std::exchange(m_dragging, dragging) == dragging)
+        return;
+    Q_EMIT draggingChanged();
+    Q_EMIT playheadChanged();
 }
 
 // The frame under the pointer
@@ -180,6 +188,13 @@ void Scrubber::setPreview(const QImage& preview) {
         return;
     m_preview = preview;
     Q_EMIT previewChanged();
+}
+
+QImage Scrubber::cardFrame() const {
+    if (!m_preview.isNull() || m_strip.isEmpty() || !m_engine || m_engine->duration() <= 0)
+        return m_preview;
+    const auto slice = qsizetype(hoverTime() / m_engine->duration() * double(m_strip.size()));
+    return m_strip[std::min(slice, m_strip.size() - 1)];
 }
 
 double Scrubber::cardLeft() const {

@@ -37,7 +37,7 @@ class Scrubber : public QObject {
     Q_PROPERTY(bool hovered READ isHovered NOTIFY hoverChanged)
     Q_PROPERTY(double hoverX READ hoverPoint NOTIFY hoverChanged)
     Q_PROPERTY(double hoverTime READ hoverTime NOTIFY hoverChanged)
-    Q_PROPERTY(QImage preview READ preview NOTIFY previewChanged)
+    Q_PROPERTY(QImage cardFrame READ cardFrame NOTIFY cardFrameChanged)
     Q_PROPERTY(double cardLeft READ cardLeft NOTIFY hoverChanged)
     Q_PROPERTY(double cardRise READ cardRise NOTIFY cardRiseChanged)
     Q_PROPERTY(double frameHeight READ frameHeight NOTIFY cardRiseChanged)
@@ -70,7 +70,8 @@ public:
     const QList<QImage>& strip() const { return m_strip; }
     const QList<float>& bars() const { return m_bars; }
 
-    // Where the player stands.
+    // Where the player stands, or was sent by a drag: on its way it shows the nearest picture that is cheap, which may
+    // be far from the pointer.
     double playhead() const;
 
     // The pointer is down. A drag begins with the first call, which pauses the player.
@@ -91,6 +92,9 @@ public:
     // A frame of the film near the pointer's time; null until there is one.
     QImage preview() const { return m_preview; }
 
+    // What the card shows: the preview, and until that is there the nearest frame of the strip.
+    QImage cardFrame() const;
+
     double cardLeft() const;
     double cardRise() const;
     double frameHeight() const;
@@ -105,6 +109,7 @@ Q_SIGNALS:
     void playheadChanged();
     void hoverChanged();
     void previewChanged();
+    void cardFrameChanged();
     void cardRiseChanged();
 
     // A frame is sought for the hover preview, at that time.
@@ -127,6 +132,7 @@ private:
     QList<float> m_bars;
     MediaRequest m_request; // for one of the two
     bool m_dragging = false;
+    double m_dragX = 0;
     std::optional<double> m_hoverX;
     std::optional<qint64> m_quarter; // of a second, that a frame was or is about to be sought for
     QTimer m_rest;

@@ -73,15 +73,23 @@ Item {
         preventStealing: true
         onPressed: mouse => scrubber.drag(mouse.x)
         onPositionChanged: mouse => {
-            if (pressed)
+            if (pressed) {
                 scrubber.drag(mouse.x)
+                tellRoom(mouse)
+            }
             if (containsMouse)
                 scrubber.hover(mouse.x)
         }
-        onReleased: mouse => scrubber.release(mouse.x)
+        onReleased: mouse => {
+            scrubber.release(mouse.x)
+            tellRoom(mouse)
+        }
         onCanceled: scrubber.release(scrubber.playhead)
         onEntered: scrubber.hover(mouseX)
         onExited: scrubber.leave()
+
+        // It does not hear of a pointer that is held here, and would hide what is in use.
+        function tellRoom(mouse: MouseEvent) { view.room.pointerAt(mapToItem(null, mouse.x, mouse.y)) }
     }
 
     Surface {
@@ -89,12 +97,13 @@ Item {
         objectName: "card"
 
         readonly property int inset: Theme.grid
+        readonly property int gap: Theme.pageMargin + Theme.grid + 2 // clear of the capsule's edge
 
         visible: scrubber.hovered && scrubber.isVideo
         x: scrubber.cardLeft
         y: -scrubber.cardRise
         width: scrubber.cardWidth
-        height: scrubber.cardRise - Theme.shadowDrop
+        height: scrubber.cardRise - gap
         radius: Theme.radiusCard
 
         FramePicture {
@@ -105,12 +114,12 @@ Item {
             width: card.width - 2 * card.inset
             height: scrubber.frameHeight * width / card.width
             cornerRadius: card.radius - card.inset
-            image: scrubber.preview
+            image: scrubber.cardFrame
         }
         Label {
             objectName: "hoverTime"
             anchors.horizontalCenter: parent.horizontalCenter
-            y: (frame.y + frame.height + card.height - height) / 2
+            y: Math.round((frame.y + frame.height + card.height - height) / 2)
             style: Label.Fact
             tabular: true
             color: Theme.text

@@ -128,6 +128,17 @@ private Q_SLOTS:
         QVERIFY(!on.player.engine.isPlaying());
     }
 
+    void thePlayheadStaysUnderThePointer() {
+        Scrubbed on("rare.mp4");
+        on.scrubber.drag(300);
+        QVERIFY(on.player.settlesAt(0)); // its one key picture
+        QCOMPARE(on.scrubber.playhead(), 300.0);
+        on.scrubber.drag(500);
+        QCOMPARE(on.scrubber.playhead(), 400.0);
+        on.scrubber.release(200);
+        QVERIFY(isNear(on.scrubber.playhead(), 200, 1));
+    }
+
     // The film has one key picture, at its beginning: what is cheap to show is that, whatever was asked for.
     void theDragIsCheapAndTheReleaseExact() {
         Scrubbed on("rare.mp4");
@@ -276,6 +287,19 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(std::abs(numberIn(on.scrubber.preview()) - 50) <= 2, 20'000);
         on.scrubber.leave();
         QVERIFY(on.scrubber.preview().isNull());
+    }
+
+    void untilThePreviewIsThereTheCardShowsTheNearestFrameOfTheStrip() {
+        Scrubbed on("long.mp4");
+        QTRY_COMPARE_WITH_TIMEOUT(on.scrubber.strip().size(), 12, 20'000);
+        on.scrubber.hover(0);
+        QCOMPARE(on.scrubber.cardFrame().cacheKey(), on.scrubber.strip().first().cacheKey());
+        on.scrubber.hover(201);
+        QCOMPARE(on.scrubber.cardFrame().cacheKey(), on.scrubber.strip().at(6).cacheKey());
+        on.scrubber.hover(400);
+        QCOMPARE(on.scrubber.cardFrame().cacheKey(), on.scrubber.strip().last().cacheKey());
+        QTRY_VERIFY_WITH_TIMEOUT(!on.scrubber.preview().isNull(), 20'000);
+        QCOMPARE(on.scrubber.cardFrame().cacheKey(), on.scrubber.preview().cacheKey());
     }
 
     void thePreviewOfTheFileBeforeGoesWithIt() {
