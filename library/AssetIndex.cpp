@@ -157,7 +157,6 @@ AssetIndex::AssetIndex(std::vector<std::shared_ptr<Folder>> folders) {
     Chunk sorted;
     sorted.reserve(folders.size());
     for (auto& folder : folders) {
-        folder->finish();
         if (!sorted.empty() && sorted.back()->path() == folder->path())
             sorted.pop_back();
         if (folder->size() > 0)

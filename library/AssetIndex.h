@@ -38,7 +38,8 @@ public:
     public:
         explicit Folder(std::string path) : m_path(std::move(path)) {}
 
-        // While building: any order, `finish` once at the end. A name given twice keeps its last record.
+        // While building: any order, `finish` once at the end, which also gives back what was taken for growth. A name
+        // given twice keeps its last record.
         void add(const File& file);
         void finish();
 
@@ -147,7 +148,7 @@ public:
 
     AssetIndex();
 
-    // Takes folders in any order; of two with one path the later stays.
+    // Takes finished folders in any order; of two with one path the later stays.
     explicit AssetIndex(std::vector<std::shared_ptr<Folder>> folders);
 
     qsizetype count() const { return m_count; }

@@ -136,8 +136,11 @@ void indexFolders(FolderQueue& queue, const std::stop_token& stop, Folders& foun
                     folder.number(), buffer.get(),
                     [&](std::string_view name) { subfolders.push_back(path.child(name)); },
                     [&](const AssetIndex::File& file) { assets->add(file); });
-                if (assets->size() > 0)
+                if (assets->size() > 0) {
+                    // At once, not all at the end: what one folder gives back, the next takes.
+                    assets->finish();
                     found.push_back(std::move(assets));
+                }
             }
             goesDown = !subfolders.empty();
             if (goesDown) {

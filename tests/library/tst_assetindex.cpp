@@ -116,6 +116,8 @@ private Q_SLOTS:
         auto second = std::make_shared<AssetIndex::Folder>("/l/p");
         second->add({"b.png", AssetKind::image, 1, {}, {}});
         second->add({"b.png", AssetKind::video, 2, {}, Date{3}});
+        first->finish();
+        second->finish();
         const AssetIndex index({first, second});
         QCOMPARE(index.count(), 1);
         QCOMPARE(index.find(at("/l/p/b.png"))->kind, AssetKind::video);
