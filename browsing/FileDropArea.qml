@@ -16,6 +16,8 @@ DropArea {
         if (drag.accepted)
             drag.accept(Qt.CopyAction)
     }
+    // Each step is asked anew what would be done.
+    onPositionChanged: drag => drag.accept(Qt.CopyAction)
     onDropped: drop => {
         drop.accept(Qt.CopyAction)
         area.filesDropped(drop.urls)

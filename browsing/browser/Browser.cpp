@@ -230,7 +230,16 @@ void Browser::reorder() {
 }
 
 void Browser::reselect() {
-    m_selected = m_order.value().among(m_selection);
+    const PageList& order = m_order;
+    if (m_selection.value() != m_all) {
+        m_all = {};
+        m_allOf = {};
+    }
+    // Unless a file stands twice in a feed, where it is selected once.
+    const bool whole = order == m_allOf && m_all.size() == order.size();
+    Assets selected = whole ? order.assets() : order.among(m_selection);
+    m_selectedBytes = whole ? order.bytes() : summedSize(selected);
+    m_selected = std::move(selected);
     describe();
 }
 
@@ -249,7 +258,7 @@ void Browser::describe() {
         .items = m_order.value().size(),
         .bytes = m_order.value().bytes(),
         .selection = m_selection.value().size(),
-        .selectedBytes = summedSize(m_selected),
+        .selectedBytes = m_selectedBytes,
     });
     m_emptyState = PageText::emptyState({
         .place = place,

@@ -204,12 +204,15 @@ private:
     SectionLimits m_sectionLimits;
     Q_OBJECT_BINDABLE_PROPERTY(Browser, QSet<Location>, m_selection, &Browser::selectionChanged)
     std::optional<Location> m_anchor;
+    QSet<Location> m_all; // the selection while it is all of `m_allOf`: what is selected is known without a look at each
+    PageList m_allOf;
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(Browser, bool, m_gridFocused, false, &Browser::gridFocusedChanged)
 
     // Computed from the above and the library, by `reorder`, `reselect` and `describe`. They are no bindings: those of
     // Qt 6.4 crash when they depend on as much as these do.
     Q_OBJECT_BINDABLE_PROPERTY(Browser, PageList, m_order, &Browser::orderChanged)
     Q_OBJECT_BINDABLE_PROPERTY(Browser, Assets, m_selected, &Browser::selectedChanged)
+    qint64 m_selectedBytes = 0; // their summed size
     Q_OBJECT_BINDABLE_PROPERTY(Browser, QString, m_page, &Browser::pageChanged)
     Q_OBJECT_BINDABLE_PROPERTY(Browser, QString, m_title, &Browser::titleChanged)
     Q_OBJECT_BINDABLE_PROPERTY(Browser, QString, m_subtitle, &Browser::subtitleChanged)

@@ -103,11 +103,9 @@ int Browser::selectedRow() const {
 }
 
 void Browser::selectAll() {
-    QSet<Location> all;
-    all.reserve(m_order.value().size());
-    for (const Asset& asset : m_order.value().assets())
-        all.insert(asset.url);
-    m_selection = all;
+    m_allOf = m_order;
+    m_all = m_order.value().paths();
+    m_selection = m_all;
 }
 
 void Browser::ask(const NamePrompt& prompt) const {

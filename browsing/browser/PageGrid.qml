@@ -3,7 +3,6 @@
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
-import QtQuick.Templates as T
 import QtQuick.Window
 import Lumbra.Browsing
 import Lumbra.Look
@@ -13,11 +12,10 @@ FocusScope {
 
     required property Browser browser
 
-    readonly property TileMetrics metrics: TileMetrics { size: grid.browser.settings.zoom }
+    readonly property TileMetrics metrics: TileMetrics { size: grid.browser.rows.zoom }
 
     // To the pictures of the first column and of the last, with which the heads of sections are flush.
-    readonly property int pictureInset: Math.round(browser.rows.inset + (browser.rows.cellWidth - metrics.width) / 2)
-        + Theme.tileMargin
+    readonly property int pictureInset: Math.round(browser.rows.firstTile) + Theme.tileMargin
 
     // Scrolls until the row is in view; `mode` as positionViewAtIndex takes it.
     function scrollTo(row: int, mode: int) {
@@ -65,9 +63,10 @@ FocusScope {
         list.contentY = Math.max(least, Math.min(list.contentY, top))
     }
 
-    // What the right button does on a tile, for the first selected one.
+    // What the right button does on a tile, for the folder that has the keyboard, or for the first file selected.
     function openMenu() {
-        const tile = list.itemAtIndex(browser.selectedRow())?.selectedTile()
+        const focused = Window.activeFocusItem
+        const tile = focused?.cell ? focused : list.itemAtIndex(browser.selectedRow())?.selectedTile()
         if (tile)
             menu.openFor(tile.cell, tile, tile.width / 2, tile.height / 2)
     }
@@ -116,31 +115,32 @@ FocusScope {
         easing.type: Theme.easeOut
     }
 
-    // What has the keyboard while no tile has it: a control, since that knows whether it got it by a key.
-    T.Control {
+    // What has the keyboard while no tile has it.
+    KeyFocus {
         id: keyboard
 
         anchors.fill: parent
         focus: true
-        focusPolicy: Qt.TabFocus
+        activeFocusOnTab: true
 
         Accessible.role: Accessible.List
-        Accessible.onRoleChanged: Accessible.role = Accessible.List // Qt 6.4 takes it from a control
         Accessible.name: grid.browser.title
         Accessible.focusable: true
 
-        contentItem: ListView {
+        ListView {
             id: list
 
             readonly property real headHeight: Theme.controlHeight + 2 * Theme.gap
 
+            anchors.fill: parent
             onHeightChanged: Qt.callLater(grid.resized)
             model: grid.browser.rows
             reuseItems: true
             keyNavigationEnabled: false
             boundsBehavior: Flickable.StopAtBounds
-            // A screenful beyond either edge is made ahead, so that scrolling meets finished tiles.
-            cacheBuffer: Math.max(0, height)
+            // Half a screenful beyond either edge is made ahead, so that scrolling meets finished tiles; each of them
+            // is laid out with every step of the zoom.
+            cacheBuffer: Math.max(0, height / 2)
 
             section.property: "section"
             section.labelPositioning: ViewSection.InlineLabels | ViewSection.CurrentLabelAtStart
@@ -181,7 +181,7 @@ FocusScope {
     // Selected tiles have rings of their own; where there is none, this shows that the keys are here.
     FocusRing {
         anchors.margins: Theme.grid
-        shown: keyboard.visualFocus && grid.browser.selectedCount === 0
+        shown: keyboard.byKey && grid.browser.selectedCount === 0
         surfaceRadius: Theme.radiusPicture - outset
     }
     TileMenu {

@@ -27,6 +27,10 @@ PageList::PageList(Assets assets) {
         data->byHash.push_back({hashOf(asset.url), quint32(position)});
     }
     std::sort(data->byHash.begin(), data->byHash.end());
+    for (size_t i = 1; i < data->byHash.size() && !data->repeats; ++i)
+        for (size_t j = i; j > 0 && data->byHash[j - 1].hash == data->byHash[i].hash; --j)
+            data->repeats = data->repeats
+                            || assets.at(data->byHash[j - 1].position).url == assets.at(data->byHash[i].position).url;
     data->assets = std::move(assets);
     m_data = std::shared_ptr<const Data>(data.release(), [](const Data* dying) {
         if (dying->assets.size() < longList)
@@ -56,12 +60,22 @@ std::optional<qsizetype> PageList::positionOf(const Location& path) const {
     return {};
 }
 
+QSet<Location> PageList::paths() const {
+    QSet<Location> all;
+    all.reserve(size());
+    for (const Asset& asset : assets())
+        all.insert(asset.url);
+    return all;
+}
+
 Assets PageList::among(const QSet<Location>& paths) const {
     Assets found;
+    if (!m_data)
+        return found;
     if (paths.size() > size() / 8) {
-        // A file may stand twice in a feed, on the shelf and in its section; it counts once.
         for (qsizetype position = 0; position < size(); ++position)
-            if (const Asset& asset = at(position); paths.contains(asset.url) && positionOf(asset.url) == position)
+            if (const Asset& asset = at(position);
+                paths.contains(asset.url) && (!m_data->repeats || positionOf(asset.url) == position))
                 found.append(asset);
         return found;
     }

@@ -35,7 +35,10 @@ public:
     std::optional<qsizetype> positionOf(const Location& path) const;
     bool contains(const Location& path) const { return positionOf(path).has_value(); }
 
-    // The assets whose path is in the set, in the order of this list.
+    // All paths.
+    QSet<Location> paths() const;
+
+    // The assets whose path is in the set, in the order of this list. A file that stands here twice counts once.
     Assets among(const QSet<Location>& paths) const;
 
     friend bool operator==(const PageList& a, const PageList& b) { return a.m_data == b.m_data; }
@@ -49,6 +52,7 @@ private:
     struct Data {
         Assets assets;
         qint64 bytes = 0;
+        bool repeats = false; // a path stands in it more than once
         std::vector<Slot> byHash; // sorted; eight bytes a file, where a hash table would hold every path once more
     };
 

@@ -39,8 +39,7 @@ Item {
             required property int index
             readonly property var cell: view.row.cell(index)
 
-            x: Math.round(view.rows.inset + index * (view.rows.cellWidth + Theme.tileGap)
-                          + (view.rows.cellWidth - view.metrics.width) / 2)
+            x: Math.round(view.rows.firstTile + index * view.rows.tileStep)
             sourceComponent: cell.isAsset ? assetTile : cell.isFolder ? folderTile : cell.isStack ? stackTile : null
 
             TapHandler {

@@ -53,7 +53,7 @@ void PageRows::setWidth(double width) {
         return;
     m_width = width;
     layOut();
-    Q_EMIT layoutInputChanged();
+    Q_EMIT measuresChanged();
 }
 
 void PageRows::setZoom(double zoom) {
@@ -61,11 +61,15 @@ void PageRows::setZoom(double zoom) {
         return;
     m_zoom = zoom;
     layOut();
-    Q_EMIT layoutInputChanged();
+    Q_EMIT measuresChanged();
 }
 
 double PageRows::inset() const {
     return (m_width - m_columns.count * m_columns.width - (m_columns.count - 1) * spacing) / 2;
+}
+
+double PageRows::firstTile() const {
+    return inset() + (m_columns.width - std::round(m_zoom)) / 2 - tileMargin;
 }
 
 void PageRows::layOut() {
@@ -78,7 +82,6 @@ void PageRows::layOut() {
     if (moved)
         for (qsizetype block = 0; block < m_shown.size(); ++block)
             updateBlock(block, PageBlock(m_shown.at(block).block), true);
-    Q_EMIT columnsChanged();
 }
 
 void PageRows::setBlocks(const QList<PageBlock>& blocks) {

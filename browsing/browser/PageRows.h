@@ -42,11 +42,12 @@ class PageRows : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The browser holds the rows of its page.")
-    Q_PROPERTY(double width READ width WRITE setWidth NOTIFY layoutInputChanged)
-    Q_PROPERTY(double zoom READ zoom WRITE setZoom NOTIFY layoutInputChanged)
-    Q_PROPERTY(int columns READ columns NOTIFY columnsChanged)
-    Q_PROPERTY(double cellWidth READ cellWidth NOTIFY columnsChanged)
-    Q_PROPERTY(double inset READ inset NOTIFY layoutInputChanged)
+    // One notification for all measures, so that a tile is placed once for each step of the zoom.
+    Q_PROPERTY(double width READ width WRITE setWidth NOTIFY measuresChanged)
+    Q_PROPERTY(double zoom READ zoom WRITE setZoom NOTIFY measuresChanged)
+    Q_PROPERTY(int columns READ columns NOTIFY measuresChanged)
+    Q_PROPERTY(double firstTile READ firstTile NOTIFY measuresChanged)
+    Q_PROPERTY(double tileStep READ tileStep NOTIFY measuresChanged)
     Q_PROPERTY(QAbstractItemModel* slots READ slotModel CONSTANT)
 
 public:
@@ -56,6 +57,7 @@ public:
     static constexpr int spacing = 14;
     static constexpr int rowGap = 16;
     static constexpr int margin = 16;
+    static constexpr int tileMargin = 3; // of a tile around its picture
 
     // What tiles say about the library, asked for when a row comes into view.
     struct Facts {
@@ -78,6 +80,10 @@ public:
     // From the view's edge to the first column: the columns stand in the middle of what is left over.
     double inset() const;
 
+    // From the view's edge to the first tile, which stands in the middle of its column, and from each to the next.
+    double firstTile() const;
+    double tileStep() const { return m_columns.width + spacing; }
+
     QAbstractItemModel* slotModel() { return &m_slots; }
 
     void setBlocks(const QList<PageBlock>& blocks);
@@ -94,8 +100,7 @@ public:
     QHash<int, QByteArray> roleNames() const override;
 
 Q_SIGNALS:
-    void layoutInputChanged();
-    void columnsChanged();
+    void measuresChanged();
 
 private:
     // A block as the view knows it; in the midst of a change its rows lag behind its content.

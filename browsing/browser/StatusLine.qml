@@ -27,11 +27,15 @@ Rectangle {
     }
     Slider {
         id: zoom
+        property bool there: false
         anchors { right: parent.right; rightMargin: Theme.pageMargin; verticalCenter: parent.verticalCenter }
         text: qsTr("Thumbnail size")
         from: line.smallest
         to: line.largest
+        stepSize: 10 // of an arrow key
         value: line.browser.settings.zoom
-        onMoved: line.browser.settings.zoom = value
+        // However it was moved: by the pointer, by keys, or by assistive technology.
+        onValueChanged: if (there) line.browser.settings.zoom = value
+        Component.onCompleted: there = true
     }
 }

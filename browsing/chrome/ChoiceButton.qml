@@ -20,7 +20,6 @@ Button {
     onClicked: menu.popup(button, 0, button.height + Theme.grid)
 
     Accessible.role: Accessible.ButtonMenu
-    Accessible.onRoleChanged: Accessible.role = Accessible.ButtonMenu // Qt 6.4 makes every button a plain one
     Accessible.name: label
 
     Menu {

@@ -14,8 +14,6 @@ T.AbstractButton {
     property bool current: false
     property bool targeted: false // a drag of files is over it
 
-    readonly property int role: current ? Accessible.ButtonMenu : Accessible.Button
-
     // What stands beside the name, which gives way when there is no room for all.
     readonly property real besideName: (badge ? mark.width + row.spacing : 0) + (current ? arrow.width + row.spacing : 0)
 
@@ -26,9 +24,7 @@ T.AbstractButton {
     focusPolicy: Qt.TabFocus
     hoverEnabled: true
 
-    Accessible.role: role
-    Accessible.onRoleChanged: Accessible.role = role // Qt 6.4 makes every button a plain one
-    onRoleChanged: Accessible.role = role
+    Accessible.role: current ? Accessible.ButtonMenu : Accessible.Button
     Accessible.name: title
     Accessible.onPressAction: click()
 

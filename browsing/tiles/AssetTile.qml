@@ -88,7 +88,7 @@ Item {
     PressArea {
         onClicked: mouse => tile.clicked(mouse.modifiers)
         onDoubleClicked: tile.opened()
-        onPulled: FileDrag.start(tile.cell.asset, this)
+        onPulled: FileDrag.start(tile.cell.asset, this, Theme)
     }
     // A button under the pointer, otherwise a mark that lets clicks through to the tile.
     Loader {

@@ -9,7 +9,6 @@
 #include <QGuiApplication>
 #include <QMimeData>
 #include <QPainter>
-#include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
 
@@ -20,9 +19,9 @@ namespace {
 // In points.
 constexpr QSizeF pictureSize(120, 90);
 constexpr double widestName = 160;
-constexpr double nameHeight = 24;
+constexpr double nameHeight = 16;
 constexpr double gap = 6;
-constexpr double pad = 10;
+constexpr double pad = 8;
 constexpr double radius = 10;
 constexpr double offset = 12; // of the pointer from the corner of what moves
 
@@ -33,18 +32,12 @@ QImage knownPicture(const Asset& asset) {
     return {};
 }
 
-// As the design language has them, which only views know.
-FileDrag::Style styleOf(const QQuickItem& item) {
+FileDrag::Style styleOf(const QObject& theme) {
     FileDrag::Style style;
-    QQmlEngine* const engine = qmlEngine(&item);
-    const QObject* const theme =
-        engine ? engine->singletonInstance<QObject*>(qmlTypeId("Lumbra.Look", 1, 0, "Theme")) : nullptr;
-    if (!theme)
-        return style;
-    style.font.setFamily(theme->property("family").toString());
-    style.font.setPixelSize(theme->property("sizeFact").toInt());
-    style.text = theme->property("text").value<QColor>();
-    style.bed = theme->property("raised").value<QColor>();
+    style.font.setFamily(theme.property("family").toString());
+    style.font.setPixelSize(theme.property("sizeFact").toInt());
+    style.text = theme.property("text").value<QColor>();
+    style.bed = theme.property("raised").value<QColor>();
     return style;
 }
 
@@ -59,29 +52,30 @@ std::unique_ptr<QMimeData> FileDrag::dataOf(const Location& url) {
 QPixmap FileDrag::pictureOf(const QString& name, const QImage& thumbnail, const Style& style, double scale) {
     const QFontMetricsF metrics(style.font);
     const QString shown = metrics.elidedText(name, Qt::ElideMiddle, widestName);
-    const double nameWidth = std::ceil(metrics.horizontalAdvance(shown)) + 2 * pad;
+    const QSizeF words(std::ceil(metrics.horizontalAdvance(shown)), nameHeight);
     const QSizeF picture =
         thumbnail.isNull() ? QSizeF() : QSizeF(thumbnail.size()).scaled(pictureSize, Qt::KeepAspectRatio);
-    const double top = picture.isEmpty() ? 0 : picture.height() + gap;
-    const QSizeF whole(std::max(picture.width(), nameWidth), top + nameHeight);
+    const double width = std::max(picture.width(), words.width()) + 2 * pad;
+    const double top = pad + (picture.isEmpty() ? 0 : picture.height() + gap);
 
-    QPixmap pixmap((whole * scale).toSize());
+    QPixmap pixmap((QSizeF(width, top + nameHeight + pad) * scale).toSize());
     pixmap.setDevicePixelRatio(scale);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    if (!picture.isEmpty())
-        painter.drawImage(QRectF({0, 0}, picture), composedPicture(thumbnail, {}, picture, radius, scale));
     painter.setPen(Qt::NoPen);
     painter.setBrush(style.bed);
-    painter.drawRoundedRect(QRectF(0, top, nameWidth, nameHeight), nameHeight / 2, nameHeight / 2);
+    painter.drawRoundedRect(QRectF(0, 0, width, top + nameHeight + pad), radius, radius);
+    if (!picture.isEmpty())
+        painter.drawImage(QRectF(QPointF((width - picture.width()) / 2, pad), picture),
+                          composedPicture(thumbnail, {}, picture, radius - pad / 2, scale));
     painter.setPen(style.text);
     painter.setFont(style.font);
-    painter.drawText(QRectF(pad, top, nameWidth - 2 * pad, nameHeight), Qt::AlignVCenter | Qt::TextSingleLine, shown);
+    painter.drawText(QRectF(pad, top, width - 2 * pad, nameHeight), Qt::AlignCenter | Qt::TextSingleLine, shown);
     return pixmap;
 }
 
-void FileDrag::start(const Asset& asset, QQuickItem* from) {
+void FileDrag::start(const Asset& asset, QQuickItem* from, QObject* theme) {
     QQuickWindow* const window = from->window();
     if (!window)
         return;
@@ -90,7 +84,7 @@ void FileDrag::start(const Asset& asset, QQuickItem* from) {
     // Not within the item's own call: a drag has a loop of its own, in which a reload may take the item away.
     QMetaObject::invokeMethod(
         window,
-        [asset, window, style = styleOf(*from)] {
+        [asset, window, style = styleOf(*theme)] {
             if (QGuiApplication::mouseButtons() == Qt::NoButton)
                 return;
             auto* const drag = new QDrag(window); // Qt's from its start on

@@ -34,12 +34,13 @@ public:
         QColor bed;
     };
 
-    // What moves with the pointer: the file's picture if there is one, and its name. `scale` is pixels a point.
+    // What moves with the pointer: a card with the file's picture if there is one, and its name. `scale` is pixels a
+    // point.
     static QPixmap pictureOf(const QString& name, const QImage& thumbnail, const Style& style, double scale);
 
-    // Takes the file up from the item that the pointer pressed. It begins with the next turn of the event loop, and
+    // Takes the file up from the item that the pointer pressed; `theme` is the one of the views. It begins with the next turn of the event loop, and
     // lasts until the button is released; the item may be gone by then.
-    Q_INVOKABLE void start(const lumbra::Asset& asset, QQuickItem* from);
+    Q_INVOKABLE void start(const lumbra::Asset& asset, QQuickItem* from, QObject* theme);
 };
 
 } // namespace lumbra

@@ -11,7 +11,7 @@ PlaceTile {
     readonly property bool targeted: area.containsDrag // a drag of files is over it
     signal filesDropped(urls: var)
 
-    readonly property real fanShare: 0.68 // of the well: the lower cards stand out at either side
+    readonly property real fanShare: 0.64 // of the well: the lower cards stand out at either side
 
     Accessible.name: cell.name
     Accessible.description: cell.count === 0 ? qsTr("Empty") : cell.count === 1 ? qsTr("1 file")

@@ -26,6 +26,7 @@ Item {
         id: title
         x: lines.nameSymbol ? mark.width + Theme.grid + 2 : 0
         width: parent.width - x
+        horizontalAlignment: Text.AlignLeft // flush with the picture, whatever the script
         elide: Text.ElideMiddle
         Accessible.ignored: true
     }
@@ -48,6 +49,7 @@ Item {
         Label {
             style: Label.Fact
             text: lines.caption
+            horizontalAlignment: Text.AlignLeft
             elide: lines.captionElide
             Accessible.ignored: true
         }

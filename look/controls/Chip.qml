@@ -4,7 +4,7 @@
 import QtQuick
 import QtQuick.Templates as T
 
-T.AbstractButton {
+T.RadioButton {
     id: chip
 
     property alias label: chip.text
@@ -20,11 +20,15 @@ T.AbstractButton {
     leftPadding: Theme.controlPadding
     rightPadding: Theme.controlPadding
     opacity: (dim && !on) || !enabled ? Theme.dim : 1
+    // The one that holds the chips decides which of them is on, and a second click changes nothing.
+    autoExclusive: false
+    checked: on
+    onCheckedChanged: if (checked !== on) checked = Qt.binding(() => on)
+    indicator: null
     focusPolicy: Qt.TabFocus
     hoverEnabled: true
 
     Accessible.role: Accessible.RadioButton
-    Accessible.onRoleChanged: Accessible.role = Accessible.RadioButton // Qt 6.4 makes every button a plain one
     Accessible.name: text
     Accessible.description: count
     Accessible.checkable: true

@@ -23,6 +23,8 @@ public:
     }
     Dragged(Pane& pane, const QString& text) : m_window(pane.view.get()) { m_data.setText(text); }
 
+    Qt::DropAction offered = Qt::IgnoreAction; // what would be done where it was moved last
+
     // True if what lies there takes it.
     bool move(QPoint to) {
         if (!m_isInside) {
@@ -32,6 +34,7 @@ public:
         }
         QDragMoveEvent move(to, actions, &m_data, Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(m_window, &move);
+        offered = move.dropAction();
         return move.isAccepted();
     }
 
@@ -75,6 +78,7 @@ private Q_SLOTS:
         pane.open(Place::folder(pane.folder("p")));
         Dragged dragged(pane, {outside});
         QVERIFY(dragged.move(emptyPage));
+        QCOMPARE(dragged.offered, Qt::CopyAction);
         // A copy, so that the other program takes nothing away.
         QCOMPARE(dragged.drop(emptyPage), Qt::CopyAction);
         QTRY_VERIFY(pane.tile("AssetTile", u"new.txt"_qs));
@@ -235,7 +239,7 @@ private Q_SLOTS:
         pane.file("p/1.txt");
         QList<Location> files;
         for (int n = 0; n < 10'000; ++n)
-            files.append(pane.home.file("desk/" + std::to_string(n) + ".txt"));
+            files.append(pane.home.file("Library/q/" + std::to_string(n) + ".txt"));
         pane.open(Place::folder(pane.folder("p")));
         Dragged(pane, files).drop(emptyPage);
         QTRY_COMPARE_WITH_TIMEOUT(pane.browser->assets().size(), 10'001, 60'000);

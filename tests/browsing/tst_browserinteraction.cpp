@@ -146,6 +146,59 @@ private Q_SLOTS:
         QVERIFY(!browser.press(Qt::Key_Escape, Qt::NoModifier, true));
     }
 
+    void allOfAPageIsSelectedAndStaysSoWhileFilesComeAndGo() {
+        Window window;
+        const Location a = window.file("p/a.png", 10);
+        window.file("p/b.png", 20);
+        window.open(Place::folder(window.folder("p")));
+        Browser& browser = *window.browser;
+        QTRY_COMPARE(browser.assets().size(), 2);
+        QTRY_VERIFY(!window.library->indexing());
+        browser.selectAll();
+        QCOMPARE(names(browser.selected()), strings({"a.png", "b.png"}));
+        QCOMPARE(browser.status(), QStringLiteral("2 selected · 2 bytes"));
+        window.file("p/c.png");
+        QTRY_COMPARE(browser.assets().size(), 3);
+        QCOMPARE(names(browser.selected()), strings({"a.png", "b.png"}));
+        browser.click(cellOf(a), Qt::ControlModifier);
+        QCOMPARE(names(browser.selected()), strings({"b.png"}));
+        QCOMPARE(browser.status(), QStringLiteral("1 selected · 1 byte"));
+        browser.selectAll();
+        QCOMPARE(browser.selected().size(), 3);
+        QVERIFY(QFile::remove(a.toString()));
+        QTRY_COMPARE(names(browser.selected()), strings({"b.png", "c.png"}));
+        browser.press(Qt::Key_Escape, Qt::NoModifier, false);
+        QVERIFY(browser.selected().isEmpty());
+    }
+
+    void aFileThatStandsTwiceInTheFeedIsSelectedOnce() {
+        Window window;
+        const Location starred = window.file("p/starred.png", 10);
+        window.file("p/other.png", 20);
+        star(starred, 1000);
+        window.open();
+        Browser& browser = *window.browser;
+        QTRY_COMPARE(browser.shelf().size(), 1);
+        QTRY_COMPARE(totalOf(browser), 2);
+        browser.selectAll();
+        QCOMPARE(names(browser.selected()), strings({"other.png", "starred.png"}));
+        QCOMPARE(browser.status(), QStringLiteral("2 selected · 2 bytes"));
+    }
+
+    void goToFolderSelectsAFileThatAFilterHid() {
+        Window window;
+        const Location deep = window.file("p/sub/deep.png");
+        window.open(Place::starred());
+        Browser& browser = *window.browser;
+        QTRY_VERIFY(browser.loaded());
+        browser.settings()->setRecursive(true);
+        browser.settings()->setKindRaw(QStringLiteral("video"));
+        window.library->setPendingReveal(deep);
+        window.library->setPlace(Place::folder(deep.parent()));
+        QTRY_COMPARE(names(browser.selected()), strings({"deep.png"}));
+        QVERIFY(!window.library->pendingReveal());
+    }
+
     void theSelectionKeepsUpWithWhatPlays() {
         Window window;
         const Location a = window.file("p/a.png", 10);

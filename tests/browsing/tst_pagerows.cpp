@@ -212,10 +212,10 @@ private Q_SLOTS:
         Page page;
         page.rows.setBlocks({{.assets = files(1, 6)}});
         const Told told(page.rows);
-        const QSignalSpy columns(&page.rows, &PageRows::columnsChanged);
+        const QSignalSpy measures(&page.rows, &PageRows::measuresChanged);
         page.rows.setWidth(page.rows.width() + 30);
         QCOMPARE(told.words, QStringList());
-        QCOMPARE(columns.size(), 1);
+        QCOMPARE(measures.size(), 1);
         QCOMPARE(page.rows.cellWidth(), 210.0);
     }
 
@@ -226,6 +226,14 @@ private Q_SLOTS:
         QCOMPARE(page.rows.inset(), 16.0);
         page.rows.setWidth(32 + 300); // one, at most 270 wide
         QCOMPARE(page.rows.inset(), 31.0);
+    }
+
+    void tilesStandInTheMiddleOfTheirColumns() {
+        Page page;
+        page.rows.setZoom(200);
+        page.rows.setWidth(32 + 2 * 220 + 14);          // two of 220
+        QCOMPARE(page.rows.firstTile(), 16.0 + 10 - 3); // the margin of the tile lies outside its picture
+        QCOMPARE(page.rows.tileStep(), 234.0);
     }
 
     void selectionTellsTheRowsItTouches() {
