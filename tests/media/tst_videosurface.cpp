@@ -110,6 +110,19 @@ private Q_SLOTS:
         QVERIFY(!player.engine.isPlaying());
     }
 
+    // One that is not makes the player wait for a fifth of a second.
+    void everyPictureIsTakenFromThePlayer() {
+        Player player;
+        Stage stage(player.engine);
+        player.engine.load(Clips::clip("halves.mp4"), false);
+        QTRY_VERIFY(isNear(stage.at(0.5, 0.25), Qt::red));
+        player.engine.stop();
+        player.engine.load(Clips::clip("long.mp4"), false);
+        QTRY_VERIFY(player.engine.isStanding());
+        QCOMPARE(player.value("frame-drop-count"), "0");
+        QTRY_VERIFY(!isNear(stage.at(0.5, 0.25), Qt::red));
+    }
+
     void nothingIsShownAfterAStopAndTheGlowStays() {
         Player player;
         Stage stage(player.engine);
