@@ -88,8 +88,8 @@ void TestInstances::aLocationOutsideTheLibraryIsRefusedInTheWindow() {
     APP_WAIT(*m_app,
              m_app->state().text("error").startsWith(QStringLiteral("/etc/../etc/passwd is outside the library (")));
     QCOMPARE(m_app->state().text("place"), QStringLiteral("recent"));
-    m_app->keepScreenshot(QStringLiteral("outside"));
     m_app->settled();
+    m_app->keepScreenshot(QStringLiteral("outside"));
     m_app->press("Return");
     APP_WAIT(*m_app, m_app->state().text("error").isEmpty());
 }
