@@ -21,8 +21,8 @@ namespace Pictures {
 // time that there is for it; a maker that can work on and on looks at it.
 QImage thumbnail(OpenedFile& file, QSize box, std::chrono::milliseconds limit);
 
-// How many pixels the image has, upright, as its header says; empty for what is no image of pixels, and where the header
-// does not tell.
+// How many pixels the image has, upright, as its header says; empty for what is no image of pixels, and where the
+// header does not tell.
 QSize pixels(OpenedFile& file);
 
 // Starts the libraries that need more than reading files to start.

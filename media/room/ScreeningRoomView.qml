@@ -17,7 +17,7 @@ FocusScope {
 
     readonly property int focusAgain: 300 // milliseconds; by then the window has given its own focus away
     readonly property int panelMargin: Theme.windowMargin
-    readonly property int footHeight: Theme.rowHeight + Theme.controlPadding
+    readonly property int footHeight: Math.max(Theme.rowHeight, hints.height) + Theme.controlPadding
 
     readonly property bool isFilm: room.stage === "video"
     // Full screen is for the film alone: there the panels lie over it.
@@ -151,7 +151,7 @@ FocusScope {
             anchors.fill: picturePlace
             active: view.room.stage === "web"
             sourceComponent: WebVideoView {
-                path: view.room.path
+                path: view.room.url
                 autoplay: true
             }
         }
@@ -211,7 +211,8 @@ FocusScope {
         }
         Loader {
             id: capsule
-            x: Math.round((stage.width - width) / 2)
+            // In the smallest window it is wider than the stage, and takes from the margin beside it.
+            x: Math.max(Theme.grid, Math.round((stage.width - width) / 2))
             anchors { bottom: parent.bottom; bottomMargin: view.footHeight }
             active: view.room.usesEngine
             sourceComponent: ControlCapsule { room: view.room }

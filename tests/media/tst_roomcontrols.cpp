@@ -50,6 +50,8 @@ constexpr char drawer[] =
 constexpr char queue[] =
     "UpNextView { objectName: 'upNext'; height: parent ? parent.height : 0; room: parent ? parent.room : null }";
 
+constexpr char wholeRoom[] = "ScreeningRoomView { anchors.fill: parent; room: parent ? parent.room : null }";
+
 struct Control {
     const char* name;
     const char* hint;
@@ -561,6 +563,74 @@ private Q_SLOTS:
         in.room().go(1);
         QTRY_COMPARE(shown->value("hints", "hints").toList().size(), 4);
         QTRY_VERIFY(shown->value("hints", "inOneLine").toBool());
+    }
+
+    // All of them in the room
+
+    void inTheSmallestWindowThePanelsLeaveTheCapsuleAlone_data() {
+        QTest::addColumn<bool>("drawer");
+        QTest::newRow("the queue") << false;
+        QTest::newRow("the drawer, which pushes the queue out") << true;
+    }
+    void inTheSmallestWindowThePanelsLeaveTheCapsuleAlone() {
+        QFETCH(bool, drawer);
+        OpenRoom in(m_home);
+        in.clip("h264.mp4");
+        in.open(in.clip("long.mp4"));
+        in.settle();
+        in.room().setShowInfo(drawer);
+        Shown shown(in, wholeRoom, QSize(900, 540));
+        const auto place = [&](const char* name) {
+            const QQuickItem* const item = shown.item(name);
+            return item->mapRectToScene(item->boundingRect());
+        };
+        const QRectF fullScreen = place("fullScreen"), play = place("play");
+        QVERIFY(play.left() >= 4);
+        QVERIFY(fullScreen.right() < place(drawer ? "drawerStar" : "queue").left());
+        QCOMPARE(shown->root()->findChild<QObject*>(QStringLiteral("queue")) != nullptr, !drawer);
+    }
+
+    void aDrawerThatIsClosedByKeyLeavesTheKeysToTheRoom() {
+        OpenRoom in(m_home);
+        in.open(in.file("a.txt"));
+        in.room().setShowInfo(true);
+        Shown shown(in, wholeRoom);
+        QTRY_VERIFY(in.room().focused());
+        shown.item("drawerClose")->forceActiveFocus(Qt::TabFocusReason);
+        shown->press(Qt::Key_Return);
+        QVERIFY(!in.room().showInfo());
+        shown->press(Qt::Key_I);
+        QVERIFY(in.room().showInfo());
+    }
+
+    void theKeysOfTheRoomWorkWhileAControlHasTheFocus() {
+        OpenRoom in(m_home);
+        in.open(in.clip("long.mp4"));
+        in.settle();
+        Shown shown(in, wholeRoom);
+        QTRY_VERIFY(in.room().focused());
+        shown.item("loop")->forceActiveFocus(Qt::TabFocusReason);
+        shown->press(Qt::Key_Right);
+        QVERIFY(std::abs(in.engine().time() - 5) < 0.01);
+        shown->press(Qt::Key_M);
+        QVERIFY(in.engine().muted());
+        shown->press(Qt::Key_Space); // the control's own
+        QVERIFY(in.engine().loop());
+        QVERIFY(!in.engine().isPlaying());
+        shown->press(Qt::Key_Escape);
+        QVERIFY(!in.room().isOpen());
+    }
+
+    void aMenuGoesWithTheControls() {
+        OpenRoom in(m_home);
+        in.open(in.clip("long.mp4"));
+        in.settle();
+        Shown shown(in, wholeRoom);
+        shown->click("speed");
+        QTRY_VERIFY(shown->value("speeds", "opened").toBool());
+        in.engine().play();
+        QTRY_VERIFY_WITH_TIMEOUT(!in.room().chrome(), 6'000);
+        QTRY_VERIFY(!shown->value("speeds", "visible").toBool());
     }
 
 private:
