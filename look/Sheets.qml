@@ -6,4 +6,17 @@ import QtQuick
 
 QtObject {
     property int shown: 0
+    property var stack: [] // those that are sheets, the one on top last
+
+    readonly property var top: stack.length > 0 ? stack[stack.length - 1] : null
+
+    function add(sheet: var) {
+        ++shown
+        stack = stack.concat([sheet])
+    }
+
+    function remove(sheet: var) {
+        --shown
+        stack = stack.filter(other => other !== sheet)
+    }
 }

@@ -4,6 +4,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 import QtQuick.Templates as T
+import QtQuick.Window
 
 T.Popup {
     id: sheet
@@ -28,7 +29,7 @@ T.Popup {
 
     onAboutToShow: asks = true
     onAboutToHide: asks = false
-    onAsksChanged: Sheets.shown += asks ? 1 : -1
+    onAsksChanged: asks ? Sheets.add(sheet) : Sheets.remove(sheet)
     Component.onDestruction: asks = false
 
     enter: Transition { EaseNumber { property: "opacity"; from: 0; to: 1 } }
@@ -44,6 +45,17 @@ T.Popup {
         Accessible.role: Accessible.Dialog
         Accessible.name: sheet.text
 
+        // What lies behind may ask for the keys when its content comes; they stay here all the same.
+        Connections {
+            target: sheet.asks ? sheet.parent.Window.window : null
+            function onActiveFocusItemChanged() {
+                let item = target.activeFocusItem
+                while (item && item !== sheet.parent)
+                    item = item.parent
+                if (!item && Sheets.top === sheet)
+                    sheet.forceActiveFocus(Qt.PopupFocusReason)
+            }
+        }
         Shortcut {
             sequences: [StandardKey.Cancel]
             enabled: sheet.asks && sheet.dismissable && sheet.activeFocus // not while another lies over it

@@ -28,6 +28,8 @@ private Q_SLOTS:
     void theClearButtonEmptiesAField();
     void aNameIsSelectedWholeOnFocus();
     void aSheetKeepsTheFocusInside();
+    void whatLiesBehindASheetCanNotTakeTheKeys();
+    void aSheetUnderAnotherLeavesItTheKeys();
     void escapeDismissesASheet();
     void aSheetThatMustBeAnsweredIgnoresEscape();
     void escapeReachesOnlyWhatLiesOnTop();
@@ -215,6 +217,35 @@ void tst_controls::aSheetKeepsTheFocusInside() {
     QVERIFY(!visited.contains(QStringLiteral("behind")));
     window.click("behind");
     QVERIFY(!window.value("behind", "activeFocus").toBool());
+}
+
+void tst_controls::whatLiesBehindASheetCanNotTakeTheKeys() {
+    QmlWindow window(
+        "TextField { objectName: 'behind' }\n"
+        "Sheet { objectName: 'sheet'; visible: true; contentItem: Button { objectName: 'inside'; focus: true } }");
+    QTRY_VERIFY(window.value("inside", "activeFocus").toBool());
+    window.find<QQuickItem>("behind")->forceActiveFocus();
+    QVERIFY(window.value("inside", "activeFocus").toBool());
+    QMetaObject::invokeMethod(window.find("sheet"), "close");
+    QTRY_VERIFY(!window.value("sheet", "visible").toBool());
+    window.find<QQuickItem>("behind")->forceActiveFocus();
+    QVERIFY(window.value("behind", "activeFocus").toBool());
+}
+
+void tst_controls::aSheetUnderAnotherLeavesItTheKeys() {
+    QmlWindow window(
+        "Sheet { objectName: 'first'; visible: true; contentItem: Button { objectName: 'one'; focus: true } }\n"
+        "Sheet { objectName: 'second'; contentItem: Button { objectName: 'two'; focus: true } }\n"
+        "TextField { objectName: 'behind' }");
+    QTRY_VERIFY(window.value("one", "activeFocus").toBool());
+    QMetaObject::invokeMethod(window.find("second"), "open");
+    QTRY_VERIFY(window.value("two", "activeFocus").toBool());
+    window.find<QQuickItem>("behind")->forceActiveFocus();
+    QVERIFY(window.value("two", "activeFocus").toBool());
+    QMetaObject::invokeMethod(window.find("second"), "close");
+    QTRY_VERIFY(!window.value("second", "visible").toBool());
+    window.find<QQuickItem>("behind")->forceActiveFocus();
+    QVERIFY(window.value("one", "activeFocus").toBool());
 }
 
 void tst_controls::escapeDismissesASheet() {

@@ -39,6 +39,7 @@ private Q_SLOTS:
     void thePaletteLiesOverTheRoomAndIsClosedFirst();
     void anErrorShowsOverTheRoom();
     void anErrorShowsOverThePaletteWhichHasTheKeysAgainAfterwards();
+    void whatWasRefusedBeforeTheWindowWasThereIsAcknowledgedByKey();
     void theSidebarIsWidenedByItsEdgeAndKeepsItsWidth();
     void theSidebarStaysWithinItsBounds_data();
     void theSidebarStaysWithinItsBounds();
@@ -49,7 +50,7 @@ private Q_SLOTS:
     void welcomeShowsTheFirstRun();
 
 private:
-    void show();
+    void show(const QList<QUrl>& opened = {});
     void type(const char* letters) {
         for (; *letters; ++letters)
             QTest::keyClick(m_window, *letters);
@@ -96,10 +97,11 @@ void tst_mainwindow::cleanup() {
     m_app.reset();
 }
 
-void tst_mainwindow::show() {
+void tst_mainwindow::show(const QList<QUrl>& opened) {
     m_window = nullptr;
     m_app.reset();
     m_app = std::make_unique<App>(QElapsedTimer());
+    m_app->open(opened);
     QVERIFY(m_app->show());
     const QWindowList windows = QGuiApplication::topLevelWindows();
     for (QWindow* window : windows)
@@ -253,6 +255,13 @@ void tst_mainwindow::anErrorShowsOverThePaletteWhichHasTheKeysAgainAfterwards() 
     QTRY_VERIFY(!library().lastError());
     QVERIFY(library().paletteOpen());
     QTRY_VERIFY(hasFocus("paletteField"));
+}
+
+void tst_mainwindow::whatWasRefusedBeforeTheWindowWasThereIsAcknowledgedByKey() {
+    show({QUrl(QStringLiteral("lumbra://reveal?path=/etc/passwd"))});
+    QVERIFY(library().lastError());
+    press(Qt::Key_Return);
+    QTRY_VERIFY(!library().lastError());
 }
 
 void tst_mainwindow::theSidebarIsWidenedByItsEdgeAndKeepsItsWidth() {
