@@ -39,7 +39,7 @@ Rectangle {
         radius: Theme.radiusSheet
         color: Theme.pane
         visible: !room.isFilm
-        QuickLookView { id: view; objectName: "view"; anchors.fill: parent; path: room.path }
+        QuickLookView { anchors.fill: parent; path: room.path }
     }
     Loader {
         anchors.fill: parent
