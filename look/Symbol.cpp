@@ -48,11 +48,14 @@ void Symbol::redraw() {
 void Symbol::itemChange(ItemChange change, const ItemChangeData& data) {
     if (change == ItemSceneChange || change == ItemDevicePixelRatioHasChanged)
         redraw();
+    if (change == ItemVisibleHasChanged && m_stale)
+        polish();
     QQuickItem::itemChange(change, data);
 }
 
 void Symbol::updatePolish() {
-    if (!m_stale || !window())
+    // One that is not seen is not drawn anew with each step of its size, but once it comes.
+    if (!m_stale || !window() || !isVisible())
         return;
     const int pixels = int(std::lround(m_size * window()->effectiveDevicePixelRatio()));
     m_picture = Symbols::image(m_name, pixels, m_color);

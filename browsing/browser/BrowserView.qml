@@ -83,13 +83,12 @@ Rectangle {
                     text: view.empty.title
                 }
             }
-            Bed {
+            // Around the pictures and not over them.
+            FocusRing {
                 objectName: "pageTargeted"
-                anchors.fill: parent
                 anchors.margins: Theme.grid
-                visible: drops.containsDrag
-                radius: Theme.radiusPicture
-                targeted: true
+                shown: drops.containsDrag
+                surfaceRadius: Theme.radiusPicture
             }
         }
         StatusLine {
