@@ -114,6 +114,12 @@ Flickable {
             onWheel: event => pagesView.zoomTo(pagesView.pages.zoom * Math.pow(pagesView.wheelZoom, event.angleDelta.y / 120),
                                           Qt.point(event.x, event.y))
         }
+        WheelHandler {
+            acceptedModifiers: Qt.ShiftModifier
+            acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+            onWheel: event => pagesView.contentX = pagesView.within(pagesView.contentX - event.angleDelta.y,
+                                                                    pagesView.contentWidth - pagesView.width)
+        }
         PinchHandler {
             property real before: 1
             target: null

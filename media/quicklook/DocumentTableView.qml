@@ -63,6 +63,15 @@ Item {
 
         onMovementStarted: glide.stop()
 
+        WheelHandler {
+            acceptedModifiers: Qt.ShiftModifier
+            acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+            onWheel: event => {
+                const most = Math.max(cells.originX, cells.originX + cells.contentWidth - cells.width)
+                cells.contentX = Math.max(cells.originX, Math.min(cells.contentX - event.angleDelta.y, most))
+            }
+        }
+
         delegate: Label {
             required property string cell
             required property int column

@@ -88,6 +88,7 @@ Item {
                 page: reading.url
                 folder: reading.folder
                 version: reading.version
+                steady: true
                 paper: Theme.paper
             }
             DocumentState {

@@ -13,8 +13,9 @@ WebEngineView {
     property bool crashed: false
     property bool shown: false // the page that was asked for last is there
 
-    function open(page: url, folder: url, paper: color) {
-        shown = false
+    // `steady`: the same page that is loaded anew shows what it was until then.
+    function open(page: url, folder: url, paper: color, steady: bool) {
+        shown = shown && steady && url.toString() === page.toString()
         requests.page = page
         requests.folder = folder
         backgroundColor = paper

@@ -11,6 +11,7 @@ Item {
     property url folder // the page may use the files in and below it
     property color paper: Theme.clear
     property int version: 0 // another one loads the page anew
+    property bool steady: false // what was shown of the page stays until then
 
     readonly property bool shown: view !== null && view.shown && !failed
     readonly property bool failed: isMissing || (view !== null && view.crashed)
@@ -36,7 +37,7 @@ Item {
             view.anchors.fill = stage
         }
         opening()
-        view.open(page, folder, paper)
+        view.open(page, folder, paper, steady)
     }
 
     function leave() {

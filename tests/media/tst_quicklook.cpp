@@ -94,6 +94,10 @@ private Q_SLOTS:
         QVERIFY(pagesOf(window)->zoom() > 1.9);
         QVERIFY2(QLineF(spot(), before).length() < 0.01, qPrintable(QDebug::toString(spot())));
         QCOMPARE(window.contentY() > 0, true);
+        const double left = window.stageItem()->property("contentX").toDouble();
+        QVERIFY(left > 0);
+        window.wheel(1, Qt::ShiftModifier);
+        QCOMPARE(window.stageItem()->property("contentX").toDouble(), left - 120);
         window.press(Qt::Key_0, Qt::ControlModifier);
         QCOMPARE(pagesOf(window)->zoom(), 1.0);
         window.press(Qt::Key_Plus, Qt::ControlModifier);
@@ -179,6 +183,22 @@ private Q_SLOTS:
         window.press(Qt::Key_End);
         QVERIFY(window.says(QStringLiteral("row 4999")));
         QVERIFY(window.words().contains(QStringLiteral("name"))); // the head stays
+    }
+
+    void aWideTableIsScrolledSidewaysWithShift() {
+        QByteArray row;
+        for (int column = 0; column < 60; ++column)
+            row += "column " + QByteArray::number(column) + ',';
+        QuickLookWindow window(m_home.file("wide.csv", row + '\n' + row + '\n'));
+        QVERIFY(window.reaches("table"));
+        auto* const cells = window.find("documentCells");
+        QTRY_VERIFY(cells->property("contentWidth").toDouble() > 1000);
+        const double left = cells->property("contentX").toDouble();
+        window.wheel(-2, Qt::ShiftModifier);
+        QCOMPARE(cells->property("contentX").toDouble(), left + 240);
+        for (int i = 0; i < 100; ++i)
+            window.wheel(-2, Qt::ShiftModifier);
+        QVERIFY(window.says(QStringLiteral("column 59")));
     }
 
     void subtitlesAreShownWithTheirTimes() {

@@ -46,7 +46,13 @@ constexpr char film[] = R"(
 
 constexpr char document[] = R"(
     property var file
-    QuickLookView { objectName: "view"; anchors.fill: parent; path: parent.file })";
+    property int hidings: 0
+    QuickLookView {
+        objectName: "view"
+        anchors.fill: parent
+        path: parent.file
+        onShownChanged: if (!shown) ++parent.hidings
+    })";
 
 constexpr char imports[] = "import Lumbra.Media\n";
 
@@ -233,6 +239,7 @@ private Q_SLOTS:
         QTRY_VERIFY(isNear(window->grabWindow().pixelColor(300, 200), Qt::blue));
         m_home.file("site/changes.html", "<body style='background:#ff0000'>  ");
         QTRY_VERIFY_WITH_TIMEOUT(isNear(window->grabWindow().pixelColor(300, 200), Qt::red), 20'000);
+        QCOMPARE(window.root()->property("hidings").toInt(), 0);
     }
 
 private:
