@@ -102,7 +102,6 @@ void App::open(const QList<QUrl>& urls) {
     if (!m_engine)
         return;
     window()->setWindowStates(window()->windowStates() & ~Qt::WindowMinimized);
-    window()->raise();
     window()->requestActivate();
 }
 

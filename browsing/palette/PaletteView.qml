@@ -21,11 +21,10 @@ FocusScope {
     readonly property int focusAgain: 50   // ms: whatever else took the keys as it opened has them by then
 
     property Item before: null // who had the keys
-
     property bool asks: controller.shown
 
     anchors.fill: parent
-    visible: panel.opacity > 0
+    visible: asks || panel.opacity > 0
     enabled: asks
     Component.onDestruction: asks = false
     onAsksChanged: {
@@ -41,10 +40,18 @@ FocusScope {
         }
     }
 
+    // What lies behind may ask for the keys when its content comes; only a sheet gets them.
+    Connections {
+        target: view.Window.window
+        function onActiveFocusItemChanged() {
+            if (view.asks && !view.activeFocus && !Sheets.top)
+                field.forceActiveFocus(Qt.PopupFocusReason)
+        }
+    }
     Timer {
         id: again
         interval: view.focusAgain
-        onTriggered: field.forceActiveFocus(Qt.PopupFocusReason)
+        onTriggered: if (!Sheets.top) field.forceActiveFocus(Qt.PopupFocusReason)
     }
     MouseArea {
         anchors.fill: parent
