@@ -37,14 +37,16 @@ void* addressOf(void*, const char* name) {
 // What mpv rings, from any of its threads, when there is something to draw.
 struct VideoRenderer::Bell {
     QPointer<VideoSurface> surface;
-    std::shared_ptr<std::atomic<bool>> isRung = std::make_shared<std::atomic<bool>>(false);
+    std::atomic<bool> isNew = false; // not drawn yet
+    std::shared_ptr<std::atomic<bool>> isPosted = std::make_shared<std::atomic<bool>>(false);
 
     static void ring(void* given) {
-        const auto* const bell = static_cast<Bell*>(given);
-        if (bell->isRung->exchange(true))
+        auto* const bell = static_cast<Bell*>(given);
+        bell->isNew = true;
+        if (bell->isPosted->exchange(true))
             return;
-        Tasks::postToMain([surface = bell->surface, isRung = bell->isRung] {
-            *isRung = false;
+        Tasks::postToMain([surface = bell->surface, isPosted = bell->isPosted] {
+            *isPosted = false;
             if (surface)
                 surface->update();
         });
@@ -118,7 +120,8 @@ void VideoRenderer::makeContext() {
         m_context = nullptr;
         return;
     }
-    m_bell = std::make_unique<Bell>(Bell{m_surface});
+    m_bell = std::make_unique<Bell>();
+    m_bell->surface = m_surface;
     m_library->render_context_set_update_callback(m_context, &Bell::ring, m_bell.get());
     const auto* const name =
         reinterpret_cast<const char*>(QOpenGLContext::currentContext()->functions()->glGetString(GL_RENDERER));
@@ -143,7 +146,9 @@ void VideoRenderer::freeContext() {
 }
 
 void VideoRenderer::draw() {
-    const bool isNew = m_library->render_context_update(m_context) & MPV_RENDER_UPDATE_FRAME;
+    // Not what mpv answers here: it has no new picture any more when nobody came for one in time.
+    const bool isNew = m_bell->isNew.exchange(false);
+    m_library->render_context_update(m_context);
     if (isNew || m_isStale)
         drawPicture();
     m_isGlowOld = m_isGlowOld || isNew;
