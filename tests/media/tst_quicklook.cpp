@@ -1,15 +1,17 @@
-// Documents on show: every kind, its scrolling, its keys, and what becomes of it when the file changes.
+// Documents on show: every kind, its scrolling and its keys.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "QuickLookWindow.h"
 #include "media/quicklook/DocumentPage.h"
 #include "media/quicklook/DocumentPages.h"
+#include "media/quicklook/QuickLookDocument.h"
 #include "support/PdfFiles.h"
+#include "support/Strings.h"
 #include "support/TestHome.h"
 
+#include <QDesktopServices>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QProcess>
 #include <QtTest>
 
 Q_IMPORT_QML_PLUGIN(Lumbra_MediaPlugin)
@@ -31,6 +33,16 @@ int countPages(QQuickItem* item) {
 }
 
 } // namespace
+
+// What would open an address in another program.
+class UrlOpener : public QObject {
+    Q_OBJECT
+
+public:
+    Q_INVOKABLE void open(const QUrl& url) { opened.append(url.toString()); }
+
+    QStringList opened;
+};
 
 class tst_QuickLook : public QObject {
     Q_OBJECT
@@ -303,93 +315,16 @@ private Q_SLOTS:
         QTRY_VERIFY(window.contentY() > start + 50);
     }
 
-    void anotherFileShowsNothingOfTheOneBefore() {
-        QuickLookWindow window(m_home.file("first.txt", "the first text"));
-        QVERIFY(window.says(QStringLiteral("the first text")));
-        window.show(PdfFiles::make(at("second.pdf"), 1));
-        QCOMPARE(window.stage(), QStringLiteral("nothing"));
-        QVERIFY(!window.words().join(u'\n').contains(QStringLiteral("the first text")));
-        QVERIFY(window.reaches("pages"));
-        window.show(m_home.file("third.txt", "the third text"));
-        QVERIFY(window.says(QStringLiteral("the third text")));
-    }
-
-    void aTextThatGrowsIsReadAnewWithoutAFlash() {
-        const Location file = m_home.file("grows.txt", QByteArray("a line\n").repeated(300));
-        QuickLookWindow window(file);
-        QVERIFY(window.reaches("text"));
-        window.wheel(-10);
-        QTRY_VERIFY(window.contentY() > 100);
-        QTRY_VERIFY(!window.stageItem()->property("moving").toBool());
-        const double there = window.contentY();
-        const QVariant stages = window.root()->property("stages");
-        QFile grown(file.toString());
-        QVERIFY(grown.open(QIODevice::Append));
-        grown.write("the end of it\n");
-        grown.close();
-        QTRY_COMPARE_WITH_TIMEOUT(window.stageItem()->property("count").toInt(), 301, 10'000);
-        QCOMPARE(window.contentY(), there);
-        for (const QVariant& stage : window.root()->property("stages").toList().mid(stages.toList().size()))
-            QCOMPARE(stage.toString(), QStringLiteral("text"));
-    }
-
-    void aTextThatIsWrittenAnewIsNotEmptyInBetween() {
-        const Location file = m_home.file("anew.txt", "before");
-        QuickLookWindow window(file);
-        QVERIFY(window.says(QStringLiteral("before")));
-        QFile anew(file.toString());
-        QVERIFY(anew.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        QTest::qWait(300); // as long as a slow program leaves it empty
-        anew.write("after");
-        anew.close();
-        QVERIFY(window.says(QStringLiteral("after")));
-        QVERIFY(!window.root()->property("stages").toList().contains(QStringLiteral("empty")));
-    }
-
-    void aTextThatStaysEmptySaysSo() {
-        const Location file = m_home.file("emptied.txt", "before");
-        QuickLookWindow window(file);
-        QVERIFY(window.says(QStringLiteral("before")));
-        QVERIFY(QFile(file.toString()).resize(0));
-        QVERIFY(window.reaches("empty"));
-        m_home.file("emptied.txt", "again");
-        QVERIFY(window.says(QStringLiteral("again")));
-    }
-
-    void pagesThatAreReplacedAreDrawnAnewOverTheOldOnes() {
-        const Location file = PdfFiles::make(at("pages.pdf"), 1);
-        QuickLookWindow window(file);
-        QVERIFY(window.reaches("pages"));
-        QTRY_VERIFY(isNear(window.at(350, 60), PdfFiles::colourOf(0)));
-        PdfFiles::make(at("newer.pdf"), 3, [](int) { return QPageSize(QSizeF(595, 400), QPageSize::Point); });
-        QVERIFY(QFile::remove(file.toString()));
-        QVERIFY(QFile::rename(at("newer.pdf").toString(), file.toString()));
-        QTRY_COMPARE_WITH_TIMEOUT(pagesOf(window)->pageCount(), 3, 10'000);
-        QVERIFY(isNear(window.at(350, 60), PdfFiles::colourOf(0)) || isNear(window.at(350, 60), Qt::white));
-        const QStringList stages = window.root()->property("stages").toStringList();
-        QCOMPARE(stages.last(), QStringLiteral("pages"));
-        QVERIFY(!stages.contains(QStringLiteral("broken")));
-        QTRY_VERIFY(isNear(window.at(350, 490), PdfFiles::colourOf(1))); // the second page has come up
-    }
-
-    void aDocumentThatVanishesStays_data() {
-        QTest::addColumn<Location>("file");
-        QTest::addColumn<QString>("stage");
-        QTest::newRow("pages") << PdfFiles::make(at("vanishes.pdf"), 1) << "pages";
-        QTest::newRow("text") << m_home.file("vanishes.txt", "still here") << "text";
-    }
-    void aDocumentThatVanishesStays() {
-        QFETCH(Location, file);
-        QFETCH(QString, stage);
-        QuickLookWindow window(file);
-        QVERIFY(window.reaches(stage.toLatin1().constData()));
-        QTRY_VERIFY(window.value("view", "shown").toBool());
-        QVERIFY(QFile::remove(file.toString()));
-        const Location marker = m_home.file("marker.txt", "the file after");
-        QTest::qWait(600); // one batch of events
-        QCOMPARE(window.stage(), stage);
-        window.show(marker);
-        QVERIFY(window.says(QStringLiteral("the file after")));
+    void linksOfTheWebAreOpenedInTheBrowserAndNoOthers() {
+        UrlOpener opener;
+        for (const char* scheme : {"https", "http", "file", "mailto", "javascript"})
+            QDesktopServices::setUrlHandler(QString::fromLatin1(scheme), &opener, "open");
+        for (const char* link : {"https://a.example/b?c=1", "http://a.example", "file:///etc/passwd",
+                                 "mailto:a@b.example", "javascript:alert(1)", "a.md", "", "https://a b"})
+            QuickLookDocument::openLink(QString::fromLatin1(link));
+        for (const char* scheme : {"https", "http", "file", "mailto", "javascript"})
+            QDesktopServices::unsetUrlHandler(QString::fromLatin1(scheme));
+        QCOMPARE(opener.opened, strings({"https://a.example/b?c=1", "http://a.example"}));
     }
 
     void aHostileNameIsJustAName() {
