@@ -19,6 +19,7 @@ GridView {
     readonly property real spare: available - columns * cardWidth - (columns - 1) * gap
 
     leftMargin: Theme.pageMargin + Math.floor(spare / 2)
+    rightMargin: leftMargin - gap // which belongs to the last column's cell
     topMargin: Theme.pageMargin
     bottomMargin: Theme.pageMargin - gap
     cellWidth: cardWidth + gap

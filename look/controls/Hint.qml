@@ -14,7 +14,7 @@ Item {
     readonly property bool near: (control.hovered ?? pointer.hovered) || (control.visualFocus ?? false)
     readonly property bool pressed: control.down ?? false
     property bool used: false // whoever has pressed it knows what it does
-    readonly property bool wanted: text !== "" && control.enabled && near && !used && !muted
+    readonly property bool wanted: text !== "" && control.enabled && control.visible && near && !used && !muted
 
     anchors.fill: parent
     onPressedChanged: if (pressed) used = true

@@ -225,6 +225,40 @@ private Q_SLOTS:
         QCOMPARE(pane.library->place(), Place::folder(pane.folder("two")));
     }
 
+    void cardsStandInAsManyColumnsAsFit_data() {
+        QTest::addColumn<int>("width");
+        QTest::addColumn<int>("columns");
+        QTest::newRow("one of 300") << 332 << 1;
+        QTest::newRow("not yet two") << 649 << 1;
+        QTest::newRow("two of 300") << 650 << 2;
+        QTest::newRow("two") << 844 << 2;
+        QTest::newRow("three") << 1000 << 3;
+    }
+    void cardsStandInAsManyColumnsAsFit() {
+        QFETCH(int, width);
+        Pane pane;
+        for (const char* project : {"one", "two", "three"})
+            pane.file(std::string(project) + "/1.txt");
+        pane.open(Place::recent(), width);
+        pane.library->setPlace(Place::group(pane.library->newGroup(u"All"_qs, strings({"one", "two", "three"})).id));
+        QTRY_COMPARE(pane.items("ProjectCard").size(), 3);
+        pane.settle();
+        const QList<QQuickItem*> cards = pane.items("ProjectCard");
+        int columns = 0;
+        for (const QQuickItem* card : cards) {
+            QVERIFY(card->width() >= 300 && card->width() <= 420);
+            if (card->mapToScene({}).y() == cards.first()->mapToScene({}).y())
+                ++columns;
+        }
+        QTEST(columns, "columns");
+        if (columns > 1)
+            QCOMPARE(cards[1]->mapToScene({}).x() - cards[0]->mapToScene({}).x(), cards[0]->width() + 18);
+        // In the middle of the page.
+        const double left = cards.first()->mapToScene({}).x();
+        const QQuickItem* const last = cards[columns - 1];
+        QVERIFY(std::abs(left - (width - last->mapToScene({last->width(), 0}).x())) <= 2);
+    }
+
     void aStepOfThePathLeadsThereAndTheLastOneToItsSiblings() {
         Pane pane;
         pane.file("p/a/1.txt");
