@@ -33,6 +33,12 @@ FocusScope {
     // A film that runs alone has the room to itself.
     readonly property real besideFilm: filmFillsScreen || !room.chrome ? 0 : panels
 
+    function isWithin(item: Item, frame: Item): bool {
+        while (item && item !== frame)
+            item = item.parent
+        return item !== null
+    }
+
     function takeFocus() {
         if (room.open && Sheets.shown === 0)
             forceActiveFocus(Qt.OtherFocusReason)
@@ -67,6 +73,15 @@ FocusScope {
     Connections {
         target: view.room
         function onOpenChanged() { view.takeFocus() }
+    }
+    // A menu or a panel that closes gives the keys to the window's page, which lies behind the room.
+    Connections {
+        target: view.Window.window
+        function onActiveFocusItemChanged() {
+            const page = target.contentItem
+            if (view.isWithin(target.activeFocusItem, page) && !view.isWithin(view, page))
+                Qt.callLater(view.takeFocus)
+        }
     }
     Binding {
         target: view.room
