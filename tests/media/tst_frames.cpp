@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "media/Frames.h"
 #include "support/FilmClips.h"
+#include "support/HostileReader.h"
 
 #include <QtTest>
 
@@ -181,10 +182,6 @@ private:
         const auto request = m_frames->stripFor(asset, count, maxSide, this, outcome.ready());
         [&] { QTRY_COMPARE_WITH_TIMEOUT(outcome.calls, 1, 20'000); }();
         return outcome.strip;
-    }
-
-    static QByteArray hostileProgram() {
-        return QCoreApplication::applicationDirPath().toUtf8() + "/lumbra-reader-hostile";
     }
 
     // The strip of one frame is there without waiting.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "media/PreviewFrames.h"
 #include "support/FilmClips.h"
+#include "support/HostileReader.h"
 
 #include <QtTest>
 
@@ -94,7 +95,7 @@ private Q_SLOTS:
 
     // What keeps the reader busy makes room at once when the pointer has moved on.
     void aRequestAtWorkIsStoppedForTheNext() {
-        PreviewFrames previews(nullptr, QCoreApplication::applicationDirPath().toUtf8() + "/lumbra-reader-hostile");
+        PreviewFrames previews(nullptr, hostileProgram());
         const Location busy = home().file("busy", "obey"), fine = home().file("fine", "fine");
         QCOMPARE(frameAt(previews, fine, 1).size(), QSize(1, 1));
         Outcome first, second;

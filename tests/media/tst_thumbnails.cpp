@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "media/Thumbnails.h"
+#include "support/HostileReader.h"
 #include "support/TestHome.h"
 
 #include <QtTest>
@@ -122,8 +123,7 @@ private Q_SLOTS:
     }
 
     void aRequestThatIsDroppedAnswersNobody() {
-        Reader reader(
-            {.children = 1, .program = QCoreApplication::applicationDirPath().toUtf8() + "/lumbra-reader-hostile"});
+        Reader reader({.children = 1, .program = hostileProgram()});
         Thumbnails thumbnails(reader);
         const Asset fine{.url = m_home->file("fine", "fine"), .starred = {}};
         const Asset stalling{.url = m_home->file("stalling", "stall"), .starred = {}};
@@ -141,9 +141,7 @@ private Q_SLOTS:
 
     // Such as enormous pictures while the machine is busy.
     void whatTakesTooLongIsNothingAndIsTriedAgainLater() {
-        Reader reader({.children = 1,
-                       .limit = 0.3,
-                       .program = QCoreApplication::applicationDirPath().toUtf8() + "/lumbra-reader-hostile"});
+        Reader reader({.children = 1, .limit = 0.3, .program = hostileProgram()});
         Thumbnails thumbnails(reader);
         const Asset asset{.url = m_home->file("enormous.png", "stall"), .starred = {}};
         const auto ask = [&] {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "media/Waveform.h"
 #include "support/FilmClips.h"
+#include "support/HostileReader.h"
 
 #include <QtTest>
 
@@ -54,9 +55,7 @@ private Q_SLOTS:
     }
 
     void aReaderThatStallsYieldsNone() {
-        Reader stalling({.children = 1,
-                         .limit = 0.2,
-                         .program = QCoreApplication::applicationDirPath().toUtf8() + "/lumbra-reader-hostile"});
+        Reader stalling({.children = 1, .limit = 0.2, .program = hostileProgram()});
         QFuture<QList<float>> bars = Waveform::bars(stalling, home().file("stall.mp3", "stall"), 140);
         bars.waitForFinished();
         QVERIFY(bars.result().isEmpty());
