@@ -1,57 +1,18 @@
-// What floats in the screening room, used as a person does: by the pointer, by the keys, by assistive technology.
+// What plays a film or a sound, used as a person does.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "OpenRoom.h"
-#include "library/Actions.h"
-#include "support/QmlWindow.h"
-#include "support/Strings.h"
-#include "support/TestPanels.h"
+#include "RoomPiece.h"
 
-#include <QAccessible>
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QtTest>
-
-Q_IMPORT_QML_PLUGIN(Lumbra_MediaPlugin)
 
 using namespace lumbra;
 
 namespace {
 
-// A window with a view of the room in it.
-class Shown {
-public:
-    Shown(OpenRoom& in, const char* body, const QSize& size = QSize(1200, 600))
-        : m_window((QByteArray("property var room\n") + body).constData(), "import Lumbra.Media\n",
-                   {{QStringLiteral("room"), QVariant::fromValue<QObject*>(&in.room())}}, size) {
-        QTest::mouseMove(m_window.window(), QPoint(1, 1));
-    }
-
-    QmlWindow* operator->() { return &m_window; }
-    QmlWindow& operator*() { return m_window; }
-
-    QQuickItem* item(const char* name) { return m_window.find<QQuickItem>(name); }
-    bool sees(const char* name) { return item(name)->isVisible(); }
-
-    QAccessibleInterface* accessible(const char* name) {
-        return QAccessible::queryAccessibleInterface(m_window.find(name));
-    }
-
-private:
-    QmlWindow m_window;
-};
-
 constexpr char capsule[] =
     "ControlCapsule { objectName: 'capsule'; y: 400; width: 1100; room: parent ? parent.room : null }";
 constexpr char narrowCapsule[] =
     "ControlCapsule { objectName: 'capsule'; y: 400; width: 560; room: parent ? parent.room : null }";
-constexpr char drawer[] =
-    "InfoDrawerView { objectName: 'drawer'; height: parent ? parent.height : 0; room: parent ? parent.room : null }";
-constexpr char queue[] =
-    "UpNextView { objectName: 'upNext'; height: parent ? parent.height : 0; room: parent ? parent.room : null }";
-
-constexpr char wholeRoom[] = "ScreeningRoomView { anchors.fill: parent; room: parent ? parent.room : null }";
-
 struct Control {
     const char* name;
     const char* hint;
@@ -74,7 +35,7 @@ constexpr Control controls[] = {
 
 } // namespace
 
-class tst_RoomControls : public QObject {
+class tst_ControlCapsule : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -87,7 +48,7 @@ private Q_SLOTS:
 
     void theControlsStandFromLeftToRight() {
         OpenRoom in(m_home);
-        Shown shown = film(in, capsule);
+        RoomPiece shown = film(in, capsule);
         double last = 0;
         for (const char* name : {"play", "back", "ahead", "previousFrame", "nextFrame", "timecode", "badge", "speed",
                                  "loop", "mute", "volume", "pip", "fullScreen"}) {
@@ -101,7 +62,7 @@ private Q_SLOTS:
 
     void eachControlHasItsHintAndItsName() {
         OpenRoom in(m_home);
-        Shown shown = film(in, capsule);
+        RoomPiece shown = film(in, capsule);
         for (const Control& control : controls) {
             const QString hint = shown->value(control.name, "hint").toString();
             QCOMPARE(hint.isEmpty() ? shown->value(control.name, "text").toString() : hint,
@@ -117,7 +78,7 @@ private Q_SLOTS:
 
     void theCompactFormLeavesOutWhatHasAKey() {
         OpenRoom in(m_home);
-        Shown shown = film(in, narrowCapsule);
+        RoomPiece shown = film(in, narrowCapsule);
         QVERIFY(!shown->value("capsule", "wide").toBool());
         for (const Control& control : controls)
             QCOMPARE(shown.sees(control.name), control.inCompactForm);
@@ -132,7 +93,7 @@ private Q_SLOTS:
         OpenRoom in(m_home);
         in.open(in.clip("tone.wav"));
         in.settle();
-        Shown shown(in, capsule);
+        RoomPiece shown(in, capsule);
         for (const Control& control : controls)
             QCOMPARE(shown.sees(control.name), !control.filmOnly);
         QVERIFY(shown.sees("volume"));
@@ -140,7 +101,7 @@ private Q_SLOTS:
 
     void noFormChangesWhileAFilmIsShuttled() {
         OpenRoom in(m_home);
-        Shown shown = film(in, capsule);
+        RoomPiece shown = film(in, capsule);
         const double width = shown->value("capsule", "wideWidth").toDouble();
         in.engine().shuttle(1);
         in.engine().shuttle(1);
@@ -153,7 +114,7 @@ private Q_SLOTS:
 
     void playAndPause() {
         OpenRoom in(m_home);
-        Shown shown = film(in, capsule);
+        RoomPiece shown = film(in, capsule);
         shown->click("play");
         QVERIFY(in.engine().isPlaying());
         QCOMPARE(shown->value("play", "hint").toString(), QStringLiteral("Pause (Space)"));
@@ -165,7 +126,7 @@ private Q_SLOTS:
 
     void fiveSecondsBackAndAhead() {
         OpenRoom in(m_home);
-        Shown shown = film(in, capsule);
+        RoomPiece shown = film(in, capsule);
         shown->click("ahead");
         QVERIFY(std::abs(in.engine().time() - 5) < 0.01);
         shown->click("back");
@@ -176,7 +137,7 @@ private Q_SLOTS:
 
     void frameByFrame() {
         OpenRoom in(m_home);
-        Shown shown = film(in, capsule);
+        RoomPiece shown = film(in, capsule);
         in.engine().seek(1, true);
         QTRY_VERIFY(in.engine().isStanding());
         const double before = in.engine().time();
@@ -190,7 +151,7 @@ private Q_SLOTS:
 
     void theSpeedIsChosenInAMenu() {
         OpenRoom in(m_home);
-        Shown shown = film(in, capsule);
+        RoomPiece shown = film(in, capsule);
         QCOMPARE(shown->value("speed", "text").toString(), QStringLiteral("1×"));
         for (const double speed : {1.25, 2.0, 0.5}) {
             const QByteArray item = "speed" + QByteArray::number(speed);
@@ -212,7 +173,7 @@ private Q_SLOTS:
 
     void loopIsOnOrOff() {
         OpenRoom in(m_home);
-        Shown shown = film(in, capsule);
+        RoomPiece shown = film(in, capsule);
         shown->click("loop");
         QVERIFY(in.engine().loop());
         QCOMPARE(shown->value("loop", "text").toString(), QStringLiteral("Loop is on"));
@@ -224,7 +185,7 @@ private Q_SLOTS:
 
     void muteAndVolume() {
         OpenRoom in(m_home);
-        Shown shown = film(in, capsule);
+        RoomPiece shown = film(in, capsule);
         shown->click("mute");
         QVERIFY(in.engine().muted());
         QCOMPARE(shown->value("mute", "symbol").toString(), QStringLiteral("speaker.slash.fill"));
@@ -240,7 +201,7 @@ private Q_SLOTS:
 
     void fullScreenAndBack() {
         OpenRoom in(m_home);
-        Shown shown = film(in, capsule);
+        RoomPiece shown = film(in, capsule);
         shown->click("fullScreen");
         QTRY_COMPARE((*shown)->visibility(), QWindow::FullScreen);
         shown->click("fullScreen");
@@ -249,13 +210,13 @@ private Q_SLOTS:
 
     void theSmallWindowIsOfferedWhereThereCanBeOne() {
         OpenRoom in(m_home);
-        Shown shown = film(in, capsule);
+        RoomPiece shown = film(in, capsule);
         QCOMPARE(shown->value("pip", "enabled").toBool(), in.engine().pip() != nullptr);
     }
 
     void theTimecodeTellsTimeAndDuration() {
         OpenRoom in(m_home);
-        Shown shown = film(in, capsule);
+        RoomPiece shown = film(in, capsule);
         in.engine().seek(2.5, true);
         QCOMPARE(shown->value("timecode", "time").toString(), QStringLiteral("0:02.50"));
         QCOMPARE(shown->value("timecode", "duration").toString(), QStringLiteral("0:10.00"));
@@ -265,9 +226,9 @@ private Q_SLOTS:
         OpenRoom in(m_home);
         in.open(in.clip("long.mp4"));
         in.settle();
-        Shown shown(in, "property int presses: 0\n"
-                        "MouseArea { anchors.fill: parent; onPressed: ++parent.presses }\n"
-                        "ControlCapsule { objectName: 'capsule'; y: 400; room: parent ? parent.room : null }");
+        RoomPiece shown(in, "property int presses: 0\n"
+                            "MouseArea { anchors.fill: parent; onPressed: ++parent.presses }\n"
+                            "ControlCapsule { objectName: 'capsule'; y: 400; room: parent ? parent.room : null }");
         const QPoint corner = shown.item("capsule")->mapToScene(QPointF(6, 60)).toPoint();
         QTest::mouseClick(shown->window(), Qt::LeftButton, {}, corner);
         QCOMPARE(shown->root()->property("presses").toInt(), 0);
@@ -277,7 +238,7 @@ private Q_SLOTS:
 
     void tabReachesEveryControlAndItsFocusShows() {
         OpenRoom in(m_home);
-        Shown shown = film(in, capsule);
+        RoomPiece shown = film(in, capsule);
         QStringList reached;
         for (int i = 0; i < 12; ++i) {
             shown->press(Qt::Key_Tab);
@@ -297,7 +258,7 @@ private Q_SLOTS:
 
     void controlsAreUsedByKey() {
         OpenRoom in(m_home);
-        Shown shown = film(in, capsule);
+        RoomPiece shown = film(in, capsule);
         shown.item("loop")->forceActiveFocus(Qt::TabFocusReason);
         shown->press(Qt::Key_Return);
         QVERIFY(in.engine().loop());
@@ -315,7 +276,7 @@ private Q_SLOTS:
 
     void aDragAlongTheTrackMovesThePlayer() {
         OpenRoom in(m_home);
-        Shown shown = film(in, capsule);
+        RoomPiece shown = film(in, capsule);
         in.engine().play();
         const QQuickItem* const track = shown.item("track");
         const auto at = [&](double part) {
@@ -337,7 +298,7 @@ private Q_SLOTS:
 
     void theCardStandsOverThePointer() {
         OpenRoom in(m_home);
-        Shown shown = film(in, capsule);
+        RoomPiece shown = film(in, capsule);
         const QQuickItem* const track = shown.item("track");
         QVERIFY(!shown.sees("card"));
         QTest::mouseMove(shown->window(), track->mapToScene(QPointF(track->width() / 2, 20)).toPoint());
@@ -356,7 +317,7 @@ private Q_SLOTS:
         OpenRoom in(m_home);
         in.open(in.clip("tone.wav"));
         in.settle();
-        Shown shown(in, capsule);
+        RoomPiece shown(in, capsule);
         QTest::mouseMove(shown->window(), shown->centreOf("track"));
         QTest::qWait(50);
         QVERIFY(!shown.sees("card"));
@@ -364,7 +325,7 @@ private Q_SLOTS:
 
     void assistiveTechnologyMovesTheScrubber() {
         OpenRoom in(m_home);
-        Shown shown = film(in, capsule);
+        RoomPiece shown = film(in, capsule);
         QAccessibleInterface* const accessible = shown.accessible("scrubber");
         QVERIFY(accessible->actionInterface());
         accessible->actionInterface()->doAction(QAccessibleActionInterface::increaseAction());
@@ -373,199 +334,7 @@ private Q_SLOTS:
         QCOMPARE(in.engine().time(), 0.0);
     }
 
-    // The stage of a sound
-
-    void theSignBreathesOnlyWhileItPlays() {
-        OpenRoom in(m_home);
-        in.open(in.clip("tone.wav"));
-        in.settle();
-        Shown shown(in, "AudioStage { anchors.fill: parent; room: parent ? parent.room : null }");
-        QVERIFY(!shown->value("breath", "running").toBool());
-        in.engine().play();
-        QTRY_VERIFY(shown->value("circle", "scale").toDouble() > 1.01);
-        in.engine().pause();
-        QTRY_COMPARE(shown->value("circle", "scale").toDouble(), 1.0);
-        QVERIFY(!shown->value("breath", "running").toBool());
-    }
-
-    void withReducedMotionNothingBreathes() {
-        OpenRoom in(m_home);
-        in.open(in.clip("tone.wav"));
-        in.settle();
-        Shown shown(in, "AudioStage { anchors.fill: parent; room: parent ? parent.room : null }");
-        Look::setAppearance(shown->engine(), false, true);
-        in.engine().play();
-        QVERIFY(!shown->value("breath", "running").toBool());
-        QCOMPARE(shown->value("circle", "scale").toDouble(), 1.0);
-    }
-
-    // The queue
-
-    void theQueueTellsWhereItStands() {
-        OpenRoom in(m_home);
-        in.file("a.txt");
-        const Location second = in.file("b.txt");
-        in.file("c.txt");
-        in.open(second);
-        Shown shown(in, queue);
-        QCOMPARE(shown->value("position", "text").toString(), QStringLiteral("2 of 3"));
-        QVERIFY(shown->value("row1", "playing").toBool());
-        QVERIFY(!shown->value("row0", "playing").toBool());
-        QAccessibleInterface* const accessible = shown.accessible("row1");
-        QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("b.txt"));
-        QVERIFY(accessible->text(QAccessible::Description).contains(u"Playing"));
-        QVERIFY(accessible->state().selected);
-        QCOMPARE(accessible->role(), QAccessible::ListItem);
-    }
-
-    void aClickPicksARow() {
-        OpenRoom in(m_home);
-        const Location first = in.file("a.txt");
-        in.file("b.txt");
-        const Location third = in.file("c.txt");
-        in.open(first);
-        Shown shown(in, queue);
-        shown->click("row2");
-        QCOMPARE(in.shown(), third);
-        QTRY_VERIFY(shown->value("row2", "playing").toBool());
-        QCOMPARE(shown->value("position", "text").toString(), QStringLiteral("3 of 3"));
-        QCOMPARE(in.library().playing()->order.size(), 3);
-    }
-
-    void theSwitchDecidesWhetherTheNextPlays() {
-        OpenRoom in(m_home);
-        in.open(in.file("a.txt"));
-        Shown shown(in, queue);
-        QVERIFY(shown->value("autoplay", "checked").toBool());
-        shown->click("autoplay");
-        QVERIFY(!in.room().autoplayNext());
-        QVERIFY(!shown.accessible("autoplay")->state().checked);
-        in.room().setAutoplayNext(true);
-        QVERIFY(shown->value("autoplay", "checked").toBool());
-    }
-
-    void aTimedRowTellsItsDurationAndOthersDoNot() {
-        OpenRoom in(m_home);
-        in.clip("long.mp4");
-        in.open(in.file("a.txt"));
-        Shown shown(in, queue);
-        QTRY_VERIFY_WITH_TIMEOUT(
-            shown.accessible("row0")->text(QAccessible::Description).contains(QStringLiteral("0:10")), 20'000);
-        QCOMPARE(shown.accessible("row1")->text(QAccessible::Description), QStringLiteral("Playing"));
-    }
-
-    void aStarShowsInItsRow() {
-        OpenRoom in(m_home);
-        const Location file = in.file("a.txt");
-        in.open(file);
-        Shown shown(in, queue);
-        QVERIFY(!shown->value("row0", "starred").toBool());
-        in.library().toggleStar({file});
-        QTRY_VERIFY(shown->value("row0", "starred").toBool());
-    }
-
-    void ofAHundredThousandFilesAScreenfulIsMade() {
-        OpenRoom in(m_home);
-        const Location real = in.file("a.txt");
-        Assets order;
-        for (int i = 0; i < 100'000; ++i) {
-            Asset asset = *Asset::read(real);
-            asset.url = real.parent().child(QStringLiteral("%1.txt").arg(i));
-            order.append(asset);
-        }
-        order[70'000] = *Asset::read(real);
-        in.open(real, order);
-        Shown shown(in, queue);
-        QCOMPARE(shown->value("position", "text").toString(), QStringLiteral("70001 of 100000"));
-        QTRY_VERIFY(isInSight(shown, "row70000"));
-        QVERIFY(madeRows(shown.item("queue")) < 40);
-        for (const int row : {70'001, 3, 99'999}) {
-            in.room().pick(order[row].url);
-            const QByteArray name = "row" + QByteArray::number(row);
-            QTRY_VERIFY(isInSight(shown, name.constData()));
-            QVERIFY(madeRows(shown.item("queue")) < 60);
-        }
-    }
-
-    // The drawer
-
-    void theDrawerShowsItsFacts() {
-        OpenRoom in(m_home);
-        const Location file = in.clip("h264.mp4");
-        in.open(file);
-        Shown shown(in, drawer);
-        QTRY_COMPARE_WITH_TIMEOUT(shown->value("Dimensions", "text").toString(), QStringLiteral("160 × 90"), 20'000);
-        QCOMPARE(shown->value("Path", "text").toString(), file.toString());
-        QVERIFY(shown->value("Path", "truncated").toBool());
-    }
-
-    void theDrawersActionsAreClicked() {
-        OpenRoom in(m_home);
-        const Location file = in.file("a.txt");
-        const Location next = in.file("b.txt");
-        in.open(file);
-        Shown shown(in, drawer);
-        TestPanels panels;
-        Actions::usePanels(&panels);
-        shown->click("action3");
-        QCOMPARE(QGuiApplication::clipboard()->text(), file.toString());
-        shown->click("action0");
-        QVERIFY(in.library().toast());
-        shown->click("action1");
-        QCOMPARE(panels.asked, QStringLiteral("save"));
-        shown->click("action5");
-        QCOMPARE(panels.button, QStringLiteral("Move Here"));
-        shown->click("drawerStar");
-        QTRY_VERIFY(in.room().isStarred());
-        QVERIFY(shown.accessible("drawerStar")->state().checked);
-        shown->click("action6");
-        QCOMPARE(in.shown(), next);
-        QTRY_VERIFY(!file.exists());
-        in.room().setShowInfo(true);
-        shown->click("drawerClose");
-        QVERIFY(!in.room().showInfo());
-        Actions::usePanels(nullptr);
-    }
-
-    void theDrawersActionsAreReachedByKey() {
-        OpenRoom in(m_home);
-        const Location file = in.file("a.txt");
-        in.open(file);
-        Shown shown(in, drawer, QSize(400, 300)); // lower than the drawer's content
-        QStringList reached;
-        for (int i = 0; i < 9; ++i) {
-            shown->press(Qt::Key_Tab);
-            reached << (*shown)->activeFocusItem()->objectName();
-            QVERIFY2(isWithin(shown.item("drawer"), (*shown)->activeFocusItem()), qPrintable(reached.last()));
-        }
-        QCOMPARE(reached, strings({"drawerStar", "drawerClose", "action0", "action1", "action2", "action3", "action4",
-                                   "action5", "action6"}));
-        shown.item("action3")->forceActiveFocus(Qt::TabFocusReason);
-        QGuiApplication::clipboard()->clear();
-        shown->press(Qt::Key_Return);
-        QCOMPARE(QGuiApplication::clipboard()->text(), file.toString());
-    }
-
-    // The keys
-
-    void theKeysAreThoseOfTheKind() {
-        OpenRoom in(m_home);
-        const Location film = in.clip("h264.mp4");
-        in.file("a.txt");
-        in.open(film);
-        Shown shown(in, "KeyHints { objectName: 'hints'; room: parent ? parent.room : null }");
-        QTRY_COMPARE(shown->value("hints", "hints").toList().size(), 8);
-        QTRY_VERIFY(shown->value("hints", "inOneLine").toBool());
-        const double oneLine = shown.item("hints")->implicitHeight();
-        shown->find("hints")->setProperty("widest", 400);
-        QTRY_VERIFY(shown.item("hints")->implicitHeight() > oneLine);
-        QVERIFY(shown.item("hints")->implicitWidth() <= 400);
-        in.room().go(1);
-        QTRY_COMPARE(shown->value("hints", "hints").toList().size(), 4);
-        QTRY_VERIFY(shown->value("hints", "inOneLine").toBool());
-    }
-
-    // All of them in the room
+    // In the room
 
     void inTheSmallestWindowThePanelsLeaveTheCapsuleAlone_data() {
         QTest::addColumn<bool>("drawer");
@@ -579,7 +348,7 @@ private Q_SLOTS:
         in.open(in.clip("long.mp4"));
         in.settle();
         in.room().setShowInfo(drawer);
-        Shown shown(in, wholeRoom, QSize(900, 540));
+        RoomPiece shown(in, wholeRoom, QSize(900, 540));
         const auto place = [&](const char* name) {
             const QQuickItem* const item = shown.item(name);
             return item->mapRectToScene(item->boundingRect());
@@ -590,24 +359,11 @@ private Q_SLOTS:
         QCOMPARE(shown->root()->findChild<QObject*>(QStringLiteral("queue")) != nullptr, !drawer);
     }
 
-    void aDrawerThatIsClosedByKeyLeavesTheKeysToTheRoom() {
-        OpenRoom in(m_home);
-        in.open(in.file("a.txt"));
-        in.room().setShowInfo(true);
-        Shown shown(in, wholeRoom);
-        QTRY_VERIFY(in.room().focused());
-        shown.item("drawerClose")->forceActiveFocus(Qt::TabFocusReason);
-        shown->press(Qt::Key_Return);
-        QVERIFY(!in.room().showInfo());
-        shown->press(Qt::Key_I);
-        QVERIFY(in.room().showInfo());
-    }
-
     void theKeysOfTheRoomWorkWhileAControlHasTheFocus() {
         OpenRoom in(m_home);
         in.open(in.clip("long.mp4"));
         in.settle();
-        Shown shown(in, wholeRoom);
+        RoomPiece shown(in, wholeRoom);
         QTRY_VERIFY(in.room().focused());
         shown.item("loop")->forceActiveFocus(Qt::TabFocusReason);
         shown->press(Qt::Key_Right);
@@ -625,7 +381,7 @@ private Q_SLOTS:
         OpenRoom in(m_home);
         in.open(in.clip("long.mp4"));
         in.settle();
-        Shown shown(in, wholeRoom);
+        RoomPiece shown(in, wholeRoom);
         shown->click("speed");
         QTRY_VERIFY(shown->value("speeds", "opened").toBool());
         in.engine().play();
@@ -635,30 +391,14 @@ private Q_SLOTS:
 
 private:
     // A film of ten seconds that stands at its beginning, and a view of it.
-    static Shown film(OpenRoom& in, const char* body) {
+    static RoomPiece film(OpenRoom& in, const char* body) {
         in.open(in.clip("long.mp4"));
         in.settle();
-        return Shown(in, body);
+        return RoomPiece(in, body);
     }
-
-    static bool isWithin(const QQuickItem* frame, const QQuickItem* item) {
-        const QRectF place = item->mapRectToItem(frame, item->boundingRect());
-        return frame->boundingRect().adjusted(-1, -1, 1, 1).contains(place);
-    }
-
-    static bool isInSight(Shown& shown, const char* row) {
-        const auto* const list = shown.item("queue");
-        const QList<QQuickItem*> rows = list->childItems().first()->childItems();
-        for (const QQuickItem* item : rows)
-            if (item->objectName() == QLatin1String(row) && item->isVisible())
-                return isWithin(list, item);
-        return false;
-    }
-
-    static qsizetype madeRows(const QQuickItem* list) { return list->childItems().first()->childItems().size(); }
 
     TestHome m_home;
 };
 
-QTEST_MAIN(tst_RoomControls)
-#include "tst_roomcontrols.moc"
+QTEST_MAIN(tst_ControlCapsule)
+#include "tst_controlcapsule.moc"
