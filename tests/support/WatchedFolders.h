@@ -18,8 +18,7 @@ inline std::string text(const Location& location) {
     return std::string(location.view());
 }
 
-// A name with a number in it. Put together here and not where it is used, since in optimised loops GCC 12 warns of a
-// text that is longer than the memory where a constant and a number are added up.
+// A name with a number in it.
 inline std::string numbered(std::string_view before, int number, std::string_view after = {}) {
     std::string name(before);
     name.append(std::to_string(number));
