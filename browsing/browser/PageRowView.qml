@@ -25,6 +25,10 @@ Item {
 
     signal menuWanted(cell: var, tile: Item, x: real, y: real)
 
+    // Rows that are kept to be used again stay where they last lay: neither the Tab key nor a screen reader may find them.
+    ListView.onPooled: visible = false
+    ListView.onReused: visible = true
+
     implicitHeight: (isButton ? Theme.controlHeight : metrics.height(row.captioned)) + row.gap
 
     Repeater {

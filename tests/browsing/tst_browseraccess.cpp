@@ -299,6 +299,35 @@ private Q_SLOTS:
         QTRY_VERIFY(pane.items("FocusRing").isEmpty());
     }
 
+    void tabLeadsToNoTileOfThePageBefore() {
+        Pane pane;
+        for (int n = 10; n < 50; ++n)
+            pane.file("p/folder " + std::to_string(n) + "/1.txt");
+        pane.file("q/x/1.txt");
+        pane.file("q/y/1.txt");
+        pane.open(Place::folder(pane.folder("p")));
+        QTRY_VERIFY(pane.items("FolderTile").size() > 10);
+        QTRY_VERIFY(pane.browser->gridFocused());
+        pane.library->setPlace(Place::folder(pane.folder("q")));
+        QTRY_COMPARE(pane.items("FolderTile").size(), 2);
+        pane.settle();
+        for (const QString& expected : {u"x"_qs, u"y"_qs, u"Thumbnail size"_qs}) {
+            pane.press(Qt::Key_Tab);
+            QCOMPARE(name(pane.view->activeFocusItem()), expected);
+        }
+        // Nor does a screen reader find one.
+        QAccessibleInterface* list = access(pane.items("FolderTile").first())->parent();
+        while (list->role() != QAccessible::List)
+            list = list->parent();
+        std::function<int(QAccessibleInterface*)> shown = [&](QAccessibleInterface* below) {
+            int count = below->text(QAccessible::Name).startsWith(u"folder ") && !below->state().invisible ? 1 : 0;
+            for (int i = 0; i < below->childCount(); ++i)
+                count += shown(below->child(i));
+            return count;
+        };
+        QCOMPARE(shown(list), 0);
+    }
+
     void tabShowsTheFolderThatItLeadsTo() {
         Pane pane;
         for (int n = 10; n < 60; ++n)
