@@ -111,6 +111,7 @@ Item {
                 horizontalAlignment: Text.AlignLeft // also of names that are written the other way
                 text: line.row.title
                 elide: Text.ElideMiddle
+                maximumLineCount: 1
                 Accessible.ignored: true
             }
             Label {
@@ -119,6 +120,7 @@ Item {
                 style: Label.Fact
                 text: line.row.subtitle
                 elide: Text.ElideMiddle
+                maximumLineCount: 1
                 Accessible.ignored: true
             }
         }
