@@ -2,8 +2,11 @@
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "RoomPiece.h"
+#include "media/player/PictureInPicture.h"
 
 #include <QtTest>
+
+#include <clocale>
 
 using namespace lumbra;
 
@@ -208,10 +211,19 @@ private Q_SLOTS:
         QTRY_VERIFY((*shown)->visibility() != QWindow::FullScreen);
     }
 
-    void theSmallWindowIsOfferedWhereThereCanBeOne() {
+    void theSmallWindowOpensAndClosesWhereThereCanBeOne() {
         OpenRoom in(m_home);
-        RoomPiece shown = film(in, capsule);
-        QCOMPARE(shown->value("pip", "enabled").toBool(), in.engine().pip() != nullptr);
+        RoomPiece shown = film(in, wholeRoom);
+        const PictureInPicture* const pip = in.engine().pip();
+        QCOMPARE(shown->value("pip", "enabled").toBool(), pip != nullptr);
+        if (!pip)
+            QSKIP("there is no OpenGL without a display");
+        shown->click("pip");
+        QTRY_VERIFY(pip->isActive());
+        QVERIFY(shown.accessible("pip")->state().checked);
+        shown->click("pip");
+        QTRY_VERIFY(!pip->isActive());
+        QVERIFY(!shown.accessible("pip")->state().checked);
     }
 
     void theTimecodeTellsTimeAndDuration() {
@@ -400,5 +412,12 @@ private:
     TestHome m_home;
 };
 
-QTEST_MAIN(tst_ControlCapsule)
+int main(int argc, char** argv) {
+    if (qEnvironmentVariable("QT_QPA_PLATFORM") != u"offscreen")
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
+    QGuiApplication application(argc, argv);
+    std::setlocale(LC_NUMERIC, "C");
+    tst_ControlCapsule test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "tst_controlcapsule.moc"
