@@ -38,9 +38,9 @@ PlayerEngine::PlayerEngine(Preferences& preferences, const MpvHandle::Options& o
     m_mpv = std::make_shared<MpvHandle>(options, [this](const mpv_event& event) { hear(event); });
     m_mpv->setStarted([this](bool runs) { hearStart(runs); });
     m_surfaces = std::make_unique<SurfaceSwitch>(m_mpv);
-    // A film that stands makes no new picture by itself.
+    // A film that stands makes no new picture by itself. One that is still being loaded may have spent its first already.
     connect(m_surfaces.get(), &SurfaceSwitch::made, this, [this] {
-        if (!m_file.isOpen || m_isPlaying)
+        if (m_url.isEmpty() || m_isPlaying)
             return;
         m_movements.seek(m_time, true);
         move();
