@@ -11,7 +11,9 @@
 
 #include <rlottie.h>
 
+#include <algorithm>
 #include <array>
+#include <memory>
 
 namespace lumbra::reader {
 
@@ -34,8 +36,9 @@ QByteArray animationIn(const Archive& archive) {
 
 // Pictures that lie beside are left out: the names that lead to them may lead anywhere.
 QByteArray withoutReferences(QJsonObject animation) {
+    const QJsonArray assets = animation[QLatin1String("assets")].toArray();
     QJsonArray kept;
-    for (const QJsonValue& asset : animation[QLatin1String("assets")].toArray()) {
+    for (const auto& asset : assets) {
         const QJsonValue picture = asset[QLatin1String("p")];
         if (picture.isUndefined() || picture.toString().startsWith(QLatin1String("data:")))
             kept.append(asset);
