@@ -530,6 +530,25 @@ private Q_SLOTS:
         QVERIFY(screening.engine()->time() > 0.2);
     }
 
+    void aFilmOfAnUnknownCodecLeavesTheArrowsAtWork() {
+        Room room;
+        const Location film = room.clip("p/a.mp4", "silent.mp4");
+        QFile file(film.toString());
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        const QByteArray bytes = file.readAll().replace("avc1", "zzzz");
+        QVERIFY(file.seek(0) && file.write(bytes) == bytes.size());
+        file.close();
+        room.picture("p/b.png");
+        ScreeningRoom& screening = room.open("p/a.mp4", {"p/a.mp4", "p/b.png"});
+        QTRY_VERIFY_WITH_TIMEOUT(!screening.engine()->isPlaying(), 20'000); // it has played to its end, or failed
+        QVERIFY(screening.isOpen());
+        QVERIFY(!room.library->lastError());
+        QVERIFY(screening.handle(Qt::Key_Down, Qt::NoModifier, QString()));
+        QTRY_VERIFY(!screening.stillImage().isNull());
+        QVERIFY(screening.handle(Qt::Key_Escape, Qt::NoModifier, named("\x1b")));
+        QVERIFY(!room.library->playing());
+    }
+
     void whatNothingCanPlayLeavesTheArrowsAtWork() {
         Room room;
         room.home.file("Library/p/a.mp4", QByteArray(5000, 'x'));
