@@ -49,6 +49,7 @@ FocusScope {
     layer.enabled: opacity < 1
     enabled: room.open
     focus: true
+    activeFocusOnTab: true // Tab leads from here into the room; it would begin with the page behind
 
     Accessible.role: Accessible.Pane
     Accessible.name: "Screening room"

@@ -34,7 +34,11 @@ constexpr char window[] = R"(
         height: 540
         visible: true
 
-        Item { focus: true }
+        Item {
+            objectName: "page"
+            focus: true
+            activeFocusOnTab: true
+        }
         Item {
             parent: window.contentItem.parent
             anchors.fill: parent
@@ -267,18 +271,30 @@ private Q_SLOTS:
         QVERIFY(in.room().showInfo());
     }
 
+    void tabStaysInTheRoom() {
+        OpenRoom in(m_home);
+        in.open(in.file("a.txt"));
+        QQmlEngine engine;
+        const std::unique_ptr<QQuickWindow> shown = overAPage(engine, in.room());
+        QTRY_VERIFY(in.room().focused());
+        QStringList reached;
+        for (int i = 0; i < 16; ++i) {
+            QTest::keyClick(shown.get(), Qt::Key_Tab);
+            QTRY_VERIFY(in.room().focused()); // also where the page behind had its turn
+            reached << shown->activeFocusItem()->objectName();
+        }
+        QCOMPARE(reached.first(), QStringLiteral("roomBack"));
+        for (const char* name : {"roomStar", "roomShare", "roomReveal", "roomInfo", "roomQueue"})
+            QVERIFY2(reached.contains(QLatin1String(name)), name);
+        QVERIFY(!reached.contains(QStringLiteral("page")));
+    }
+
     void whatClosesOverTheRoomGivesTheKeysBackToIt() {
         OpenRoom in(m_home);
         in.open(in.file("a.txt"));
         QQmlEngine engine;
-        Look::prepareEngine(engine);
-        QQmlComponent component(&engine);
-        component.setData(window, QUrl());
-        const std::unique_ptr<QObject> made(component.createWithInitialProperties(
-            {{QStringLiteral("room"), QVariant::fromValue<QObject*>(&in.room())}}));
-        auto* const shown = qobject_cast<QQuickWindow*>(made.get());
-        QVERIFY2(shown, qPrintable(component.errorString()));
-        shown->requestActivate();
+        const std::unique_ptr<QQuickWindow> made = overAPage(engine, in.room());
+        QQuickWindow* const shown = made.get();
         QTRY_VERIFY(in.room().focused());
         auto* const menu = made->findChild<QObject*>(QStringLiteral("menu"));
         QMetaObject::invokeMethod(menu, "open");
@@ -307,6 +323,19 @@ private:
     }
 
     static qsizetype madeRows(const QQuickItem* list) { return list->childItems().first()->childItems().size(); }
+
+    static std::unique_ptr<QQuickWindow> overAPage(QQmlEngine& engine, ScreeningRoom& room) {
+        Look::prepareEngine(engine);
+        QQmlComponent component(&engine);
+        component.setData(window, QUrl());
+        QObject* const made =
+            component.createWithInitialProperties({{QStringLiteral("room"), QVariant::fromValue<QObject*>(&room)}});
+        if (!made)
+            qFatal("%s", qPrintable(component.errorString()));
+        std::unique_ptr<QQuickWindow> shown(qobject_cast<QQuickWindow*>(made));
+        shown->requestActivate();
+        return shown;
+    }
 
     TestHome m_home;
 };
