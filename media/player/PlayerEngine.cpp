@@ -38,7 +38,7 @@ PlayerEngine::PlayerEngine(Preferences& preferences, const MpvHandle::Options& o
     m_mpv = std::make_shared<MpvHandle>(options, [this](const mpv_event& event) { hear(event); });
     m_mpv->setStarted([this](bool runs) { hearStart(runs); });
     m_surfaces = std::make_unique<SurfaceSwitch>(m_mpv);
-    // A film that stands makes no new picture by itself. One that is still being loaded may have spent its first already.
+    // A film that stands makes no new picture by itself, and one that is being loaded may have spent its first.
     connect(m_surfaces.get(), &SurfaceSwitch::made, this, [this] {
         if (m_url.isEmpty() || m_isPlaying)
             return;
