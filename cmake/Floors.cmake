@@ -60,7 +60,7 @@ function(lumbra_floor name)
         endif()
         qt_add_qml_module(${target} STATIC URI Lumbra.${initial}${rest} VERSION 1.0 RESOURCE_PREFIX /qml
             OUTPUT_DIRECTORY ${QT_QML_OUTPUT_DIRECTORY}/Lumbra/${initial}${rest}
-            SOURCES ${sources} QML_FILES ${views} ${options})
+            SOURCES ${sources} QML_FILES ${views} DEPENDENCIES QtQuick ${options})
         # What is compiled ahead of time from views is not ours to keep free of warnings.
         get_target_property(all ${target} SOURCES)
         list(FILTER all INCLUDE REGEX "/\\.rcc/qmlcache/")
