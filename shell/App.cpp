@@ -52,8 +52,8 @@ bool App::show() {
     m_panels = std::make_unique<WindowPanels>(&library());
     m_transfer = std::make_unique<TransferProgress>(&library());
     m_memory = std::make_unique<WindowMemory>();
-    m_updater = std::make_unique<Updater>(Updater::feedFor(Location(QCoreApplication::applicationFilePath())),
-                                          QVersionNumber::fromString(QCoreApplication::applicationVersion()));
+    m_updater = std::make_unique<UpdateCheck>(UpdateCheck::feedFor(Location(QCoreApplication::applicationFilePath())),
+                                              QVersionNumber::fromString(QCoreApplication::applicationVersion()));
     Actions::usePanels(m_panels.get());
     m_sidebar->setNamePrompt([this](const NamePrompt& prompt) { m_frame->ask(prompt); });
     m_browser->setNamePrompt([this](const NamePrompt& prompt) { m_frame->ask(prompt); });

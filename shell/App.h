@@ -8,7 +8,7 @@
 #include "Onboarding.h"
 #include "StateDump.h"
 #include "TransferProgress.h"
-#include "Updater.h"
+#include "UpdateCheck.h"
 #include "WindowMemory.h"
 #include "WindowPanels.h"
 #include "browsing/browser/BrowserCommands.h"
@@ -65,7 +65,7 @@ private:
     std::unique_ptr<WindowPanels> m_panels;
     std::unique_ptr<TransferProgress> m_transfer;
     std::unique_ptr<WindowMemory> m_memory;
-    std::unique_ptr<Updater> m_updater;
+    std::unique_ptr<UpdateCheck> m_updater;
     std::unique_ptr<QQmlApplicationEngine> m_engine; // its views hold what stands above, so it dies before them
     std::unique_ptr<StateDump> m_stateDump;
 };

@@ -12,7 +12,7 @@ MenuBar {
 
     required property QtObject library
     required property BrowserCommands commands
-    required property Updater updater
+    required property UpdateCheck updater
 
     Menu {
         title: "Lumbra"

@@ -22,7 +22,7 @@ Controls.ApplicationWindow {
     required property WindowPanels panels
     required property TransferProgress transfer
     required property WindowMemory memory
-    required property Updater updater
+    required property UpdateCheck updater
 
     title: browser.subtitle === "" ? browser.title : browser.title + " — " + browser.subtitle
     color: Theme.window

@@ -9,7 +9,7 @@ Alert {
     id: alert
     contentItem.objectName: "updateAlert"
 
-    required property Updater updater
+    required property UpdateCheck updater
 
     confirm: "OK"
     onConfirmed: updater.offers ? updater.download() : updater.dismiss()

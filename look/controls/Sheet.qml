@@ -49,7 +49,7 @@ T.Popup {
         Connections {
             target: sheet.asks ? sheet.parent.Window.window : null
             function onActiveFocusItemChanged() {
-                let item = target.activeFocusItem
+                let item = sheet.parent.Window.activeFocusItem
                 while (item && item !== sheet.parent)
                     item = item.parent
                 if (!item && Sheets.top === sheet)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "shell/Updater.h"
+#include "shell/UpdateCheck.h"
 #include "support/QmlWindow.h"
 #include "support/TestHome.h"
 
@@ -38,7 +38,7 @@ private:
 
     const TestHome m_home;
     QTcpServer m_server;
-    std::unique_ptr<Updater> m_updater;
+    std::unique_ptr<UpdateCheck> m_updater;
     std::unique_ptr<QmlWindow> m_window;
     QList<QUrl> m_opened;
 };
@@ -63,11 +63,11 @@ void tst_updatealert::check(const char* version) {
             socket->disconnectFromHost();
         });
     });
-    m_updater = std::make_unique<Updater>(QUrl(QStringLiteral("http://127.0.0.1:%1/").arg(m_server.serverPort())),
-                                          QVersionNumber(1, 0));
+    m_updater = std::make_unique<UpdateCheck>(QUrl(QStringLiteral("http://127.0.0.1:%1/").arg(m_server.serverPort())),
+                                              QVersionNumber(1, 0));
     m_window = std::make_unique<QmlWindow>(
-        "id: root\nrequired property Updater updater\nUpdateAlert { updater: root.updater }", "import Lumbra.Shell\n",
-        QVariantMap{{QStringLiteral("updater"), QVariant::fromValue(m_updater.get())}});
+        "id: root\nrequired property UpdateCheck updater\nUpdateAlert { updater: root.updater }",
+        "import Lumbra.Shell\n", QVariantMap{{QStringLiteral("updater"), QVariant::fromValue(m_updater.get())}});
     m_updater->check();
     QTRY_VERIFY(!m_updater->title().isEmpty());
     QTRY_VERIFY(isShown());

@@ -17,7 +17,7 @@ class QNetworkReply;
 
 namespace lumbra {
 
-class Updater : public QObject {
+class UpdateCheck : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The application makes its one.")
@@ -34,7 +34,7 @@ public:
     static std::optional<QUrl> feedFor(const Location& program);
 
     // Without a feed it never can check.
-    Updater(std::optional<QUrl> feed, QVersionNumber installed, QObject* parent = nullptr);
+    UpdateCheck(std::optional<QUrl> feed, QVersionNumber installed, QObject* parent = nullptr);
 
     // False while a check is under way, too.
     bool canCheck() const { return m_feed && !m_checking; }

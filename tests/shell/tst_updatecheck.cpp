@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "shell/Updater.h"
+#include "shell/UpdateCheck.h"
 #include "support/TestHome.h"
 
 #include <QSignalSpy>
@@ -10,7 +10,7 @@
 using namespace lumbra;
 
 // A feed on this machine, and what a look at it comes to.
-class tst_updater : public QObject {
+class tst_updatecheck : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -34,8 +34,8 @@ private:
     }
     // Serves the body to whoever asks; one without an end goes on until the other has had enough.
     QUrl serve(const QByteArray& body, bool endless = false);
-    static void checked(Updater& updater) {
-        QSignalSpy told(&updater, &Updater::resultChanged);
+    static void checked(UpdateCheck& updater) {
+        QSignalSpy told(&updater, &UpdateCheck::resultChanged);
         updater.check();
         QTRY_COMPARE(told.size(), 1);
     }
@@ -43,7 +43,7 @@ private:
     std::unique_ptr<QTcpServer> m_server;
 };
 
-QUrl tst_updater::serve(const QByteArray& body, bool endless) {
+QUrl tst_updatecheck::serve(const QByteArray& body, bool endless) {
     m_server = std::make_unique<QTcpServer>();
     if (!m_server->listen(QHostAddress::LocalHost))
         qFatal("nothing can be served");
@@ -60,7 +60,7 @@ QUrl tst_updater::serve(const QByteArray& body, bool endless) {
     return QUrl(QStringLiteral("http://127.0.0.1:%1/feed").arg(m_server->serverPort()));
 }
 
-void tst_updater::onlyAnInstallationWithAFeedHasAnUpdater_data() {
+void tst_updatecheck::onlyAnInstallationWithAFeedHasAnUpdater_data() {
     QTest::addColumn<QByteArray>("information");
     QTest::addColumn<bool>("has");
     QTest::newRow("a build folder: no information") << QByteArray() << false;
@@ -73,23 +73,23 @@ void tst_updater::onlyAnInstallationWithAFeedHasAnUpdater_data() {
     QTest::newRow("no JSON") << QByteArray("SUFeedURL") << false;
 }
 
-void tst_updater::onlyAnInstallationWithAFeedHasAnUpdater() {
+void tst_updatecheck::onlyAnInstallationWithAFeedHasAnUpdater() {
     QFETCH(QByteArray, information);
     const TestHome home;
     if (!information.isEmpty())
         home.file("usr/share/lumbra/bundle.json", information);
-    QTEST(Updater::feedFor(home.path().child("usr/bin/lumbra-desktop")).has_value(), "has");
+    QTEST(UpdateCheck::feedFor(home.path().child("usr/bin/lumbra-desktop")).has_value(), "has");
 }
 
-void tst_updater::withoutAFeedItNeverCanCheck() {
-    Updater updater({}, QVersionNumber(1, 0));
+void tst_updatecheck::withoutAFeedItNeverCanCheck() {
+    UpdateCheck updater({}, QVersionNumber(1, 0));
     QVERIFY(!updater.canCheck());
-    QSignalSpy changed(&updater, &Updater::canCheckChanged);
+    QSignalSpy changed(&updater, &UpdateCheck::canCheckChanged);
     updater.check();
     QVERIFY(changed.isEmpty());
 }
 
-void tst_updater::theNewestVersionOfAFeed_data() {
+void tst_updatecheck::theNewestVersionOfAFeed_data() {
     QTest::addColumn<QByteArray>("feed");
     QTest::addColumn<QString>("version");
     const QByteArray page = "<link>https://example.org/</link>";
@@ -122,65 +122,65 @@ void tst_updater::theNewestVersionOfAFeed_data() {
                                          << QString();
 }
 
-void tst_updater::theNewestVersionOfAFeed() {
+void tst_updatecheck::theNewestVersionOfAFeed() {
     QFETCH(QByteArray, feed);
     const auto newest = Appcast::newest(feed);
     QTEST(newest ? newest->number.toString() : QString(), "version");
 }
 
-void tst_updater::aNewerVersionIsOfferedWithItsNotes() {
-    Updater updater(serve(feed(item("<link>https://example.org/</link><sparkle:version>1.3</sparkle:version>"
-                                    "<description>&lt;h1&gt;New&lt;/h1&gt; It  flies.</description>"))),
-                    QVersionNumber(1, 2));
+void tst_updatecheck::aNewerVersionIsOfferedWithItsNotes() {
+    UpdateCheck updater(serve(feed(item("<link>https://example.org/</link><sparkle:version>1.3</sparkle:version>"
+                                        "<description>&lt;h1&gt;New&lt;/h1&gt; It  flies.</description>"))),
+                        QVersionNumber(1, 2));
     checked(updater);
     QCOMPARE(updater.title(), QStringLiteral("Lumbra 1.3 is there"));
     QCOMPARE(updater.message(), QStringLiteral("You have version 1.2.\n\nNew It flies."));
     QVERIFY(updater.offers());
 }
 
-void tst_updater::theInstalledVersionIsTheNewest() {
-    Updater updater(serve(feed(item("<link>https://example.org/</link><sparkle:version>1.2</sparkle:version>"))),
-                    QVersionNumber(1, 2));
+void tst_updatecheck::theInstalledVersionIsTheNewest() {
+    UpdateCheck updater(serve(feed(item("<link>https://example.org/</link><sparkle:version>1.2</sparkle:version>"))),
+                        QVersionNumber(1, 2));
     checked(updater);
     QCOMPARE(updater.title(), QStringLiteral("Lumbra is up to date"));
     QVERIFY(!updater.offers());
 }
 
-void tst_updater::aFeedThatIsNoneIsSaidToBe() {
-    Updater updater(serve("<html><body>Not found</body></html>"), QVersionNumber(1, 2));
+void tst_updatecheck::aFeedThatIsNoneIsSaidToBe() {
+    UpdateCheck updater(serve("<html><body>Not found</body></html>"), QVersionNumber(1, 2));
     checked(updater);
     QCOMPARE(updater.title(), QStringLiteral("Updates can't be checked"));
 }
 
-void tst_updater::aFeedThatIsNotThereIsSaidToBe() {
+void tst_updatecheck::aFeedThatIsNotThereIsSaidToBe() {
     const QUrl url = serve({});
     m_server.reset();
-    Updater updater(url, QVersionNumber(1, 2));
+    UpdateCheck updater(url, QVersionNumber(1, 2));
     checked(updater);
     QCOMPARE(updater.title(), QStringLiteral("Updates can't be checked"));
     QVERIFY(!updater.message().isEmpty());
 }
 
-void tst_updater::aFeedWithoutAnEndIsLeft() {
-    Updater updater(serve(QByteArray(64 << 10, 'x'), true), QVersionNumber(1, 2));
+void tst_updatecheck::aFeedWithoutAnEndIsLeft() {
+    UpdateCheck updater(serve(QByteArray(64 << 10, 'x'), true), QVersionNumber(1, 2));
     checked(updater);
     QCOMPARE(updater.title(), QStringLiteral("Updates can't be checked"));
 }
 
-void tst_updater::itCanNotCheckWhileACheckIsUnderWay() {
-    Updater updater(serve("nothing"), QVersionNumber(1, 2));
+void tst_updatecheck::itCanNotCheckWhileACheckIsUnderWay() {
+    UpdateCheck updater(serve("nothing"), QVersionNumber(1, 2));
     QVERIFY(updater.canCheck());
     updater.check();
     QVERIFY(!updater.canCheck());
     QTRY_VERIFY(updater.canCheck());
 }
 
-void tst_updater::whatWasSaidGoesOnceItIsRead() {
-    Updater updater(serve("nothing"), QVersionNumber(1, 2));
+void tst_updatecheck::whatWasSaidGoesOnceItIsRead() {
+    UpdateCheck updater(serve("nothing"), QVersionNumber(1, 2));
     checked(updater);
     updater.dismiss();
     QCOMPARE(updater.title(), QString());
 }
 
-QTEST_GUILESS_MAIN(tst_updater)
-#include "tst_updater.moc"
+QTEST_GUILESS_MAIN(tst_updatecheck)
+#include "tst_updatecheck.moc"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "Updater.h"
+#include "UpdateCheck.h"
 
 #include <QDesktopServices>
 #include <QFile>
@@ -27,7 +27,7 @@ bool isTrusted(const QUrl& url) {
 
 } // namespace
 
-std::optional<QUrl> Updater::feedFor(const Location& program) {
+std::optional<QUrl> UpdateCheck::feedFor(const Location& program) {
     QFile file(program.parent().parent().child("share/lumbra/bundle.json").toString());
     if (!file.open(QIODevice::ReadOnly))
         return std::nullopt;
@@ -36,10 +36,10 @@ std::optional<QUrl> Updater::feedFor(const Location& program) {
     return url.isValid() && isTrusted(url) ? std::optional(url) : std::nullopt;
 }
 
-Updater::Updater(std::optional<QUrl> feed, QVersionNumber installed, QObject* parent)
+UpdateCheck::UpdateCheck(std::optional<QUrl> feed, QVersionNumber installed, QObject* parent)
     : QObject(parent), m_feed(std::move(feed)), m_installed(std::move(installed)) {}
 
-void Updater::check() {
+void UpdateCheck::check() {
     if (!canCheck())
         return;
     setChecking(true);
@@ -56,7 +56,7 @@ void Updater::check() {
     connect(reply, &QNetworkReply::finished, this, [this, reply] { finish(reply); });
 }
 
-void Updater::finish(QNetworkReply* reply) {
+void UpdateCheck::finish(QNetworkReply* reply) {
     reply->deleteLater();
     setChecking(false);
     const bool arrived = reply->error() == QNetworkReply::NoError;
@@ -73,25 +73,25 @@ void Updater::finish(QNetworkReply* reply) {
     tell(QStringLiteral("Lumbra %1 is there").arg(newest->number.toString()), message, newest);
 }
 
-void Updater::dismiss() {
+void UpdateCheck::dismiss() {
     tell({}, {});
 }
 
-void Updater::download() {
+void UpdateCheck::download() {
     const auto offered = m_offered;
     dismiss();
     if (offered)
         QDesktopServices::openUrl(offered->page);
 }
 
-void Updater::tell(const QString& title, const QString& message, std::optional<Appcast::Version> offered) {
+void UpdateCheck::tell(const QString& title, const QString& message, std::optional<Appcast::Version> offered) {
     m_title = title;
     m_message = message;
     m_offered = std::move(offered);
     Q_EMIT resultChanged();
 }
 
-void Updater::setChecking(bool checking) {
+void UpdateCheck::setChecking(bool checking) {
     m_checking = checking;
     Q_EMIT canCheckChanged();
 }
