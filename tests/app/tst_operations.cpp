@@ -33,7 +33,8 @@ private:
     // Chooses an entry of the menu "Asset".
     void chooseAsset(int entry) {
         m_app.press("F10");
-        m_app.press("Right");
+        m_app.press("Right"); // past the menu of the application
+        m_app.press("Right"); // and that of the view
         m_app.press("Down");
         for (int i = 0; i < entry; ++i)
             m_app.press("Down");
