@@ -8,7 +8,8 @@
 
 namespace lumbra {
 
-// Made at the first call, on memory where the session has a folder there. Empty when none can be made.
+// Made at the first call, on memory where the session has a folder there, and again when it has gone: what cleans up
+// old files may take it away while the process runs on. Empty when none can be made. Any thread.
 Location temporaryFolder();
 
 } // namespace lumbra

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/TemporaryFolder.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -21,6 +22,13 @@ private Q_SLOTS:
                                 | QFile::WriteOther | QFile::ExeOther;
         QVERIFY(!(folder.permissions() & others));
         QCOMPARE(temporaryFolder(), temporaryFolder());
+    }
+
+    void itIsMadeAgainWhenItWasTakenAway() {
+        const Location before = temporaryFolder();
+        QVERIFY(QDir(before.toString()).removeRecursively());
+        QVERIFY(temporaryFolder().exists());
+        QVERIFY(temporaryFolder() != before);
     }
 
     void itLiesInTheSessionsFolderAndGoesWithTheProcess() {
