@@ -1,4 +1,5 @@
-// What the desktop does for us with the user's files: opens them, shows where they are, hands them on, opens a terminal there.
+// What the desktop does for us with the user's files: opens them, shows where they are, hands them on, opens a terminal
+// there.
 //
 // Nothing here waits for the other program. Main thread only, with a QGuiApplication.
 //

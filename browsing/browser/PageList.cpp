@@ -29,8 +29,8 @@ PageList::PageList(Assets assets) {
     std::sort(data->byHash.begin(), data->byHash.end());
     for (size_t i = 1; i < data->byHash.size() && !data->repeats; ++i)
         for (size_t j = i; j > 0 && data->byHash[j - 1].hash == data->byHash[i].hash; --j)
-            data->repeats = data->repeats
-                            || assets.at(data->byHash[j - 1].position).url == assets.at(data->byHash[i].position).url;
+            data->repeats =
+                data->repeats || assets.at(data->byHash[j - 1].position).url == assets.at(data->byHash[i].position).url;
     data->assets = std::move(assets);
     m_data = std::shared_ptr<const Data>(data.release(), [](const Data* dying) {
         if (dying->assets.size() < longList)

@@ -52,7 +52,7 @@ private:
     struct Data {
         Assets assets;
         qint64 bytes = 0;
-        bool repeats = false; // a path stands in it more than once
+        bool repeats = false;     // a path stands in it more than once
         std::vector<Slot> byHash; // sorted; eight bytes a file, where a hash table would hold every path once more
     };
 

@@ -38,8 +38,8 @@ public:
     // point.
     static QPixmap pictureOf(const QString& name, const QImage& thumbnail, const Style& style, double scale);
 
-    // Takes the file up from the item that the pointer pressed; `theme` is the one of the views. It begins with the next turn of the event loop, and
-    // lasts until the button is released; the item may be gone by then.
+    // Takes the file up from the item that the pointer pressed; `theme` is the one of the views. It begins with the
+    // next turn of the event loop, and lasts until the button is released; the item may be gone by then.
     Q_INVOKABLE void start(const lumbra::Asset& asset, QQuickItem* from, QObject* theme);
 };
 

@@ -76,7 +76,8 @@ void TestRecent::everyPictureIsThatOfItsFile() {
     APP_WAIT(m_app, m_app.state().tile(QStringLiteral("site/heroes")).isThere());
     m_app.click(m_app.settled().tile(QStringLiteral("site/heroes")));
     // The newest stand first, and not all find room.
-    APP_WAIT(m_app, m_app.state().tile(QStringLiteral("site/heroes/hero-23.jpg")).isThere() && m_app.state().complete());
+    APP_WAIT(m_app,
+             m_app.state().tile(QStringLiteral("site/heroes/hero-23.jpg")).isThere() && m_app.state().complete());
 
     int looked = 0;
     for (const auto& tile : m_app.state().tiles()) {
