@@ -204,8 +204,8 @@ private:
     SectionLimits m_sectionLimits;
     Q_OBJECT_BINDABLE_PROPERTY(Browser, QSet<Location>, m_selection, &Browser::selectionChanged)
     std::optional<Location> m_anchor;
-    QSet<Location>
-        m_all; // the selection while it is all of `m_allOf`: what is selected is known without a look at each
+    // The selection while it is all of `m_allOf`: what is selected is known without a look at each.
+    QSet<Location> m_all;
     PageList m_allOf;
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(Browser, bool, m_gridFocused, false, &Browser::gridFocusedChanged)
 
