@@ -101,7 +101,7 @@ Item {
     Component {
         id: film
 
-        SkimPicture {
+        FramePicture {
             objectName: "skim"
 
             readonly property Skimmer skimmer: Skimmer {

@@ -311,13 +311,13 @@ private Q_SLOTS:
             return badges.isEmpty() ? QString() : badges.first()->property("text").toString();
         };
         QTRY_COMPARE(badge(), QStringLiteral("0:10"));
-        QVERIFY(tile.all("SkimPicture").isEmpty());
+        QVERIFY(tile.all("FramePicture").isEmpty());
         const auto point = [&](int x) { QTest::mouseMove(tile.window().window(), QPoint(x, 80)); };
         point(103); // the middle of the picture
-        QTRY_COMPARE_WITH_TIMEOUT(tile.all("SkimPicture").size(), 1, 20'000);
+        QTRY_COMPARE_WITH_TIMEOUT(tile.all("FramePicture").size(), 1, 20'000);
         QCOMPARE(badge(), QStringLiteral("0:05"));
         const auto frame = [&] {
-            return tile.all("SkimPicture").first()->property("image").value<QImage>().cacheKey();
+            return tile.all("FramePicture").first()->property("image").value<QImage>().cacheKey();
         };
         const auto middle = frame();
         point(203);
@@ -326,11 +326,11 @@ private Q_SLOTS:
         point(3);
         QTRY_COMPARE(badge(), QStringLiteral("0:00"));
         // It lies just where the picture does.
-        const QQuickItem* const skim = tile.all("SkimPicture").first();
+        const QQuickItem* const skim = tile.all("FramePicture").first();
         const QQuickItem* const picture = tile.all("ThumbnailView").first();
         QCOMPARE(skim->mapRectToScene(skim->boundingRect()), picture->mapRectToScene(picture->boundingRect()));
         QTest::mouseMove(tile.window().window(), QPoint(590, 390));
-        QTRY_VERIFY(tile.all("SkimPicture").isEmpty());
+        QTRY_VERIFY(tile.all("FramePicture").isEmpty());
         QCOMPARE(badge(), QStringLiteral("0:10"));
     }
 

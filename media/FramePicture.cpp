@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "FramePicture.h"
 
-#include "media/ComposedPicture.h"
+#include "ComposedPicture.h"
 
 #include <QQuickWindow>
 #include <QSGImageNode>
