@@ -1,32 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "OpenLibrary.h"
-#include "Repositories.h"
+#include "LibraryOfProjects.h"
 #include "core/ProjectLinks.h"
 #include "support/Strings.h"
 
 using namespace lumbra;
 
-class ProjectOperationsTest : public QObject {
+class ProjectOperationsTest : public QObject, protected LibraryOfProjects {
     Q_OBJECT
 
 private:
-    TestHome m_home;
-    std::unique_ptr<OpenLibrary> m_library;
-
-    Location repository(const char* name) const {
-        return madeRepository(m_library->outsideFolder(std::string("code/") + name));
-    }
-
-    QStringList names() const {
-        QStringList names;
-        const auto projects = (*m_library)->projects();
-        for (const Project& project : projects)
-            names.append(project.name);
-        return names;
-    }
-
-    std::optional<Location> repoOf(const char* name) const { return m_library->project(name).repo; }
-
     void link(const Location& target, const Location& at) const {
         QVERIFY(::symlink(target.path().constData(), at.path().constData()) == 0);
     }
