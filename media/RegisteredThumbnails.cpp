@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "RegisteredThumbnails.h"
 
+#include "platform/EndedProcesses.h"
 #include "platform/Tasks.h"
 #include "platform/Thumbnailers.h"
 
@@ -28,6 +29,9 @@ void RegisteredThumbnails::startNext() {
         ++m_running;
         Tasks::run(Tasks::Pool::lasting, [&reader = m_reader, file = wish.file, side = wish.side] {
             QImage image;
+            // Where the readers hang the programs would too.
+            if (EndedProcesses::hangAt(file.path()))
+                return image;
             // Read anew each time: programs come and go, and this is rare.
             Thumbnailers().make(file, side, [&](const Location& picture) {
                 // Not to be taken back: a request that is would never be done.

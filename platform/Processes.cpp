@@ -2,6 +2,7 @@
 #include "Processes.h"
 
 #include "Descriptor.h"
+#include "EndedProcesses.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -27,6 +28,9 @@ using Clock = std::chrono::steady_clock;
 
 // Between asking a group to end and ending it: enough for git to take its lock files with it.
 constexpr auto grace = std::chrono::milliseconds(250);
+
+// What is still there so long after it was ended hangs in the kernel.
+constexpr auto endLimit = std::chrono::milliseconds(1000);
 
 constexpr qsizetype errorsKept = 16'384;
 
@@ -179,6 +183,11 @@ private:
     void finish(Result& result) {
         // Before the leader is reaped, since it is the leader that keeps the group's number from being given anew.
         ::kill(-m_id, SIGKILL);
+        pollfd ended{m_ended.number(), POLLIN, 0};
+        if (m_ended && ::poll(&ended, 1, int(endLimit.count())) == 0) {
+            EndedProcesses::add(m_id, {});
+            return;
+        }
         int status = 0;
         while (::waitpid(m_id, &status, 0) < 0) {
             if (errno != EINTR)

@@ -2,7 +2,7 @@
 //
 // Blocks the calling thread, needs no event loop, and may be called on any thread but should not be on the main one.
 // The child gets no standard input, none of our open files and a process group of its own. When the call returns,
-// nothing of that group is left.
+// nothing of that group is left, unless it hangs in the kernel, as for a share that has stopped answering.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once

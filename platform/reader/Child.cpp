@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Child.h"
 
+#include "platform/EndedProcesses.h"
+
 #include <fcntl.h>
-#include <linux/ioprio.h>
 #include <linux/sched.h>
 #include <sched.h>
 #include <signal.h>
@@ -10,7 +11,6 @@
 #include <sys/mman.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -24,9 +24,9 @@ namespace lumbra::reader {
 
 namespace {
 
-// Processes that were killed and not yet reaped. A process that hangs in the kernel dies late, and nobody should wait
-// for it. Children belong to one thread each.
-thread_local std::vector<pid_t> ended;
+// The values of <linux/ioprio.h>. Newer copies of that header name a parameter "class" and so are not C++.
+constexpr int ioPriorityOfProcess = 1;
+constexpr int ioPriorityIdle = 3 << 13;
 
 class Descriptor {
 public:
@@ -114,7 +114,7 @@ pid_t spawn(const Child::Options& options, int socket, int block) {
     if (options.idlePriority) {
         const sched_param lowest{};
         ::sched_setscheduler(process, SCHED_IDLE, &lowest);
-        ::syscall(SYS_ioprio_set, IOPRIO_WHO_PROCESS, process, IOPRIO_PRIO_VALUE(IOPRIO_CLASS_IDLE, 0));
+        ::syscall(SYS_ioprio_set, ioPriorityOfProcess, process, ioPriorityIdle);
     }
     return process;
 }
@@ -148,13 +148,16 @@ Child::Child(pid_t process, int socket, int memory, SharedBlock block)
 
 Child::~Child() {
     ::kill(m_process, SIGKILL);
-    ended.push_back(m_process);
+    EndedProcesses::add(m_process, m_files.isEmpty() ? QByteArray() : m_files.first());
     ::munmap(m_block.memory(), size_t(SharedBlock::size));
     ::close(m_memory);
     ::close(m_socket);
 }
 
 bool Child::send(const Request& request) {
+    if (m_unanswered++ == 0)
+        m_files.clear();
+    m_files.append(request.path);
     const QByteArray message = encoded(request);
     return message.size() <= messageLimit
            && ::send(m_socket, message.constData(), size_t(message.size()), MSG_DONTWAIT | MSG_NOSIGNAL)
@@ -174,6 +177,8 @@ Child::Received Child::receive(Answer* answer) {
     if (!decoded)
         return Received::nonsense;
     *answer = *decoded;
+    if (m_unanswered > 0 && --m_unanswered > 0)
+        m_files.removeFirst();
     return Received::answer;
 }
 
@@ -184,11 +189,6 @@ QByteArray Child::bulk(quint32 number, qsizetype size) const {
     if (size > kept)
         ::fallocate(m_memory, FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE, SharedBlock::placeOf(number), arenaSize);
     return copy;
-}
-
-bool Child::reapEnded() {
-    std::erase_if(ended, [](pid_t process) { return ::waitpid(process, nullptr, WNOHANG) != 0; });
-    return ended.empty();
 }
 
 } // namespace lumbra::reader

@@ -7,6 +7,9 @@
 
 #include "SharedBlock.h"
 
+#include <QByteArray>
+#include <QList>
+
 #include <sys/types.h>
 
 #include <memory>
@@ -24,7 +27,7 @@ public:
     // Returns as soon as the process exists; its greeting comes later. Nothing if it can't be started.
     static std::unique_ptr<Child> start(const Options& options);
 
-    // Ends the process at once. It is reaped by `reapEnded`.
+    // Ends the process at once, without waiting for its end.
     ~Child();
 
     Child(const Child&) = delete;
@@ -47,9 +50,6 @@ public:
     // A copy of what the answer of that number left in its arena.
     QByteArray bulk(quint32 number, qsizetype size) const;
 
-    // Reaps what has ended since, without waiting; false while some process has not.
-    static bool reapEnded();
-
 private:
     Child(pid_t process, int socket, int memory, SharedBlock block);
 
@@ -57,6 +57,8 @@ private:
     int m_socket;
     int m_memory; // a descriptor of the block's
     SharedBlock m_block;
+    QList<QByteArray> m_files; // that it works on, or did last, and one that waits
+    int m_unanswered = 0;
 };
 
 } // namespace lumbra::reader

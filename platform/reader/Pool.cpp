@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Pool.h"
 
+#include "platform/EndedProcesses.h"
+
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -98,8 +100,8 @@ void Pool::run() {
         }
     }
     m_seats.clear();
-    // Whatever hangs in the kernel is left to init.
-    for (int tries = 0; tries < 100 && !Child::reapEnded(); ++tries)
+    // Most are gone at once. What hangs in the kernel is left to other pools, and in the end to init.
+    for (int tries = 0; tries < 25 && EndedProcesses::reap(); ++tries)
         std::this_thread::sleep_for(2ms);
 }
 
@@ -119,8 +121,8 @@ int Pool::pause() {
         if (seat.asked.size() > 1 && seat.asked.back().job)
             until = std::min(until, seat.since + quick);
     }
-    if (!Child::reapEnded())
-        until = std::min(until, now + 50ms);
+    if (const auto next = EndedProcesses::reap())
+        until = std::min(until, now + *next);
     if (until == Clock::time_point::max())
         return -1;
     return int(std::chrono::ceil<std::chrono::milliseconds>(std::max(until - now, Clock::duration::zero())).count());
@@ -178,12 +180,23 @@ bool Pool::isAskedAhead(const Seat& seat) const {
     return seat.wasQuick && seat.asked.size() == 1 && seat.answers + 2 < answersOfOneChild;
 }
 
-void Pool::give(Seat& seat) {
-    std::optional<Job> job;
-    {
-        const std::lock_guard lock(m_mutex);
-        job = m_queue.pop();
+// A reader that was sent where others hang would hang there too, and after it the next.
+std::optional<Job> Pool::nextThatCanBeRead() {
+    while (std::optional<Job> job = takeNext()) {
+        if (!EndedProcesses::hangAt(job->request.path))
+            return job;
+        job->deliver(std::nullopt);
     }
+    return std::nullopt;
+}
+
+std::optional<Job> Pool::takeNext() {
+    const std::lock_guard lock(m_mutex);
+    return m_queue.pop();
+}
+
+void Pool::give(Seat& seat) {
+    std::optional<Job> job = nextThatCanBeRead();
     if (!job)
         return;
     if (++seat.lastNumber == 0)
@@ -292,16 +305,8 @@ void Pool::failed(Seat& seat) {
 }
 
 void Pool::giveUpQueue() {
-    while (true) {
-        std::optional<Job> job;
-        {
-            const std::lock_guard lock(m_mutex);
-            job = m_queue.pop();
-        }
-        if (!job)
-            return;
+    while (const std::optional<Job> job = takeNext())
         job->deliver(std::nullopt);
-    }
 }
 
 } // namespace lumbra::reader

@@ -4,8 +4,9 @@
 // take, and may be ended when there has been none for a while. One that was quick is asked ahead when all are at work,
 // so that it need not wait for its next request; if it is not quick then, what waits for it goes back to the queue.
 // What is cancelled while a reader works on it is stopped. The file at which a reader comes to grief reads as nothing
-// and is not tried again; the rest of the queue goes to its successor. When readers do not even start, the queue is
-// answered with nothing, and the next try waits a while.
+// and is not tried again; the rest of the queue goes to its successor. A reader that can't even be ended, since it
+// hangs in a share that has stopped answering, is left alone, and what else lies there reads as nothing until it has
+// gone. When readers do not even start, the queue is answered with nothing, and the next try waits a while.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
@@ -73,6 +74,8 @@ private:
     void start(Seat& seat);
     void feed();
     bool isAskedAhead(const Seat& seat) const;
+    std::optional<Job> nextThatCanBeRead();
+    std::optional<Job> takeNext();
     void give(Seat& seat);
     void begin(Seat& seat, Clock::time_point now);
     void hear(Seat& seat);

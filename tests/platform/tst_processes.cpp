@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/Processes.h"
+#include "support/StallingShare.h"
 #include "support/TestHome.h"
 
 #include <QElapsedTimer>
@@ -87,6 +88,24 @@ private Q_SLOTS:
         const auto result = shell("trap 'echo cleaned; exit 0' TERM; while :; do sleep 0.01; done", options);
         QCOMPARE(result.end, End::timedOut);
         QCOMPARE(result.output, QByteArray("cleaned\n"));
+    }
+
+    // On a share that has stopped answering.
+    void aProgramThatCantBeEndedIsLeftBehind() {
+        const TestHome home;
+        const Location folder = home.folder("share");
+        StallingShare share(folder, {{"file", "bytes"}});
+        if (!share.isMounted())
+            QSKIP("no file system can be mounted here");
+        const QByteArray file = folder.child("file").path();
+        QCOMPARE(Processes::run("cat", {file}).output, "bytes");
+        share.stall();
+        Processes::Options options;
+        options.timeout = 0.1;
+        QElapsedTimer timer;
+        timer.start();
+        QCOMPARE(Processes::run("cat", {file}, options).end, End::timedOut);
+        QVERIFY2(timer.elapsed() < 10'000, QByteArray::number(timer.elapsed()));
     }
 
     void tooMuchOutputEndsIt() {
