@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Browser.h"
 
+#include "platform/Tasks.h"
+
 #include <numeric>
 
 namespace lumbra {
@@ -155,7 +157,7 @@ void Browser::loadFinished(const LoadKey& key) {
 
 void Browser::placeChanged() {
     m_sectionLimits = {};
-    m_selection = QSet<Location>();
+    m_selection = PathSet();
     m_anchor.reset();
     m_loader->unload();
     // A place that was left and come back to within one turn has the same key, and still is to be loaded.
@@ -231,15 +233,11 @@ void Browser::reorder() {
 
 void Browser::reselect() {
     const PageList& order = m_order;
-    if (m_selection.value() != m_all) {
-        m_all = {};
-        m_allOf = {};
-    }
-    // Unless a file stands twice in a feed, where it is selected once.
-    const bool whole = order == m_allOf && m_all.size() == order.size();
-    Assets selected = whole ? order.assets() : order.among(m_selection);
-    m_selectedBytes = whole ? order.bytes() : summedSize(selected);
-    m_selected = std::move(selected);
+    Assets before = m_selected;
+    const Assets selected = m_selection.value().among(order);
+    m_selectedBytes = selected.size() == order.size() ? order.bytes() : summedSize(selected);
+    m_selected = selected;
+    Tasks::dropLater(std::move(before));
     describe();
 }
 

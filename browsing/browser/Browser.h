@@ -83,7 +83,7 @@ public:
     // All selectable tiles in page order. Stacks are none.
     PageList order() const { return m_order; }
 
-    QSet<Location> selection() const { return m_selection; }
+    PathSet selection() const { return m_selection; }
     std::optional<Location> anchor() const { return m_anchor; }
 
     // The selected assets that the page still shows, in page order: what the inspector tells of.
@@ -202,11 +202,8 @@ private:
     Q_OBJECT_BINDABLE_PROPERTY(Browser, QString, m_search, &Browser::searchChanged)
 
     SectionLimits m_sectionLimits;
-    Q_OBJECT_BINDABLE_PROPERTY(Browser, QSet<Location>, m_selection, &Browser::selectionChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(Browser, PathSet, m_selection, &Browser::selectionChanged)
     std::optional<Location> m_anchor;
-    // The selection while it is all of `m_allOf`: what is selected is known without a look at each.
-    QSet<Location> m_all;
-    PageList m_allOf;
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(Browser, bool, m_gridFocused, false, &Browser::gridFocusedChanged)
 
     // Computed from the above and the library, by `reorder`, `reselect` and `describe`. They are no bindings: those of

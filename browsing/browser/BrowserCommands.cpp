@@ -60,11 +60,7 @@ void BrowserCommands::toggleInspector() const {
 }
 
 QList<Location> BrowserCommands::selectedPaths() const {
-    QList<Location> paths;
-    const Assets selected = m_browser->selected();
-    for (const Asset& asset : selected)
-        paths.append(asset.url);
-    return paths;
+    return urlsOf(m_browser->selected());
 }
 
 void BrowserCommands::follow() {

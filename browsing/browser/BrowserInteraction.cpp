@@ -8,18 +8,6 @@
 
 namespace lumbra {
 
-namespace {
-
-QList<Location> urlsOf(const Assets& assets) {
-    QList<Location> urls;
-    urls.reserve(assets.size());
-    for (const Asset& asset : assets)
-        urls.append(asset.url);
-    return urls;
-}
-
-} // namespace
-
 void Browser::click(const PageCell& cell, Qt::KeyboardModifiers modifiers) {
     m_gridFocused = true;
     const PageList list = listsAssets(m_library->place()) ? m_loader->assets()
@@ -29,7 +17,7 @@ void Browser::click(const PageCell& cell, Qt::KeyboardModifiers modifiers) {
 }
 
 void Browser::clickBackground() {
-    m_selection = QSet<Location>();
+    m_selection = PathSet();
     m_gridFocused = true;
 }
 
@@ -82,7 +70,7 @@ bool Browser::press(int key, Qt::KeyboardModifiers modifiers, bool repeated) {
     case Qt::Key_Escape:
         if (repeated)
             return false;
-        m_selection = QSet<Location>();
+        m_selection = PathSet();
         return true;
     default:
         return false;
@@ -103,9 +91,7 @@ int Browser::selectedRow() const {
 }
 
 void Browser::selectAll() {
-    m_allOf = m_order;
-    m_all = m_order.value().paths();
-    m_selection = m_all;
+    m_selection = PathSet::all(m_order);
 }
 
 void Browser::ask(const NamePrompt& prompt) const {
@@ -143,15 +129,14 @@ void Browser::dropInto(const Location& folder, const QList<QUrl>& urls) {
 
 void Browser::trash(const QList<Location>& urls) {
     m_library->trash(urls);
-    QSet<Location> kept = m_selection;
-    for (const Location& url : urls)
-        kept.remove(url);
+    PathSet kept = m_selection;
+    kept.remove(urls);
     m_selection = kept;
 }
 
 void Browser::trashSelected() {
     trash(urlsOf(m_selected));
-    m_selection = QSet<Location>();
+    m_selection = PathSet();
 }
 
 QVariantList Browser::menu(const PageCell& cell) {

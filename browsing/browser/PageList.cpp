@@ -16,6 +16,14 @@ quint32 hashOf(const Location& path) {
 
 } // namespace
 
+QList<Location> urlsOf(const Assets& assets) {
+    QList<Location> urls;
+    urls.reserve(assets.size());
+    for (const Asset& asset : assets)
+        urls.append(asset.url);
+    return urls;
+}
+
 PageList::PageList(Assets assets) {
     if (assets.isEmpty())
         return;
@@ -49,44 +57,17 @@ const Assets& PageList::assets() const& {
     return m_data ? m_data->assets : none;
 }
 
-std::optional<qsizetype> PageList::positionOf(const Location& path) const {
+std::optional<qsizetype> PageList::positionOf(const Location& path, qsizetype guess) const {
     if (!m_data)
         return {};
+    if (!m_data->repeats && guess < size() && at(guess).url == path)
+        return guess;
     const quint32 hash = hashOf(path);
     for (auto slot = std::lower_bound(m_data->byHash.begin(), m_data->byHash.end(), Slot{hash, 0});
          slot != m_data->byHash.end() && slot->hash == hash; ++slot)
         if (m_data->assets.at(slot->position).url == path)
             return slot->position;
     return {};
-}
-
-QSet<Location> PageList::paths() const {
-    QSet<Location> all;
-    all.reserve(size());
-    for (const Asset& asset : assets())
-        all.insert(asset.url);
-    return all;
-}
-
-Assets PageList::among(const QSet<Location>& paths) const {
-    Assets found;
-    if (!m_data)
-        return found;
-    if (paths.size() > size() / 8) {
-        for (qsizetype position = 0; position < size(); ++position)
-            if (const Asset& asset = at(position);
-                paths.contains(asset.url) && (!m_data->repeats || positionOf(asset.url) == position))
-                found.append(asset);
-        return found;
-    }
-    std::vector<qsizetype> positions;
-    for (const Location& path : paths)
-        if (const auto position = positionOf(path))
-            positions.push_back(*position);
-    std::sort(positions.begin(), positions.end());
-    for (const qsizetype position : positions)
-        found.append(at(position));
-    return found;
 }
 
 } // namespace lumbra

@@ -8,11 +8,12 @@
 
 #include "library/Model.h"
 
-#include <QSet>
-
 #include <memory>
 
 namespace lumbra {
+
+// Their paths, in the order given.
+QList<Location> urlsOf(const Assets& assets);
 
 class PageList {
 public:
@@ -31,15 +32,12 @@ public:
     // Summed size in bytes.
     qint64 bytes() const { return m_data ? m_data->bytes : 0; }
 
-    // The first position of the path.
-    std::optional<qsizetype> positionOf(const Location& path) const;
+    // The first position of the path. One that stands at `guess` is found there at once.
+    std::optional<qsizetype> positionOf(const Location& path, qsizetype guess = 0) const;
     bool contains(const Location& path) const { return positionOf(path).has_value(); }
 
-    // All paths.
-    QSet<Location> paths() const;
-
-    // The assets whose path is in the set, in the order of this list. A file that stands here twice counts once.
-    Assets among(const QSet<Location>& paths) const;
+    // A path stands here more than once.
+    bool repeats() const { return m_data && m_data->repeats; }
 
     friend bool operator==(const PageList& a, const PageList& b) { return a.m_data == b.m_data; }
 
@@ -52,7 +50,7 @@ private:
     struct Data {
         Assets assets;
         qint64 bytes = 0;
-        bool repeats = false;     // a path stands in it more than once
+        bool repeats = false;
         std::vector<Slot> byHash; // sorted; eight bytes a file, where a hash table would hold every path once more
     };
 

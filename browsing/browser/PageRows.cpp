@@ -174,26 +174,19 @@ void PageRows::tell(int first, const std::vector<bool>& differs) {
     }
 }
 
-void PageRows::setSelection(const QSet<Location>& selection) {
-    if (m_selection == selection)
-        return;
-    const QSet<Location> before = std::exchange(m_selection, selection);
-    // To tell where two large selections differ would take longer than to draw all rows in sight anew.
-    const bool whole = std::abs(before.size() - selection.size()) > comparedSelection
-                       || std::max(before.size(), selection.size()) > comparedTiles;
-    const QSet<Location> changed = whole ? QSet<Location>() : (before - selection) + (selection - before);
+void PageRows::setSelection(const PathSet& selection) {
+    const auto changed = m_selection.differences(selection, comparedSelection);
+    m_selection = selection;
     for (qsizetype position = 0; position < m_shown.size(); ++position) {
         const Shown& shown = m_shown.at(position);
-        std::vector<bool> differs(size_t(shown.tileRows), whole || changed.size() > comparedSelection);
+        std::vector<bool> differs(size_t(shown.tileRows), !changed);
         const auto mark = [&](qsizetype item) { differs[size_t(item / m_columns.count)] = true; };
-        if (changed.size() <= comparedSelection) {
-            for (const Location& path : changed)
-                if (const auto item = shown.block.assets.positionOf(path))
-                    mark(shown.block.folders.size() + *item);
+        for (const Location& path : changed.value_or(QList<Location>())) {
+            if (const auto item = shown.block.assets.positionOf(path))
+                mark(shown.block.folders.size() + *item);
             for (qsizetype item = 0; item < shown.block.entries.size(); ++item)
-                if (const auto* asset = std::get_if<Asset>(&shown.block.entries.at(item)))
-                    if (changed.contains(asset->url))
-                        mark(shown.block.folders.size() + shown.block.assets.size() + item);
+                if (const auto* asset = std::get_if<Asset>(&shown.block.entries.at(item)); asset && asset->url == path)
+                    mark(shown.block.folders.size() + shown.block.assets.size() + item);
         }
         tell(firstRow(position), differs);
     }

@@ -9,7 +9,7 @@
 
 #include "AdaptiveColumns.h"
 #include "ColumnSlots.h"
-#include "PageList.h"
+#include "PathSet.h"
 #include "PageRow.h"
 #include "RecentSections.h"
 #include "library/DerivedIndex.h"
@@ -87,7 +87,7 @@ public:
     QAbstractItemModel* slotModel() { return &m_slots; }
 
     void setBlocks(const QList<PageBlock>& blocks);
-    void setSelection(const QSet<Location>& selection);
+    void setSelection(const PathSet& selection);
 
     // The counts and newest files of folders are others now.
     void refreshFolders();
@@ -127,7 +127,7 @@ private:
     AdaptiveColumns m_columns;
     ColumnSlots m_slots;
     QList<Shown> m_shown;
-    QSet<Location> m_selection;
+    PathSet m_selection;
 };
 
 } // namespace lumbra

@@ -13,12 +13,8 @@ Selection Selection::clicked(const Location& path, const PageList& list, Qt::Key
     if (modifiers.testFlag(Qt::ShiftModifier) && anchor) {
         const auto from = list.positionOf(*anchor);
         const auto to = list.positionOf(path);
-        if (from && to) {
-            Selection next{{}, anchor};
-            for (qsizetype position = std::min(*from, *to); position <= std::max(*from, *to); ++position)
-                next.paths.insert(list.at(position).url);
-            return next;
-        }
+        if (from && to)
+            return {PathSet::range(list, std::min(*from, *to), std::max(*from, *to)), anchor};
     }
     return just(path);
 }
@@ -34,10 +30,7 @@ Selection Selection::stepped(int step, const PageList& order) const {
 QList<Location> Selection::targets(const Location& url, const PageList& order) const {
     if (!paths.contains(url))
         return {url};
-    QList<Location> urls;
-    for (const Asset& asset : order.among(paths))
-        urls.append(asset.url);
-    return urls;
+    return urlsOf(paths.among(order));
 }
 
 std::optional<Asset> revealed(const std::optional<Location>& pending, const PageList& assets) {

@@ -4,14 +4,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "PageList.h"
-
-#include <QSet>
+#include "PathSet.h"
 
 namespace lumbra {
 
 struct Selection {
-    QSet<Location> paths; // a path whose file went away stays
+    PathSet paths; // a path whose file went away stays
     std::optional<Location> anchor;
 
     static Selection just(const Location& path) { return {{path}, path}; }

@@ -81,7 +81,7 @@ private Q_SLOTS:
         QCOMPARE(m_prompt->confirm, QStringLiteral("Rename"));
         name("c.png");
         const Location renamed = m_window->folder("one").child("c.png");
-        QCOMPARE(browser().selection(), QSet{renamed});
+        QCOMPARE(browser().selection(), PathSet{renamed});
         QCOMPARE(browser().anchor(), std::optional(renamed));
         QTRY_COMPARE(names(browser().selected()), QStringList{QStringLiteral("c.png")});
     }
@@ -91,7 +91,7 @@ private Q_SLOTS:
         m_commands->rename();
         name("b.png");
         QVERIFY(library().lastError());
-        QCOMPARE(browser().selection(), QSet{m_a});
+        QCOMPARE(browser().selection(), PathSet{m_a});
     }
 
     void severalFilesAreNotRenamed() {
@@ -129,7 +129,7 @@ private Q_SLOTS:
     void whatIsTrashedBesideTheSelectionLeavesItAlone() {
         select(m_a);
         browser().trash({m_window->folder("one/gone.png")});
-        QCOMPARE(browser().selection(), QSet{m_a});
+        QCOMPARE(browser().selection(), PathSet{m_a});
     }
 
     void copyIsDoneATurnLater() {

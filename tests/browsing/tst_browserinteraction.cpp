@@ -104,7 +104,7 @@ private Q_SLOTS:
         QTRY_COMPARE(totalOf(browser), 2);
         browser.click(cellOf(other), Qt::NoModifier);
         browser.click(cellOf(starred, true), Qt::ShiftModifier);
-        QCOMPARE(browser.selection(), QSet<Location>{starred});
+        QCOMPARE(browser.selection(), PathSet{starred});
     }
 
     void theArrowKeysStepAndScroll() {
@@ -208,10 +208,10 @@ private Q_SLOTS:
         QTRY_COMPARE(browser.assets().size(), 2);
         QTRY_VERIFY(browser.gridFocused());
         browser.play(browser.assets().first());
-        QCOMPARE(browser.selection(), QSet<Location>{a});
+        QCOMPARE(browser.selection(), PathSet{a});
         browser.setGridFocused(false);
         window.library->setPlaying(PlayRequest{browser.assets().last(), browser.assets()});
-        QCOMPARE(browser.selection(), QSet<Location>{b});
+        QCOMPARE(browser.selection(), PathSet{b});
         window.library->setPlaying({});
         QVERIFY(browser.gridFocused());
     }
