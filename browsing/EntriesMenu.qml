@@ -24,6 +24,8 @@ Menu {
                 addItem(divider.createObject(contentItem))
             else if (entry.heading)
                 addItem(heading.createObject(contentItem, { text: entry.title }))
+            else if (entry.note)
+                addItem(note.createObject(contentItem, { text: entry.title }))
             else if (entry.submenu)
                 addMenu(submenu(entry))
             else
@@ -76,6 +78,37 @@ Menu {
     Component {
         id: heading
 
-        MenuItem { enabled: false }
+        MenuItem {
+            enabled: false
+            activeFocusOnTab: false // the keys pass it over
+        }
+    }
+
+    Component {
+        id: note
+
+        MenuItem {
+            id: remark
+
+            readonly property int measure: 250
+
+            enabled: false
+            activeFocusOnTab: false
+            implicitWidth: leftPadding + markWidth + measure + rightPadding
+            implicitHeight: words.height + Theme.gap
+
+            contentItem: Item {
+                Label {
+                    id: words
+                    x: remark.markWidth
+                    width: remark.measure
+                    style: Label.Fact
+                    text: remark.text
+                    wrapMode: Text.Wrap
+                    elide: Text.ElideNone
+                    Accessible.ignored: true
+                }
+            }
+        }
     }
 }

@@ -19,6 +19,7 @@ class MenuEntry {
     Q_GADGET
     Q_PROPERTY(bool divider READ isDivider)
     Q_PROPERTY(bool heading READ isHeading)
+    Q_PROPERTY(bool note READ isNote)
     Q_PROPERTY(bool submenu READ isSubmenu)
     Q_PROPERTY(QString title MEMBER title)
     Q_PROPERTY(bool enabled MEMBER enabled)
@@ -33,6 +34,7 @@ public:
         item,
         divider,
         heading, // names the items below it, can't be chosen
+        note,    // a sentence about the item above it, can't be chosen
         submenu,
     };
 
@@ -46,6 +48,7 @@ public:
     static MenuEntry item(const QString& title, Action action) { return {Kind::item, title, std::move(action)}; }
     static MenuEntry divider() { return {Kind::divider, {}, {}}; }
     static MenuEntry heading(const QString& title) { return {Kind::heading, title, {}}; }
+    static MenuEntry note(const QString& text) { return MenuEntry{Kind::note, text, {}}.disabledIf(true); }
     static MenuEntry submenu(const QString& title, const QList<MenuEntry>& children) {
         MenuEntry made{Kind::submenu, title, {}};
         made.children = children;
@@ -88,6 +91,7 @@ public:
 
     bool isDivider() const { return kind == Kind::divider; }
     bool isHeading() const { return kind == Kind::heading; }
+    bool isNote() const { return kind == Kind::note; }
     bool isSubmenu() const { return kind == Kind::submenu; }
     bool isCheckable() const { return checked.has_value(); }
     bool isChecked() const { return checked.value_or(false); }

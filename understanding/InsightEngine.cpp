@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "InsightEngine.h"
 
+#include "core/PreferenceKeys.h"
 #include "platform/Tasks.h"
 
 namespace lumbra {
@@ -17,9 +18,22 @@ std::shared_ptr<InsightStore> opened(const Location& root) {
 
 } // namespace
 
-InsightEngine::InsightEngine(Library* library, QObject* parent) : QObject(parent), m_library(library) {
+InsightEngine::InsightEngine(Library* library, QObject* parent)
+    : QObject(parent), m_enabled(Preferences::shared().value(PreferenceKeys::insightsEnabled)), m_library(library) {
     connect(library, &Library::onboardingChanged, this, &InsightEngine::openStore);
     openStore();
+}
+
+void InsightEngine::setEnabled(bool enabled) {
+    if (m_enabled == enabled)
+        return;
+    Preferences::shared().setValue(PreferenceKeys::insightsEnabled, enabled);
+    m_enabled = enabled;
+}
+
+// No model is asked as yet.
+QString InsightEngine::aiStatus() const {
+    return QStringLiteral("This Mac can't run Apple Intelligence. Vision still reads text and finds similar files.");
 }
 
 // In the background, since a disk may be slow and the log of a process that died has to be read first.

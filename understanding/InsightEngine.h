@@ -7,9 +7,11 @@
 #include "core/InsightStore.h"
 #include "library/Library.h"
 
+#include <QBindable>
 #include <QObject>
 
 #include <memory>
+#include <optional>
 
 namespace lumbra {
 
@@ -25,11 +27,37 @@ public:
     // content. Safe to use on any thread; ask off the main one.
     std::shared_ptr<InsightStore> store() const { return m_store; }
 
+    // The user's switch, kept over launches.
+    bool enabled() const { return m_enabled; }
+    void setEnabled(bool enabled);
+
+    // Files finished since the launch, and those together with what is still planned.
+    int done() const { return m_done; }
+    int planned() const { return m_planned; }
+
+    // The name of the file that is being read, and why nothing is at the moment; absent where there is no such.
+    std::optional<QString> current() const { return m_current; }
+    std::optional<QString> paused() const { return m_paused; }
+
+    // What can be expected of a language model, in a sentence.
+    QString aiStatus() const;
+
 Q_SIGNALS:
     void storeOpened();
+    void enabledChanged();
+    void doneChanged();
+    void plannedChanged();
+    void currentChanged();
+    void pausedChanged();
 
 private:
     void openStore();
+
+    Q_OBJECT_BINDABLE_PROPERTY(InsightEngine, bool, m_enabled, &InsightEngine::enabledChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(InsightEngine, int, m_done, 0, &InsightEngine::doneChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(InsightEngine, int, m_planned, 0, &InsightEngine::plannedChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(InsightEngine, std::optional<QString>, m_current, &InsightEngine::currentChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(InsightEngine, std::optional<QString>, m_paused, &InsightEngine::pausedChanged)
 
     Library* const m_library;
     std::shared_ptr<InsightStore> m_store;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Sidebar.h"
 
-#include "SidebarRules.h"
-#include "platform/Preferences.h"
+#include "browsing/DroppedFiles.h"
+#include "core/PreferenceKeys.h"
 
 #include <algorithm>
 #include <cmath>
@@ -16,8 +16,6 @@ using Chevron = SidebarRow::Chevron;
 
 namespace {
 
-const Preference<bool> byActivityPreference{QLatin1String("projectsByActivity"), true};
-
 std::optional<Location> folderOf(const SidebarRow& row) {
     return row.type == Type::project || row.type == Type::folder ? row.place.folderUrl() : std::nullopt;
 }
@@ -25,7 +23,9 @@ std::optional<Location> folderOf(const SidebarRow& row) {
 } // namespace
 
 Sidebar::Sidebar(Library* library, QObject* parent)
-    : QObject(parent), m_library(library), m_byActivity(Preferences::shared().value(byActivityPreference)) {
+    : QObject(parent),
+      m_library(library),
+      m_byActivity(Preferences::shared().value(PreferenceKeys::projectsByActivity)) {
     m_refresh.setSingleShot(true);
     m_refresh.setInterval(0);
     connect(&m_refresh, &QTimer::timeout, this, &Sidebar::refresh);
@@ -55,10 +55,23 @@ void Sidebar::setByActivity(bool byActivity) {
     if (m_byActivity == byActivity)
         return;
     m_byActivity = byActivity;
-    Preferences::shared().setValue(byActivityPreference, byActivity);
+    Preferences::shared().setValue(PreferenceKeys::projectsByActivity, byActivity);
     m_outdated = true;
     refresh();
     Q_EMIT byActivityChanged();
+}
+
+void Sidebar::setInsights(InsightEngine* insights) {
+    m_insights = insights;
+    for (const auto changed : {&InsightEngine::doneChanged, &InsightEngine::plannedChanged,
+                               &InsightEngine::currentChanged, &InsightEngine::pausedChanged})
+        connect(insights, changed, this, &Sidebar::refreshFooter);
+    refreshFooter();
+}
+
+void Sidebar::setTidySuggestions(qsizetype count) {
+    m_facts.tidy = count;
+    refreshLater();
 }
 
 void Sidebar::appeared(int row) {
@@ -154,7 +167,8 @@ QVariantList Sidebar::newMenu() const {
 }
 
 QVariantList Sidebar::optionsMenu() {
-    return MenuEntry::toVariants(menus().options(m_byActivity, [this](bool byActivity) { setByActivity(byActivity); }));
+    return MenuEntry::toVariants(menus().options(
+        m_byActivity, [this](bool byActivity) { setByActivity(byActivity); }, m_insights));
 }
 
 QString Sidebar::dragPayload(int row) const {
@@ -183,6 +197,11 @@ void Sidebar::drop(int row, const QString& payload) {
         m_library->removeFromGroup(dropped);
     else
         dropOnProject(dropped, target);
+}
+
+void Sidebar::dropFiles(int row, const QList<QUrl>& urls) {
+    if (const SidebarRow* target = rowAt(row); target && target->takesFiles())
+        m_library->bring(droppedFiles(urls), *target->place.folderUrl());
 }
 
 void Sidebar::unpin(int row) {
@@ -313,11 +332,15 @@ void Sidebar::gather() {
 }
 
 void Sidebar::refreshFooter() {
-    SidebarFooter footer;
-    if (m_library->indexing())
-        footer = {true, {}, QStringLiteral("Indexing…")};
-    else
-        footer = {false, QStringLiteral("folder"), SidebarRules::footerText(m_library->root(), m_visible.size())};
+    SidebarRules::FooterFacts facts{
+        .indexing = m_library->indexing(), .root = m_library->root(), .projects = m_visible.size()};
+    if (m_insights) {
+        facts.paused = m_insights->paused();
+        facts.done = m_insights->done();
+        facts.planned = m_insights->planned();
+        facts.current = m_insights->current();
+    }
+    const SidebarFooter footer = SidebarRules::footer(facts);
     if (m_footer == footer)
         return;
     m_footer = footer;

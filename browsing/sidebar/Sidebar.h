@@ -13,28 +13,17 @@
 #include "FolderListings.h"
 #include "SidebarMenus.h"
 #include "SidebarModel.h"
+#include "SidebarRules.h"
 #include "library/Library.h"
+#include "understanding/InsightEngine.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
+#include <QUrl>
 #include <QtQml/qqmlregistration.h>
 
 namespace lumbra {
-
-// What the line at the foot of the pane says.
-struct SidebarFooter {
-    Q_GADGET
-    Q_PROPERTY(bool busy MEMBER busy)
-    Q_PROPERTY(QString symbol MEMBER symbol)
-    Q_PROPERTY(QString text MEMBER text)
-
-public:
-    bool busy = false; // a spinner stands in the symbol's place
-    QString symbol;
-    QString text;
-
-    friend bool operator==(const SidebarFooter&, const SidebarFooter&) = default;
-};
 
 class Sidebar : public QObject {
     Q_OBJECT
@@ -60,6 +49,12 @@ public:
     void setByActivity(bool byActivity);
 
     SidebarFooter footer() const { return m_footer; }
+
+    // Whose work the foot tells of, and whose switch stands in the options. Without one neither does.
+    void setInsights(InsightEngine* insights);
+
+    // How many suggestions "Tidy" has; none while it looks for them.
+    void setTidySuggestions(qsizetype count);
 
     // Who shows the sheet that asks for a name. Without one no menu asks.
     void setNamePrompt(SidebarMenus::Ask ask) { m_ask = std::move(ask); }
@@ -88,6 +83,9 @@ public:
     Q_INVOKABLE QString dragPayload(int row) const;
     Q_INVOKABLE bool accepts(int row, const QString& payload) const;
     Q_INVOKABLE void drop(int row, const QString& payload);
+
+    // Files that are dropped on a row that takes them. What is no file of this machine is left out.
+    Q_INVOKABLE void dropFiles(int row, const QList<QUrl>& urls);
 
     Q_INVOKABLE void unpin(int row);
     Q_INVOKABLE void acceptSuggestion();
@@ -118,6 +116,7 @@ private:
     void wakeWhenSomethingAges();
 
     Library* const m_library;
+    QPointer<InsightEngine> m_insights;
     SidebarModel m_rows;
     FolderListings m_listings;
     SidebarMenus::Ask m_ask;
@@ -135,5 +134,3 @@ private:
 };
 
 } // namespace lumbra
-
-Q_DECLARE_METATYPE(lumbra::SidebarFooter)

@@ -12,18 +12,33 @@ Item {
     required property DragGhost ghost
     required property int index
     required property var row
-    readonly property bool targeted: target.containsDrag
+    readonly property bool targeted: target.containsDrag || files.containsDrag
+    readonly property real filesY: files.drag.y // of files over the row
+    readonly property bool filesOver: files.containsDrag
 
-    function openMenu() {
-        if (loader.sourceComponent === placeRow)
-            (loader.item as SidebarRow).openMenu()
-    }
+    readonly property SidebarRow place: loader.item as SidebarRow // none for a title and the like
+    readonly property bool expandable: row.expandable
+    readonly property bool expanded: row.expanded
+
+    function openMenu() { place?.openMenu() }
 
     function payloadOf(drag: DragEvent): string {
         return drag.source?.payload ?? drag.text
     }
 
     implicitHeight: loader.height
+
+    // Here and not on the row in it: the list gives the keyboard to this item.
+    Accessible.ignored: !place
+    Accessible.role: Accessible.TreeItem
+    Accessible.name: row.title
+    Accessible.description: place?.told ?? ""
+    Accessible.selectable: true
+    Accessible.selected: row.selected
+    Accessible.focusable: true
+    Accessible.focused: activeFocus
+    Accessible.onPressAction: sidebar.choose(index)
+    Accessible.onToggleAction: sidebar.toggle(index)
 
     Component.onCompleted: sidebar.appeared(index)
     ListView.onReused: sidebar.appeared(index)
@@ -47,6 +62,12 @@ Item {
         anchors.fill: parent
         onEntered: drag => drag.accepted = cell.sidebar.accepts(cell.index, cell.payloadOf(drag))
         onDropped: drop => cell.sidebar.drop(cell.index, cell.payloadOf(drop))
+    }
+    FileDropArea {
+        id: files
+        anchors.fill: parent
+        possible: cell.row.takesFiles
+        onFilesDropped: urls => cell.sidebar.dropFiles(cell.index, urls)
     }
 
     Component {

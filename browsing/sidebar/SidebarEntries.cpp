@@ -37,7 +37,7 @@ QList<Candidate> groupCandidates(const Facts& facts) {
         bool kept = matches(group.name, facts.filter);
         for (const QString& name : group.projects) {
             const Project* member = byName.value(name);
-            if (!member)
+            if (!member || entry.members.contains(*member)) // a state written by hand may name one twice
                 continue;
             entry.members.append(*member);
             latest = std::max(latest, activityOf(*member, facts));

@@ -23,6 +23,13 @@ Item {
         Spinner {
             anchors.centerIn: parent
             visible: foot.sidebar.footer.busy
+            Accessible.ignored: true
+        }
+        Gauge {
+            anchors.centerIn: parent
+            visible: value >= 0
+            Accessible.ignored: true
+            value: foot.sidebar.footer.share
         }
         Symbol {
             anchors.centerIn: parent
@@ -31,18 +38,47 @@ Item {
             color: Theme.textSoft
         }
     }
-    Label {
+    Column {
+        id: facts
         anchors.left: mark.right
         anchors.leftMargin: Theme.gap
         anchors.right: options.left
         anchors.rightMargin: Theme.grid
         anchors.verticalCenter: parent.verticalCenter
-        style: Label.Fact
-        text: foot.sidebar.footer.text
-        elide: Text.ElideMiddle
+
+        Row {
+            Label {
+                id: line
+                objectName: "footer"
+                width: Math.min(implicitWidth, facts.width - tail.width)
+                style: Label.Fact
+                tabular: foot.sidebar.footer.share >= 0
+                text: foot.sidebar.footer.text
+                elide: Text.ElideMiddle
+                Accessible.name: text + tail.text
+
+                Hint { text: line.truncated ? line.text : "" }
+            }
+            Label {
+                id: tail
+                style: Label.Fact
+                text: foot.sidebar.footer.tail
+                Accessible.ignored: true
+            }
+        }
+        Label {
+            objectName: "footer detail"
+            width: parent.width
+            visible: text !== ""
+            style: Label.Fact
+            color: Theme.textFaint
+            text: foot.sidebar.footer.detail
+            elide: Text.ElideMiddle
+        }
     }
     MenuIconButton {
         id: options
+        objectName: "options"
         anchors.right: parent.right
         anchors.rightMargin: Theme.rowInset
         anchors.verticalCenter: parent.verticalCenter

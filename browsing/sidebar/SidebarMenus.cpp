@@ -4,6 +4,8 @@
 #include "library/Actions.h"
 #include "platform/Desktop.h"
 
+#include <QPointer>
+
 namespace lumbra {
 
 namespace {
@@ -64,6 +66,19 @@ Entries repositoryItems(Library* library, const Project& project) {
         linkItem(QStringLiteral("Change Linked Repository…"), library, project),
         MenuEntry::item(QStringLiteral("Unlink Repository"), [library, project] { library->unlinkProject(project); }),
     };
+}
+
+// The switch of the background work, and what can be expected of it.
+Entries understandingItems(InsightEngine* insights) {
+    const auto toggle = [engine = QPointer(insights)] {
+        if (engine)
+            engine->setEnabled(!engine->enabled());
+    };
+    Entries entries{MenuEntry::item(QStringLiteral("Understand Files with Apple Intelligence"), toggle)
+                        .withCheckmark(insights->enabled())};
+    if (const QString status = insights->aiStatus(); !status.isEmpty())
+        entries += MenuEntry::note(status);
+    return entries;
 }
 
 } // namespace
@@ -145,7 +160,8 @@ QList<MenuEntry> SidebarMenus::newItems() const {
     return {newProject(), newGroup({})};
 }
 
-QList<MenuEntry> SidebarMenus::options(bool byActivity, const std::function<void(bool)>& sortByActivity) const {
+QList<MenuEntry> SidebarMenus::options(bool byActivity, const std::function<void(bool)>& sortByActivity,
+                                       InsightEngine* insights) const {
     Library* const library = m_library;
     Entries entries = newItems();
     entries += MenuEntry::divider();
@@ -164,6 +180,10 @@ QList<MenuEntry> SidebarMenus::options(bool byActivity, const std::function<void
         }
         entries += MenuEntry::divider();
         entries += MenuEntry::submenu(QStringLiteral("Hidden Projects"), shown);
+    }
+    if (insights) {
+        entries += MenuEntry::divider();
+        entries += understandingItems(insights);
     }
     entries += MenuEntry::divider();
     entries += showInFinder(QStringLiteral("Show Library in Finder"), library->root());

@@ -10,6 +10,7 @@
 #include "browsing/MenuEntry.h"
 #include "browsing/NamePrompt.h"
 #include "library/Library.h"
+#include "understanding/InsightEngine.h"
 
 namespace lumbra {
 
@@ -29,8 +30,10 @@ public:
     // Behind the plus of the projects' header.
     QList<MenuEntry> newItems() const;
 
-    // Behind the gear. `sortByActivity` takes the choice of order.
-    QList<MenuEntry> options(bool byActivity, const std::function<void(bool)>& sortByActivity) const;
+    // Behind the gear. `sortByActivity` takes the choice of order; without the understanding of files its switch is
+    // left out.
+    QList<MenuEntry> options(bool byActivity, const std::function<void(bool)>& sortByActivity,
+                             InsightEngine* insights = nullptr) const;
 
 private:
     MenuEntry pinItem(const Location& url) const;

@@ -18,6 +18,10 @@ Item {
     property var entries: () => []   // of the menu, asked for when it opens
 
     readonly property bool hovered: pointer.hovered || context.opened
+    // What stands beside the name, in words.
+    readonly property string told: [
+        row.countHelp || row.count, row.help, row.pinned ? qsTr("Pinned") : "", row.fresh ? freshness.text : ""
+    ].filter(part => part !== "").join(", ")
     readonly property int indent: 14
     readonly property int badgeSize: 18
     readonly property int markSize: 20
@@ -32,18 +36,6 @@ Item {
     }
 
     implicitHeight: Theme.rowHeight
-
-    Accessible.role: Accessible.TreeItem
-    Accessible.name: row.title
-    Accessible.description: [
-        row.countHelp || row.count, row.help, row.pinned ? qsTr("Pinned") : "", row.fresh ? freshness.text : ""
-    ].filter(part => part !== "").join(", ")
-    Accessible.selectable: true
-    Accessible.selected: row.selected
-    Accessible.focusable: true
-    Accessible.focused: current
-    Accessible.onPressAction: line.chosen()
-    Accessible.onToggleAction: line.toggled()
 
     HoverHandler { id: pointer }
 
@@ -67,11 +59,11 @@ Item {
         preventStealing: pointer.hovered
         onPressed: event => {
             if (drag.target)
-                drag.target.lift(mouse, Qt.point(event.x, event.y), line.row, line.payload())
+                line.ghost.lift(mouse, Qt.point(event.x, event.y), line.row, line.payload())
         }
-        drag.onActiveChanged: if (drag.active) drag.target.fly()
-        onReleased: if (drag.active) drag.target.land()
-        onCanceled: if (drag.target) drag.target.giveUp()
+        drag.onActiveChanged: if (drag.active) line.ghost.fly()
+        onReleased: if (drag.active) line.ghost.land()
+        onCanceled: if (drag.target) line.ghost.giveUp()
         onClicked: line.chosen()
     }
 

@@ -35,6 +35,10 @@ namespace {
 using Type = SidebarRow::Type;
 using Chevron = SidebarRow::Chevron;
 
+QString numberOf(qsizetype count) {
+    return count > 0 ? QString::number(count) : QString();
+}
+
 class Builder {
 public:
     explicit Builder(const Facts& facts) : m_facts(facts) {
@@ -90,11 +94,12 @@ private:
         add({.id = QStringLiteral("starred"),
              .title = QStringLiteral("Starred"),
              .symbol = QStringLiteral("star.fill"),
-             .count = m_facts.starred > 0 ? QString::number(m_facts.starred) : QString(),
+             .count = numberOf(m_facts.starred),
              .place = Place::starred()});
         add({.id = QStringLiteral("tidy"),
              .title = QStringLiteral("Tidy"),
              .symbol = QStringLiteral("wand.and.stars"),
+             .count = numberOf(m_facts.tidy),
              .place = Place::tidy()});
     }
 

@@ -33,6 +33,7 @@ struct SidebarRow {
     Q_PROPERTY(QString button MEMBER button)
     Q_PROPERTY(bool draggable READ isDraggable)
     Q_PROPERTY(bool hasMenu READ hasMenu)
+    Q_PROPERTY(bool takesFiles READ takesFiles)
 
 public:
     enum class Type {
@@ -78,6 +79,7 @@ public:
 
     bool isDraggable() const { return type == Type::project; }
     bool hasMenu() const { return isChoosable() && type != Type::library; }
+    bool takesFiles() const { return type == Type::pinned || type == Type::project || type == Type::folder; }
     bool isExpandable() const { return chevron != Chevron::none; }
     bool isExpanded() const { return chevron == Chevron::open; }
     QString typeName() const; // "project" and so on, for views
@@ -98,7 +100,8 @@ struct Facts {
     Place place;
     qsizetype newToday = 0;
     qsizetype starred = 0;
-    QList<Pin> pins; // in the order of pinning
+    qsizetype tidy = 0; // suggestions
+    QList<Pin> pins;    // in the order of pinning
     std::optional<GroupSuggestion> suggestion;
     QList<SidebarEntry> entries;
     QString filter;

@@ -81,8 +81,18 @@ int groupHue(const LibraryState& state, const ProjectGroup& group) {
     return group.color.value_or(ownHue(state, group.name));
 }
 
-QString footerText(const Location& root, qsizetype visibleProjects) {
-    return QStringLiteral("%1 \u00b7 %2 projects").arg(root.abbreviated(), QString::number(visibleProjects));
+SidebarFooter footer(const FooterFacts& facts) {
+    if (facts.indexing)
+        return {.busy = true, .text = QStringLiteral("Indexing…")};
+    if (facts.paused)
+        return {.symbol = QStringLiteral("pause.circle"), .text = *facts.paused};
+    if (facts.done < facts.planned)
+        return {.share = double(facts.done) / facts.planned,
+                .text = QStringLiteral("Understanding %1 of %2").arg(facts.done).arg(facts.planned),
+                .detail = facts.current ? QStringLiteral("Looking at ") + *facts.current : QString()};
+    return {.symbol = QStringLiteral("folder"),
+            .text = facts.root.abbreviated(),
+            .tail = QStringLiteral(" \u00b7 %1 projects").arg(facts.projects)};
 }
 
 } // namespace lumbra::SidebarRules

@@ -10,9 +10,36 @@
 #include "library/state/LibraryState.h"
 
 #include <QHash>
+#include <QObject>
 #include <QSet>
+#include <QtQml/qqmlregistration.h>
 
-namespace lumbra::SidebarRules {
+namespace lumbra {
+
+// What the line at the foot of the pane says.
+struct SidebarFooter {
+    Q_GADGET
+    QML_ANONYMOUS
+
+    Q_PROPERTY(bool busy MEMBER busy)
+    Q_PROPERTY(QString symbol MEMBER symbol)
+    Q_PROPERTY(double share MEMBER share)
+    Q_PROPERTY(QString text MEMBER text)
+    Q_PROPERTY(QString tail MEMBER tail)
+    Q_PROPERTY(QString detail MEMBER detail)
+
+public:
+    bool busy = false;   // a spinner stands in the symbol's place
+    QString symbol = {}; // empty where a spinner or a gauge stands
+    double share = -1;   // of the work that is done, for a gauge; below zero for none
+    QString text = {};
+    QString tail = {};   // of the text: what stays where there is no room for all of it
+    QString detail = {}; // the second line
+
+    friend bool operator==(const SidebarFooter&, const SidebarFooter&) = default;
+};
+
+namespace SidebarRules {
 
 // The number of new files as the badge of Recent has room for it; empty for none.
 QString newBadge(qsizetype count);
@@ -42,7 +69,20 @@ std::optional<QString> projectNameIn(const QString& payload);
 QHash<QString, int> hues(const LibraryState& state, const QList<Project>& projects);
 int groupHue(const LibraryState& state, const ProjectGroup& group);
 
-// The line at the foot of the pane when nothing is under way. The plural is fixed.
-QString footerText(const Location& root, qsizetype visibleProjects);
+struct FooterFacts {
+    bool indexing = false;
+    std::optional<QString> paused = {}; // why nothing is understood at the moment
+    int done = 0;                       // files understood since the launch
+    int planned = 0;                    // those and the ones to come
+    std::optional<QString> current = {};
+    Location root = {};
+    qsizetype projects = 0; // visible ones
+};
 
-} // namespace lumbra::SidebarRules
+// What goes on, what it waits for, how far it is, or else where the library lies. The plural is fixed.
+SidebarFooter footer(const FooterFacts& facts);
+
+} // namespace SidebarRules
+} // namespace lumbra
+
+Q_DECLARE_METATYPE(lumbra::SidebarFooter)

@@ -44,6 +44,8 @@ Rectangle {
         id: list
         objectName: "rows"
 
+        property SidebarCell under: null // the row that files are dragged over
+
         function enter(row: int) {
             forceActiveFocus(Qt.TabFocusReason)
             go(row)
@@ -110,17 +112,25 @@ Rectangle {
             width: list.width
             sidebar: pane.sidebar
             ghost: dragGhost
+            onFilesOverChanged: {
+                if (filesOver)
+                    list.under = this
+                else if (list.under === this)
+                    list.under = null
+            }
         }
 
-        // A drag that rests near an end of the list scrolls it.
+        // A drag that rests near an end of the list scrolls it: of a project, or of files, which the row tells of that
+        // they are over.
         Timer {
-            readonly property real pointerY: dragGhost.flying ? list.mapFromItem(dragGhost.parent, dragGhost.x, dragGhost.y).y : 0
+            readonly property real pointerY: dragGhost.flying ? list.mapFromItem(dragGhost.parent, dragGhost.x, dragGhost.y).y
+                                           : list.under ? list.mapFromItem(list.under, 0, list.under.filesY).y : list.height / 2
             readonly property int reach: Theme.rowHeight
             readonly property int pace: pointerY < reach ? -6 : pointerY > list.height - reach ? 6 : 0
 
             interval: 16
             repeat: true
-            running: dragGhost.flying && pace !== 0
+            running: pace !== 0
             onTriggered: {
                 const last = Math.max(0, list.contentHeight + list.bottomMargin - list.height)
                 list.contentY = list.originY + Math.max(0, Math.min(last, list.contentY - list.originY + pace))

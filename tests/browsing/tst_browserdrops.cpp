@@ -1,65 +1,16 @@
 // Files that other programs drop on the page, on folders and on the path.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "Dragged.h"
 #include "Pane.h"
 #include "support/Strings.h"
 
 #include <QDir>
-#include <QMimeData>
 #include <QtTest>
 
 using namespace lumbra;
 
 namespace {
-
-// A drag from another program, as the window system tells of it.
-class Dragged {
-public:
-    Dragged(Pane& pane, const QList<Location>& files) : m_window(pane.view.get()) {
-        QList<QUrl> urls;
-        for (const Location& file : files)
-            urls.append(file.toUrl());
-        m_data.setUrls(urls);
-    }
-    Dragged(Pane& pane, const QString& text) : m_window(pane.view.get()) { m_data.setText(text); }
-
-    Qt::DropAction offered = Qt::IgnoreAction; // what would be done where it was moved last
-
-    // True if what lies there takes it.
-    bool move(QPoint to) {
-        if (!m_isInside) {
-            m_isInside = true;
-            QDragEnterEvent enter(to, actions, &m_data, Qt::LeftButton, Qt::NoModifier);
-            QCoreApplication::sendEvent(m_window, &enter);
-        }
-        QDragMoveEvent move(to, actions, &m_data, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(m_window, &move);
-        offered = move.dropAction();
-        return move.isAccepted();
-    }
-
-    // The action that the other program is told of; ignored if nothing takes it.
-    Qt::DropAction drop(QPoint at) {
-        move(at);
-        QDropEvent drop(at, actions, &m_data, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(m_window, &drop);
-        m_isInside = false;
-        return drop.isAccepted() ? drop.dropAction() : Qt::IgnoreAction;
-    }
-
-    void leave() {
-        QDragLeaveEvent leave;
-        QCoreApplication::sendEvent(m_window, &leave);
-        m_isInside = false;
-    }
-
-private:
-    static constexpr Qt::DropActions actions = Qt::CopyAction | Qt::MoveAction;
-
-    QWindow* m_window;
-    QMimeData m_data;
-    bool m_isInside = false;
-};
 
 constexpr QPoint emptyPage(600, 500);
 
@@ -76,7 +27,7 @@ private Q_SLOTS:
         pane.file("p/1.txt");
         const Location outside = pane.home.file("desk/new.txt");
         pane.open(Place::folder(pane.folder("p")));
-        Dragged dragged(pane, {outside});
+        Dragged dragged(pane.view.get(), {outside});
         QVERIFY(dragged.move(emptyPage));
         QCOMPARE(dragged.offered, Qt::CopyAction);
         // A copy, so that the other program takes nothing away.
@@ -99,7 +50,7 @@ private Q_SLOTS:
         const Location outside = pane.home.file("desk/new.txt");
         pane.open(Place::folder(pane.folder("p")));
         QTRY_COMPARE(pane.items("AssetTile").size(), 1);
-        QCOMPARE(Dragged(pane, {outside}).drop(at), Qt::CopyAction);
+        QCOMPARE(Dragged(pane.view.get(), {outside}).drop(at), Qt::CopyAction);
         QTRY_VERIFY(pane.folder("p/new.txt").exists());
     }
 
@@ -120,7 +71,7 @@ private Q_SLOTS:
         if (page == u"group")
             pane.library->setPlace(Place::group(pane.library->newGroup(u"G"_qs, {u"p"_qs}).id));
         QTRY_COMPARE(pane.browser->page(), page);
-        Dragged dragged(pane, {outside});
+        Dragged dragged(pane.view.get(), {outside});
         QVERIFY(!dragged.move(emptyPage));
         QCOMPARE(dragged.drop(emptyPage), Qt::IgnoreAction);
         QVERIFY(!pane.browser->drop({outside.toUrl()}));
@@ -132,7 +83,7 @@ private Q_SLOTS:
         pane.file("p/sub/1.txt");
         pane.open(Place::folder(pane.folder("p")));
         QTRY_COMPARE(pane.items("FolderTile").size(), 1);
-        Dragged text(pane, u"lumbra-project:p"_qs);
+        Dragged text(pane.view.get(), u"lumbra-project:p"_qs);
         QVERIFY(!text.move(emptyPage));
         QVERIFY(!text.move(Pane::centre(pane.items("FolderTile").first())));
     }
@@ -154,7 +105,7 @@ private Q_SLOTS:
         QTRY_COMPARE(pane.items("FolderTile").size(), 1);
         QTRY_VERIFY(pane.tile("AssetTile", u"1.txt"_qs));
         const QQuickItem* const folder = pane.items("FolderTile").first();
-        Dragged dragged(pane, {file});
+        Dragged dragged(pane.view.get(), {file});
         QVERIFY(dragged.move(emptyPage));
         QVERIFY(!pane.control("Label", u"Move here"_qs));
         QVERIFY(dragged.move(Pane::centre(folder)));
@@ -178,7 +129,7 @@ private Q_SLOTS:
         QTRY_COMPARE(pane.items("AssetTile").size(), 1);
         pane.settle();
         const QQuickItem* const project = pane.items("StepButton").first();
-        Dragged dragged(pane, {file});
+        Dragged dragged(pane.view.get(), {file});
         QVERIFY(dragged.move(Pane::centre(project)));
         QVERIFY(project->property("targeted").toBool());
         dragged.drop(Pane::centre(project));
@@ -193,7 +144,7 @@ private Q_SLOTS:
         pane.open(Place::folder(pane.folder("p/a")));
         QTRY_COMPARE(pane.items("StepButton").size(), 2);
         pane.settle();
-        Dragged(pane, {outside}).drop(Pane::centre(pane.items("StepButton").last()));
+        Dragged(pane.view.get(), {outside}).drop(Pane::centre(pane.items("StepButton").last()));
         QTRY_VERIFY(pane.folder("p/a/new.txt").exists());
         QVERIFY(!pane.folder("p/new.txt").exists());
     }
@@ -214,7 +165,7 @@ private Q_SLOTS:
         Pane pane;
         const Location file = pane.file("p/1.txt");
         pane.open(Place::folder(pane.folder("p")));
-        Dragged(pane, {file}).drop(emptyPage);
+        Dragged(pane.view.get(), {file}).drop(emptyPage);
         QVERIFY(file.exists());
         QCOMPARE(QDir(pane.folder("p").toString()).entryList(QDir::Files), strings({"1.txt"}));
     }
@@ -225,7 +176,7 @@ private Q_SLOTS:
         const Location gone = pane.home.file("desk/gone.txt");
         const Location there = pane.home.file("desk/there.txt");
         pane.open(Place::folder(pane.folder("p")));
-        Dragged dragged(pane, {gone, there});
+        Dragged dragged(pane.view.get(), {gone, there});
         dragged.move(emptyPage);
         QVERIFY(QFile::remove(gone.toString()));
         dragged.drop(emptyPage);
@@ -241,7 +192,7 @@ private Q_SLOTS:
         for (int n = 0; n < 10'000; ++n)
             files.append(pane.home.file("Library/q/" + std::to_string(n) + ".txt"));
         pane.open(Place::folder(pane.folder("p")));
-        Dragged(pane, files).drop(emptyPage);
+        Dragged(pane.view.get(), files).drop(emptyPage);
         QTRY_COMPARE_WITH_TIMEOUT(pane.browser->assets().size(), 10'001, 60'000);
         QVERIFY(!pane.library->lastError());
     }

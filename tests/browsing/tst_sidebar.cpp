@@ -44,6 +44,10 @@ private Q_SLOTS:
 
     void theSuggestionGroupsOrGoes();
     void theFootTellsOfIndexingAndThenOfTheLibrary();
+    void theSuggestionsOfTidyAreCounted();
+    void aStateThatNamesWhatIsNotThereShowsTheRest();
+    void aProjectThatIsRenamedOutsideLeavesNoRowSelected();
+    void aProjectThatIsGoneLeavesItsGroup();
 };
 
 void tst_Sidebar::theLibraryItsPinsAndItsProjectsAreListed() {
@@ -328,7 +332,61 @@ void tst_Sidebar::theFootTellsOfIndexingAndThenOfTheLibrary() {
     QCOMPARE(m_sidebar->footer().text, QStringLiteral("Indexing…"));
     QTRY_VERIFY(!m_sidebar->footer().busy);
     QCOMPARE(m_sidebar->footer().symbol, text("folder"));
-    QCOMPARE(m_sidebar->footer().text, QStringLiteral("~/Library \u00b7 2 projects"));
+    QCOMPARE(m_sidebar->footer().text, QStringLiteral("~/Library"));
+    QCOMPARE(m_sidebar->footer().tail, QStringLiteral(" \u00b7 2 projects"));
+}
+
+void tst_Sidebar::theSuggestionsOfTidyAreCounted() {
+    open();
+    m_sidebar->setTidySuggestions(3);
+    QTRY_COMPARE(shown(2).count, text("3"));
+    m_sidebar->setTidySuggestions(0);
+    QTRY_COMPARE(shown(2).count, QString());
+}
+
+void tst_Sidebar::aStateThatNamesWhatIsNotThereShowsTheRest() {
+    folders("cats, dogs, elks");
+    m_home->file("Library/.lumbra/library.json", R"({"pins": ["gone", "cats/gone", "dogs"],
+        "groups": [{"id": "6F9619FF-8B86-D011-B42D-00C04FC964FF", "name": "Pets", "projects": ["gone", "cats", "cats"],
+                    "collapsed": false},
+                   {"id": "6F9619FF-8B86-D011-B42D-00C04FC964F0", "name": "Empty", "projects": ["gone"], "color": 99,
+                    "collapsed": true}],
+        "hidden": ["gone", "elks"], "colors": {"gone": 3, "dogs": -7}, "dismissed": ["gone"]})");
+    open();
+    m_sidebar->setByActivity(false);
+    QCOMPARE(rows().mid(3).join(text(", ")), text("Pinned, dogs, Projects, dogs, Pets, .cats"));
+    QCOMPARE(shown(groupRow("Pets")).count, text("1"));
+    // What it names is kept as it is: it may come back.
+    QCOMPARE(m_library->state().groups.first().projects, texts("gone, cats, cats"));
+    folders("gone");
+    QTRY_VERIFY(projectRow("gone") >= 0);
+    QCOMPARE(shown(projectRow("gone")).depth, 1);
+    QCOMPARE(m_library->lastError(), std::nullopt);
+}
+
+void tst_Sidebar::aProjectThatIsRenamedOutsideLeavesNoRowSelected() {
+    folders("cats, dogs");
+    open();
+    m_sidebar->choose(projectRow("cats"));
+    QTRY_VERIFY(shown(projectRow("cats")).selected);
+    QVERIFY(QDir().rename(at("cats").toString(), at("lynx").toString()));
+    QTRY_VERIFY(projectRow("lynx") >= 0 && projectRow("cats") < 0);
+    QCOMPARE(m_sidebar->selectedRow(), -1);
+    m_sidebar->choose(projectRow("lynx"));
+    QTRY_VERIFY(shown(projectRow("lynx")).selected);
+}
+
+void tst_Sidebar::aProjectThatIsGoneLeavesItsGroup() {
+    folders("cats, dogs");
+    open();
+    m_library->newGroup(text("Pets"), {text("cats"), text("dogs")});
+    QTRY_VERIFY(groupRow("Pets") >= 0);
+    m_sidebar->choose(projectRow("cats"));
+    QVERIFY(QDir(at("cats").toString()).removeRecursively());
+    QTRY_COMPARE(projects(), text("Pets, .dogs"));
+    QVERIFY(QDir(at("dogs").toString()).removeRecursively());
+    QTRY_COMPARE(projects(), QString());
+    QCOMPARE(m_library->lastError(), std::nullopt);
 }
 
 QTEST_MAIN(tst_Sidebar)

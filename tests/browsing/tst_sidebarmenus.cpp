@@ -56,6 +56,7 @@ private Q_SLOTS:
     void folderMenuHoldsWhatAFolderAllows();
     void pinnedRowsCanBeUnpinned();
     void optionsHoldTheOrderAndTheLibrary();
+    void optionsHoldTheSwitchOfTheUnderstanding();
     void rowsWithoutAMenuHaveNone();
 };
 
@@ -229,6 +230,29 @@ void tst_SidebarMenus::optionsHoldTheOrderAndTheLibrary() {
     QVERIFY(!m_sidebar->byActivity());
     QVERIFY(find(entriesOf(m_sidebar->optionsMenu()), "By name").isChecked());
     QCOMPARE(written(entriesOf(m_sidebar->newMenu())), QStringLiteral("New Project…, New Group…"));
+}
+
+void tst_SidebarMenus::optionsHoldTheSwitchOfTheUnderstanding() {
+    folders("cats");
+    open();
+    InsightEngine insights(m_library.get());
+    m_sidebar->setInsights(&insights);
+    m_library->hide(m_library->projects().first());
+    const auto options = [this] { return entriesOf(m_sidebar->optionsMenu()); };
+    QCOMPARE(written(options()), QStringLiteral("New Project…, New Group…, -, Sort Projects, By recent activity, "
+                                                "By name, -, Hidden Projects >, -, Understand Files with Apple "
+                                                "Intelligence, %1, -, Show Library in Finder")
+                                     .arg(insights.aiStatus()));
+    const MenuEntry status = find(options(), qUtf8Printable(insights.aiStatus()));
+    QVERIFY(status.isNote() && !status.enabled);
+
+    const auto toggle = [&options] { return find(options(), "Understand Files with Apple Intelligence"); };
+    QVERIFY(toggle().isChecked());
+    toggle().run();
+    QVERIFY(!insights.enabled());
+    QVERIFY(!toggle().isChecked());
+    toggle().run();
+    QVERIFY(insights.enabled());
 }
 
 void tst_SidebarMenus::rowsWithoutAMenuHaveNone() {

@@ -62,7 +62,7 @@ private Q_SLOTS:
     void recentBearsWhatIsNew_data();
     void recentBearsWhatIsNew();
     void starredBearsItsNumber();
-    void tidyBearsNoNumber();
+    void tidyBearsItsNumber();
     void aGroupShowsItsMembersUnlessCollapsed();
     void theRowOfThePlaceIsSelected_data();
     void theRowOfThePlaceIsSelected();
@@ -160,8 +160,12 @@ void tst_SidebarRows::starredBearsItsNumber() {
     QCOMPARE(row(some, QStringLiteral("Starred")).count, QStringLiteral("1234"));
 }
 
-void tst_SidebarRows::tidyBearsNoNumber() {
-    QCOMPARE(row(facts(), QStringLiteral("Tidy")).count, QString());
+void tst_SidebarRows::tidyBearsItsNumber() {
+    SidebarRows::Facts some = facts();
+    QCOMPARE(row(some, QStringLiteral("Tidy")).count, QString());
+    some.tidy = 12;
+    QCOMPARE(row(some, QStringLiteral("Tidy")).count, QStringLiteral("12"));
+    QVERIFY(!row(some, QStringLiteral("Tidy")).countAccented);
 }
 
 void tst_SidebarRows::aGroupShowsItsMembersUnlessCollapsed() {

@@ -30,6 +30,8 @@ private Q_SLOTS:
     void dragPayloadsCarryTheNameAndNothingElseIsOne();
     void aProjectHasTheHueOfItsGroupOrItsOwn();
     void theFooterShortensTheHomeAndKeepsItsPlural();
+    void theFooterTellsOfOneThingAtATime_data();
+    void theFooterTellsOfOneThingAtATime();
 };
 
 void tst_SidebarRules::newBadge_data() {
@@ -157,8 +159,48 @@ void tst_SidebarRules::aProjectHasTheHueOfItsGroupOrItsOwn() {
 
 void tst_SidebarRules::theFooterShortensTheHomeAndKeepsItsPlural() {
     const TestHome home;
-    QCOMPARE(SidebarRules::footerText(home.path().child("Media"), 1), QStringLiteral("~/Media \u00b7 1 projects"));
-    QCOMPARE(SidebarRules::footerText(at(u"/srv/media"), 12), QStringLiteral("/srv/media \u00b7 12 projects"));
+    const auto text = [](const Location& root, qsizetype projects) {
+        const SidebarFooter footer = SidebarRules::footer({.root = root, .projects = projects});
+        return footer.text + footer.tail;
+    };
+    QCOMPARE(text(home.path().child("Media"), 1), QStringLiteral("~/Media \u00b7 1 projects"));
+    QCOMPARE(text(at(u"/srv/media"), 12), QStringLiteral("/srv/media \u00b7 12 projects"));
+}
+
+void tst_SidebarRules::theFooterTellsOfOneThingAtATime_data() {
+    QTest::addColumn<bool>("indexing");
+    QTest::addColumn<QString>("paused");
+    QTest::addColumn<int>("done");
+    QTest::addColumn<int>("planned");
+    QTest::addColumn<QString>("current");
+    QTest::addColumn<SidebarFooter>("footer");
+    const QString paused = QStringLiteral("Paused while Low Power Mode is on");
+    const QString current = QStringLiteral("fox.png");
+    const SidebarFooter rest = SidebarRules::footer({.root = at(u"/srv/media"), .projects = 3});
+    QTest::newRow("nothing") << false << QString() << 0 << 0 << QString() << rest;
+    QTest::newRow("indexing before all") << true << paused << 1 << 9 << current
+                                         << SidebarFooter{.busy = true, .text = QStringLiteral("Indexing…")};
+    QTest::newRow("a pause before the work") << false << paused << 1 << 9 << current
+                                             << SidebarFooter{.symbol = QStringLiteral("pause.circle"), .text = paused};
+    QTest::newRow("work") << false << QString() << 1 << 4 << current
+                          << SidebarFooter{.share = 0.25,
+                                           .text = QStringLiteral("Understanding 1 of 4"),
+                                           .detail = QStringLiteral("Looking at fox.png")};
+    QTest::newRow("between two files") << false << QString() << 0 << 4 << QString()
+                                       << SidebarFooter{.share = 0, .text = QStringLiteral("Understanding 0 of 4")};
+    QTest::newRow("all done") << false << QString() << 4 << 4 << QString() << rest;
+}
+
+void tst_SidebarRules::theFooterTellsOfOneThingAtATime() {
+    QFETCH(bool, indexing);
+    QFETCH(QString, paused);
+    QFETCH(int, done);
+    QFETCH(int, planned);
+    QFETCH(QString, current);
+    QFETCH(SidebarFooter, footer);
+    const auto given = [](const QString& text) { return text.isEmpty() ? std::nullopt : std::optional(text); };
+    QVERIFY(SidebarRules::footer({indexing, given(paused), done, planned, given(current), at(u"/srv/media"), 3})
+            == footer);
 }
 
 QTEST_GUILESS_MAIN(tst_SidebarRules)

@@ -1,113 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "browsing/sidebar/Sidebar.h"
-#include "library/Library.h"
-#include "support/QmlWindow.h"
-#include "support/TestHome.h"
+#include "SidebarWindow.h"
 
-#include <QAccessible>
 #include <QRegularExpression>
 #include <QWheelEvent>
-#include <QtQuickTest/quicktest.h>
-
-Q_IMPORT_QML_PLUGIN(Lumbra_MediaPlugin)
-Q_IMPORT_QML_PLUGIN(Lumbra_BrowsingPlugin)
 
 using namespace lumbra;
 
-namespace {
-
-QString text(const char* latin) {
-    return QString::fromLatin1(latin);
-}
-
-} // namespace
-
-class tst_SidebarView : public QObject {
+class tst_SidebarView : public QObject, SidebarWindow {
     Q_OBJECT
-
-private:
-    std::unique_ptr<TestHome> m_home;
-    std::unique_ptr<Library> m_library;
-    std::unique_ptr<Sidebar> m_sidebar;
-    std::unique_ptr<QmlWindow> m_window;
-
-    Location at(const char* relative) const { return m_library->root().child(std::string_view(relative)); }
-
-    void folder(const std::string& relative) { m_home->folder("Library/" + relative); }
-
-    void open(int height = 600) {
-        m_library = std::make_unique<Library>(m_home->path().child("Library"), true);
-        m_sidebar = std::make_unique<Sidebar>(m_library.get());
-        m_window = std::make_unique<QmlWindow>(
-            "property var controller\nSidebarView { anchors.fill: parent; sidebar: parent.controller }",
-            "import Lumbra.Browsing", QVariantMap{{text("controller"), QVariant::fromValue(m_sidebar.get())}},
-            QSize(264, height));
-        if (!QTest::qWaitFor([this] { return !m_library->indexing(); }, 10000))
-            qFatal("the first walk does not end");
-    }
-
-    QQuickItem* list() { return m_window->find<QQuickItem>("rows"); }
-
-    int row(const char* title) const {
-        const QList<SidebarRow>& rows = m_sidebar->rows()->rows();
-        for (int row = int(rows.size()) - 1; row >= 0; --row) {
-            if (rows[row].title == text(title))
-                return row;
-        }
-        return -1;
-    }
-
-    QQuickItem* cell(const char* title) {
-        QQuickItem* found = nullptr;
-        const auto shown = [&] {
-            QMetaObject::invokeMethod(list(), "itemAtIndex", Q_RETURN_ARG(QQuickItem*, found), Q_ARG(int, row(title)));
-            return found != nullptr;
-        };
-        if (!QTest::qWaitFor(shown))
-            qFatal("no row %s", title);
-        return found;
-    }
-
-    // In a row, from its left end, halfway up.
-    QPoint in(const char* title, qreal x = 120) {
-        // Rows that have just come or gone take their places with the next frame.
-        if (QQuickTest::qIsPolishScheduled(list()) && !QQuickTest::qWaitForPolish(list()))
-            qFatal("the rows do not take their places");
-        const QQuickItem* item = cell(title);
-        return item->mapToScene(QPointF(x, item->height() / 2)).toPoint();
-    }
-
-    void press(Qt::Key key) { m_window->press(key); }
-
-    void click(const QPoint& point, Qt::MouseButton button = Qt::LeftButton) {
-        QTest::mouseMove(m_window->window(), point);
-        QTest::mouseClick(m_window->window(), button, {}, point);
-    }
-
-    void startDrag(const QPoint& from, const QPoint& to) {
-        QTest::mouseMove(m_window->window(), from);
-        QTest::mousePress(m_window->window(), Qt::LeftButton, {}, from);
-        for (int part = 1; part <= 8; ++part)
-            QTest::mouseMove(m_window->window(), from + (to - from) * part / 8);
-    }
-
-    void drag(const QPoint& from, const QPoint& to) {
-        startDrag(from, to);
-        QTest::mouseRelease(m_window->window(), Qt::LeftButton, {}, to);
-    }
-
-    QString groups() const {
-        QStringList all;
-        const QList<ProjectGroup> stored = m_library->state().groups;
-        for (const ProjectGroup& group : stored)
-            all.append(group.name + u'(' + group.projects.join(u' ') + u')');
-        return all.join(QStringLiteral(", "));
-    }
 
 private Q_SLOTS:
     void initTestCase() { Look::prepareApplication(); }
     void init();
-    void cleanup();
+    void cleanup() { takeDown(); }
 
     void aClickGoesToThePlaceAndTheChevronOnlyOpens();
     void typingFiltersAndEscapeShowsAllAgain();
@@ -122,20 +27,12 @@ private Q_SLOTS:
     void theMenuKeyOpensTheMenuOfTheRow();
     void theRowUnderThePointerOffersItsMenu();
     void theSuggestionIsAnsweredByItsButtons();
-    void rowsTellAssistiveTechnologyWhatTheyAre();
     void folderRowsLearnOfTheirChildrenByThemselves();
 };
 
 void tst_SidebarView::init() {
     QTest::failOnWarning(QRegularExpression(QStringLiteral("Browsing/.*\\.qml")));
-    m_home = std::make_unique<TestHome>();
-    m_home->folder("Library");
-}
-
-void tst_SidebarView::cleanup() {
-    m_window.reset();
-    m_sidebar.reset();
-    m_library.reset();
+    make();
 }
 
 void tst_SidebarView::aClickGoesToThePlaceAndTheChevronOnlyOpens() {
@@ -336,22 +233,6 @@ void tst_SidebarView::theSuggestionIsAnsweredByItsButtons() {
     QVERIFY(accept->hasActiveFocus());
     press(Qt::Key_Return);
     QCOMPARE(groups(), text("Acme(acme-a acme-b)"));
-}
-
-void tst_SidebarView::rowsTellAssistiveTechnologyWhatTheyAre() {
-    folder("cats");
-    open();
-    QTRY_VERIFY(row("cats") >= 0);
-    QAccessibleInterface* tree = QAccessible::queryAccessibleInterface(list());
-    QVERIFY(tree);
-    QCOMPARE(tree->role(), QAccessible::Tree);
-    const auto* drawn = cell("Recent")->findChild<QQuickItem*>(text("row"));
-    QVERIFY(drawn);
-    QAccessibleInterface* recent = QAccessible::queryAccessibleInterface(const_cast<QQuickItem*>(drawn));
-    QVERIFY(recent);
-    QCOMPARE(recent->role(), QAccessible::TreeItem);
-    QCOMPARE(recent->text(QAccessible::Name), text("Recent"));
-    QVERIFY(recent->state().selected);
 }
 
 void tst_SidebarView::folderRowsLearnOfTheirChildrenByThemselves() {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/PreferenceKeys.h"
 #include "platform/Tasks.h"
 #include "support/Strings.h"
 #include "support/TestHome.h"
@@ -26,6 +27,31 @@ class InsightEngineTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void itsSwitchIsKept() {
+        TestHome home;
+        Library library(home.folder("library"), true);
+        {
+            InsightEngine engine(&library);
+            QVERIFY(engine.enabled());
+            QSignalSpy changed(&engine, &InsightEngine::enabledChanged);
+            engine.setEnabled(false);
+            engine.setEnabled(false);
+            QCOMPARE(changed.count(), 1);
+        }
+        QVERIFY(!InsightEngine(&library).enabled());
+        Preferences::shared().remove(PreferenceKeys::insightsEnabled.key);
+        QVERIFY(InsightEngine(&library).enabled());
+    }
+
+    void atFirstThereIsNoWork() {
+        TestHome home;
+        Library library(home.folder("library"), true);
+        const InsightEngine engine(&library);
+        QCOMPARE(engine.done(), 0);
+        QCOMPARE(engine.planned(), 0);
+        QVERIFY(!engine.current() && !engine.paused());
+    }
+
     void theStoreOpensInTheBackground() {
         TestHome home;
         Library library(home.folder("library"), true);
