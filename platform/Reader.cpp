@@ -214,6 +214,31 @@ Tasks::Task<QImage> Reader::page(const Location& file, const PageWish& wish, Urg
         });
 }
 
+Tasks::Task<Reader::PageText> Reader::pageText(const Location& file, const PageTextWish& wish, Urgency urgency,
+                                               std::stop_token stop) {
+    constexpr qsizetype sizeOfPlace = 4 * sizeof(float);
+    const auto facts = [](const reader::Found& found) {
+        return reader::decodedPageTextFacts(found.details, found.bulk.size());
+    };
+    return ask<PageText>(
+        reader::Kind::pageText, file, encoded(wish), urgency, std::move(stop),
+        [facts](const reader::Found& found) { return facts(found).has_value(); },
+        [facts](const std::optional<reader::Found>& found) {
+            PageText text;
+            if (!found)
+                return text;
+            const qsizetype places = facts(*found)->places;
+            for (qsizetype i = 0; i < places; ++i) {
+                float place[4];
+                std::memcpy(place, found->bulk.constData() + i * sizeOfPlace, sizeof place);
+                if (std::all_of(std::begin(place), std::end(place), [](float side) { return std::isfinite(side); }))
+                    text.places.append(QRectF(double(place[0]), double(place[1]), double(place[2]), double(place[3])));
+            }
+            text.words = QString::fromUtf8(QByteArrayView(found->bulk).sliced(places * sizeOfPlace));
+            return text;
+        });
+}
+
 void Reader::warmUp() {
     m_pool->warmUp();
 }

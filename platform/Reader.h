@@ -16,7 +16,9 @@
 
 #include <QImage>
 #include <QList>
+#include <QRectF>
 #include <QSize>
+#include <QString>
 
 #include <functional>
 #include <memory>
@@ -35,6 +37,7 @@ public:
     using MediaFacts = reader::MediaFacts;
     using FramesWish = reader::FramesWish;
     using PageWish = reader::PageWish;
+    using PageTextWish = reader::PageTextWish;
 
     // Upright and premultiplied, in sRGB.
     struct Frames {
@@ -101,6 +104,15 @@ public:
     // The wished part of a page, opaque, at the size asked for; a null image when there is none.
     Tasks::Task<QImage> page(const Location& file, const PageWish& wish, Urgency urgency = Urgency::visible,
                              std::stop_token stop = {});
+
+    struct PageText {
+        QString words = {};
+        QList<QRectF> places = {}; // of its lines, in points of print from the page's upper left corner
+    };
+
+    // The wished words of a page; none where there are none.
+    Tasks::Task<PageText> pageText(const Location& file, const PageTextWish& wish, Urgency urgency = Urgency::visible,
+                                   std::stop_token stop = {});
 
     // Starts the processes before they are needed: the first answer comes a tenth of a second sooner.
     void warmUp();

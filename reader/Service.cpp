@@ -99,6 +99,9 @@ Answer Service::answer(const Request& request) {
             case Kind::page:
                 made = m_pages.page(request, std::move(file), arena);
                 break;
+            case Kind::pageText:
+                made = m_pages.text(request, std::move(file), arena);
+                break;
             }
         }
     } catch (const std::bad_alloc&) {

@@ -42,8 +42,11 @@ QVariantMap DocumentPages::spotAt(QPointF point) const {
 }
 
 QPointF DocumentPages::pointOf(const QVariantMap& spot) const {
-    return m_layout.pointOf(
-        {spot.value(QStringLiteral("page")).toInt(), spot.value(QStringLiteral("part")).toPointF()});
+    return m_layout.pointOf(spotFrom(spot));
+}
+
+PageLayout::Spot DocumentPages::spotFrom(const QVariantMap& spot) {
+    return {spot.value(QStringLiteral("page")).toInt(), spot.value(QStringLiteral("part")).toPointF()};
 }
 
 void DocumentPages::layOut() {

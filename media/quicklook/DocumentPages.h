@@ -62,6 +62,13 @@ public:
     // The spot of the pages at a point, opaque, and the point of a spot: to stay at it while the layout changes.
     Q_INVOKABLE QVariantMap spotAt(QPointF point) const;
     Q_INVOKABLE QPointF pointOf(const QVariantMap& spot) const;
+    static PageLayout::Spot spotFrom(const QVariantMap& spot);
+
+    // In points of print; from 0.
+    QSizeF sizeOf(int number) const { return m_sizes.value(number, QSizeF(1, 1)); }
+
+    // The first and the last page that are rows; the first is behind the last when there are none.
+    std::pair<int, int> nearPages() const { return {m_first, m_last}; }
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;

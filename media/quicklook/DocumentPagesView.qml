@@ -14,6 +14,11 @@ Flickable {
 
     readonly property real wheelZoom: 1.15 // of one notch
 
+    readonly property bool hasSelection: !selection.isEmpty
+
+    function selectAll() { selection.selectAll() }
+    function copy() { selection.copy() }
+
     // By parts of the view's height; by a factor, 0 for the size that fits.
     function scrollBy(parts: real) { glide.scrollTo(contentY + parts * height) }
     function scrollToEnd(end: bool) { glide.scrollTo(end ? contentHeight : 0) }
@@ -44,8 +49,8 @@ Flickable {
     boundsBehavior: Flickable.StopAtBounds
     contentWidth: pages.extent.width
     contentHeight: pages.extent.height
-    T.ScrollBar.vertical: ScrollBar {}
-    T.ScrollBar.horizontal: ScrollBar {}
+    T.ScrollBar.vertical: ScrollBar { id: upright }
+    T.ScrollBar.horizontal: ScrollBar { id: lying }
 
     onWidthChanged: {
         const spot = contentY > 0 ? pages.spotAt(Qt.point(contentX, contentY)) : null
@@ -81,10 +86,17 @@ Flickable {
         view: pagesView
     }
 
+    PageSelection {
+        id: selection
+        pages: pagesView.pages
+    }
+
     Repeater {
         model: pagesView.pages
 
         DocumentPage {
+            id: sheet
+
             required page
             required property rect place
 
@@ -101,9 +113,31 @@ Flickable {
                 const bottom = Math.min(height, pagesView.contentY + pagesView.height - y)
                 return right > left && bottom > top ? Qt.rect(left, top, right - left, bottom - top) : Qt.rect(0, 0, 0, 0)
             }
+
+            Repeater {
+                model: (selection.version, selection.placesOn(sheet.page))
+
+                Rectangle {
+                    required property rect modelData
+
+                    x: modelData.x * sheet.width
+                    y: modelData.y * sheet.height
+                    width: modelData.width * sheet.width
+                    height: modelData.height * sheet.height
+                    color: Theme.amberSelection
+                }
+            }
         }
     }
 
+    PagePointer {
+        objectName: "documentPointer"
+        parent: pagesView
+        anchors { fill: parent; rightMargin: upright.width; bottomMargin: lying.height }
+        view: pagesView
+        pages: pagesView.pages
+        selection: selection
+    }
     Item {
         parent: pagesView
         anchors.fill: parent

@@ -40,6 +40,7 @@ public:
     QString mark = {};    // what stands before the text of an item: a bullet, a number, a box, a time
     bool isTight = false; // belongs to the row before, with no space between
     QStringList cells = {};
+    QList<int> alignments = {}; // of the cells, as Qt::AlignmentFlag
     Location picture = {};
 
     friend bool operator==(const DocumentRow&, const DocumentRow&) = default;

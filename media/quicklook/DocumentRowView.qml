@@ -16,9 +16,9 @@ Item {
     required property string mark
     required property bool isTight
     required property var cells
+    required property var alignments
     required property var picture
-
-    signal linkActivated(link: string)
+    required property point marked // the characters from x to before y are selected
 
     readonly property bool isTitle: rowStyle === "title" || rowStyle === "heading" || rowStyle === "subheading"
     readonly property bool isTable: rowStyle === "tableRow" || rowStyle === "tableHead"
@@ -31,8 +31,30 @@ Item {
     readonly property bool isPlain: !isRich && (rowStyle === "body" || rowStyle === "line")
     readonly property int above: index === 0 || isTight || isPlain ? 0
                                  : isTitle ? Theme.blockGap - Theme.grid : isCue ? Theme.gap : Theme.grid * 3
-    readonly property string styles: "<style>b { font-weight: 600 } code { font-family: '" + Theme.familyCode + "'; color: " + Theme.bars
-                                     + " } a { color: " + Theme.amber + "; text-decoration: none }</style>"
+    readonly property bool isFigure: rowStyle === "picture" || rowStyle === "rule"
+    readonly property bool isMarked: marked.x < marked.y
+    readonly property string styles: "<style>p { white-space: pre-wrap; -qt-line-height-type: fixed } b { font-weight: 600 } code { font-family: '"
+                                     + Theme.familyCode + "'; color: " + Theme.bars + " } a { color: " + Theme.amber
+                                     + "; text-decoration: none }</style>"
+
+    // The character before which a point of the row lies; a row of a table has a beginning and an end.
+    function spotAt(x: real, y: real): int {
+        const words = wordsAt(x, y)
+        if (!words || isTable)
+            return x < width / 2 ? 0 : 1
+        const point = mapToItem(words, x, y)
+        return words.positionAt(point.x, point.y)
+    }
+
+    function linkAt(x: real, y: real): string {
+        const words = isRich ? wordsAt(x, y) : null
+        const point = words ? mapToItem(words, x, y) : null
+        return words?.linkAt(point.x, point.y) ?? ""
+    }
+
+    function wordsAt(x: real, y: real): TextEdit {
+        return loader.item?.wordsAt?.(mapToItem(loader.item, x, y)) ?? null
+    }
 
     height: above + content.height
 
@@ -55,7 +77,7 @@ Item {
             width: row.markWidth - Theme.gap
             horizontalAlignment: row.isCue ? Text.AlignLeft : Text.AlignRight
             text: row.mark
-            textFormat: row.isRich ? Text.RichText : Text.PlainText // which stand at different heights in a line
+            textFormat: Text.RichText // it stands at another height in its line than plain text
             color: Theme.textFaint
             font.family: Theme.familyDigits
             font.pixelSize: row.isCue ? Theme.sizeFact : Theme.sizeBody
@@ -64,27 +86,50 @@ Item {
         }
     }
 
-    component Words: Text {
-        textFormat: row.isRich ? Text.RichText : Text.PlainText
-        wrapMode: Text.Wrap
+    // Text that shows what is selected. It hears of no pointer: what is selected may reach over many rows.
+    component Words: TextEdit {
+        property string words
+        property int spacing: Theme.lineDocument // from line to line
+        property point marked: row.marked
+
+        function showMarked() {
+            if (marked.x < marked.y)
+                select(marked.x, marked.y)
+            else
+                deselect()
+        }
+
+        readOnly: true
+        selectByKeyboard: false
+        activeFocusOnPress: false
+        persistentSelection: true
+        textFormat: TextEdit.RichText
+        text: row.styles + "<p style='line-height: " + spacing + "px'>" + (row.isRich ? words : escaped(words)) + "</p>"
+        wrapMode: TextEdit.Wrap
         color: Theme.text
-        linkColor: Theme.amber
+        selectedTextColor: color
+        selectionColor: Theme.amberSelection
         font.family: row.isMono ? Theme.familyCode : Theme.family
         font.pixelSize: row.isMono ? Theme.sizeFact : Theme.sizeBody
-        lineHeightMode: Text.FixedHeight
-        lineHeight: Theme.lineDocument
-        onLinkActivated: link => row.linkActivated(link)
 
-        HoverHandler {
-            enabled: row.isRich
-            cursorShape: parent.hoveredLink ? Qt.PointingHandCursor : Qt.ArrowCursor
-        }
+        Accessible.role: Accessible.StaticText
+        Accessible.name: getText(0, length)
+
+        onMarkedChanged: showMarked()
+        // Not with the text, which says that it changes when it is selected in, too.
+        onWordsChanged: Qt.callLater(showMarked)
+    }
+
+    function escaped(words: string): string {
+        return words.replace(/&/g, "&amp;").replace(/</g, "&lt;").replace(/\n/g, "<br>")
     }
 
     Component {
         id: words
         Item {
             height: text.height
+
+            function wordsAt(): TextEdit { return text }
 
             Rectangle {
                 visible: row.rowStyle === "quote"
@@ -98,13 +143,13 @@ Item {
                 x: row.rowStyle === "quote" ? Theme.pageMargin : 0
                 width: parent.width - x
                 // An empty line is as high as any other.
-                height: Math.max(implicitHeight, lineHeight)
-                text: row.isRich ? row.styles + row.rowText : row.rowText
+                height: Math.max(implicitHeight, spacing)
+                words: row.rowText
                 color: row.rowStyle === "quote" ? Theme.textSoft : Theme.text
                 font.pixelSize: row.rowStyle === "title" ? Theme.sizePage : row.rowStyle === "heading" ? Theme.sizeSheet
                                 : row.isMono ? Theme.sizeFact : Theme.sizeBody
                 font.weight: row.isTitle ? Theme.semibold : Theme.regular
-                lineHeight: row.rowStyle === "title" ? Theme.linePage + Theme.grid : Theme.lineDocument
+                spacing: row.rowStyle === "title" ? Theme.linePage + Theme.grid : Theme.lineDocument
             }
         }
     }
@@ -115,13 +160,14 @@ Item {
             radius: row.isTight ? 0 : Theme.radiusRow
             color: Theme.hover
 
+            function wordsAt(): TextEdit { return codeText }
+
             Words {
                 id: codeText
                 x: Theme.pageMargin - Theme.grid
                 y: Theme.gap
                 width: parent.width - 2 * x
-                wrapMode: Text.WrapAnywhere
-                text: row.rowText
+                words: row.rowText
             }
         }
     }
@@ -140,6 +186,13 @@ Item {
         DocumentFigure {
             file: row.picture
             description: row.rowText
+
+            Rectangle {
+                anchors.fill: parent
+                visible: row.isMarked
+                radius: Theme.radiusBadge
+                color: Theme.amberSelection
+            }
         }
     }
     Component {
@@ -147,6 +200,13 @@ Item {
         Item {
             height: cellRow.height + 1
 
+            function wordsAt(point: point): TextEdit { return cellRow.childAt(point.x, Math.max(0, Math.min(point.y, cellRow.height - 1))) }
+
+            Rectangle {
+                anchors.fill: parent
+                visible: row.isMarked
+                color: Theme.amberSelection
+            }
             Row {
                 id: cellRow
                 width: parent.width
@@ -154,12 +214,15 @@ Item {
                 Repeater {
                     model: row.cells
                     Words {
+                        required property int index
                         required property string modelData
                         width: Math.floor(cellRow.width / row.cells.length)
                         topPadding: Theme.grid - 1
                         bottomPadding: Theme.gap - 1
                         rightPadding: Theme.pageMargin
-                        text: row.styles + modelData
+                        words: modelData
+                        horizontalAlignment: row.alignments[index] ?? Qt.AlignLeft
+                        marked: Qt.point(0, 0)
                         font.weight: row.rowStyle === "tableHead" ? Theme.semibold : Theme.regular
                         color: row.rowStyle === "tableHead" ? Theme.text : Theme.textSoft
                     }

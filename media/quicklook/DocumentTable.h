@@ -19,6 +19,7 @@ public:
     using QAbstractTableModel::QAbstractTableModel;
 
     QStringList head() const { return m_head; }
+    QString cellAt(int column, int row) const { return m_rows.value(row).value(column); }
     void setRows(const QList<QStringList>& rows);
 
     // How many characters a column should have room for: what most of its first cells need, within bounds.

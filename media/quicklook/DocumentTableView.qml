@@ -14,15 +14,29 @@ Item {
     readonly property int character: 9 // the width of a wide one
     readonly property int rowHeight: Theme.rowHeight
 
+    readonly property bool hasSelection: !selection.isEmpty
+
+    function selectAll() { selection.selectAll() }
+    function copy() { selection.copy() }
     function scrollBy(parts: real) { glide.scrollTo(cells.contentY + parts * cells.height) }
     function scrollToEnd(end: bool) { glide.scrollTo(end ? cells.contentHeight : 0) }
     function widthOf(column: int): int { return table.charactersOf(column) * character + 2 * Theme.controlPadding }
 
+    CellSelection {
+        id: selection
+        table: view.table
+    }
     Item {
         id: head
         width: parent.width
         height: view.rowHeight
         clip: true
+
+        Rectangle {
+            anchors.fill: parent
+            visible: selection.hasHead
+            color: Theme.amberSelection
+        }
 
         Row {
             x: -cells.contentX
@@ -58,8 +72,8 @@ Item {
         model: view.table
         columnWidthProvider: column => view.widthOf(column)
         rowHeightProvider: () => view.rowHeight
-        T.ScrollBar.vertical: ScrollBar {}
-        T.ScrollBar.horizontal: ScrollBar {}
+        T.ScrollBar.vertical: ScrollBar { id: upright }
+        T.ScrollBar.horizontal: ScrollBar { id: lying }
 
         onMovementStarted: glide.stop()
 
@@ -75,12 +89,30 @@ Item {
         delegate: Label {
             required property string cell
             required property int column
+            required property int row
+            readonly property bool marked: column >= selection.cells.x && column < selection.cells.x + selection.cells.width
+                                           && row >= selection.cells.y && row < selection.cells.y + selection.cells.height
             leftPadding: Theme.controlPadding
             rightPadding: Theme.controlPadding
             color: Theme.textSoft
             tabular: true
             horizontalAlignment: view.table.isNumeric(column) ? Text.AlignRight : Text.AlignLeft
             text: cell
+
+            Rectangle {
+                anchors.fill: parent
+                z: -1
+                visible: parent.marked
+                color: Theme.amberSelection
+            }
+        }
+
+        CellPointer {
+            objectName: "documentPointer"
+            parent: cells
+            anchors { fill: parent; rightMargin: upright.width; bottomMargin: lying.height }
+            view: cells
+            selection: selection
         }
     }
     Connections {

@@ -56,6 +56,8 @@ QVariant DocumentText::data(const QModelIndex& index, int role) const {
         return row.isTight;
     case cells:
         return row.cells;
+    case alignments:
+        return QVariant::fromValue(row.alignments);
     case picture:
         return QVariant::fromValue(row.picture);
     default:
@@ -64,8 +66,8 @@ QVariant DocumentText::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> DocumentText::roleNames() const {
-    return {{style, "rowStyle"}, {text, "rowText"},    {isRich, "isRich"}, {indent, "indent"},
-            {mark, "mark"},      {isTight, "isTight"}, {cells, "cells"},   {picture, "picture"}};
+    return {{style, "rowStyle"},  {text, "rowText"}, {isRich, "isRich"},         {indent, "indent"},  {mark, "mark"},
+            {isTight, "isTight"}, {cells, "cells"},  {alignments, "alignments"}, {picture, "picture"}};
 }
 
 } // namespace lumbra

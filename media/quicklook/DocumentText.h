@@ -17,7 +17,7 @@ class DocumentText : public QAbstractListModel {
     QML_UNCREATABLE("A document has one.")
 
 public:
-    enum Role { style = Qt::UserRole + 1, text, isRich, indent, mark, isTight, cells, picture };
+    enum Role { style = Qt::UserRole + 1, text, isRich, indent, mark, isTight, cells, alignments, picture };
 
     using QAbstractListModel::QAbstractListModel;
 

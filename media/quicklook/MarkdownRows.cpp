@@ -39,6 +39,16 @@ QString withoutTags(QStringView markup) {
     return words;
 }
 
+// As many blanks as stand together are one.
+QString withSingleBlanks(const QString& text) {
+    QString made;
+    made.reserve(text.size());
+    for (const QChar character : text)
+        if (character != u' ' || !made.endsWith(u' '))
+            made += character;
+    return made;
+}
+
 QString textOf(const MD_ATTRIBUTE& attribute) {
     return QString::fromUtf8(attribute.text, qsizetype(attribute.size));
 }
@@ -100,10 +110,12 @@ private:
             break;
         case MD_BLOCK_UL:
             endRow();
+            m_startsList = m_lists.isEmpty();
             m_lists.append({.isOrdered = false, .next = 0, .delimiter = {}});
             break;
         case MD_BLOCK_OL: {
             endRow();
+            m_startsList = m_lists.isEmpty();
             const auto* list = static_cast<MD_BLOCK_OL_DETAIL*>(detail);
             m_lists.append({.isOrdered = true, .next = list->start, .delimiter = QLatin1Char(list->mark_delimiter)});
             break;
@@ -135,7 +147,7 @@ private:
         return goOn();
     }
 
-    int leaveBlock(MD_BLOCKTYPE type, void*) {
+    int leaveBlock(MD_BLOCKTYPE type, void* detail) {
         switch (type) {
         case MD_BLOCK_QUOTE:
             endRow();
@@ -171,6 +183,7 @@ private:
         case MD_BLOCK_TH:
         case MD_BLOCK_TD:
             m_cells.append(std::exchange(m_text, {}));
+            m_alignments.append(alignmentOf(static_cast<MD_BLOCK_TD_DETAIL*>(detail)->align));
             m_hasWords = false;
             break;
         case MD_BLOCK_TR:
@@ -178,7 +191,8 @@ private:
                            .isRich = true,
                            .indent = indent(),
                            .isTight = !m_inHead,
-                           .cells = std::exchange(m_cells, {})});
+                           .cells = std::exchange(m_cells, {}),
+                           .alignments = std::exchange(m_alignments, {})});
             break;
         case MD_BLOCK_TABLE:
             m_inTable = false;
@@ -251,8 +265,12 @@ private:
             if (characters.startsWith(QLatin1String("<br"), Qt::CaseInsensitive))
                 m_text += QStringLiteral("<br>");
             break;
-        default:
+        case MD_TEXT_CODE:
             m_text += printableText(characters).toHtmlEscaped();
+            breakIfLong();
+            break;
+        default:
+            m_text += withSingleBlanks(printableText(characters)).toHtmlEscaped();
             breakIfLong();
         }
         return goOn();
@@ -260,6 +278,10 @@ private:
 
     static Style headingOf(unsigned level) {
         return level == 1 ? Style::title : level == 2 ? Style::heading : Style::subheading;
+    }
+
+    static Qt::AlignmentFlag alignmentOf(MD_ALIGN align) {
+        return align == MD_ALIGN_RIGHT ? Qt::AlignRight : align == MD_ALIGN_CENTER ? Qt::AlignHCenter : Qt::AlignLeft;
     }
 
     static QString tagOf(MD_SPANTYPE type) {
@@ -299,7 +321,7 @@ private:
 
     void appendRow() {
         m_hasWords = false;
-        const bool isItem = !m_lists.isEmpty() && m_style == Style::body;
+        const bool isItem = !m_lists.isEmpty() && m_style == Style::body && !std::exchange(m_startsList, false);
         const Style style = m_quotes > 0 && m_style == Style::body ? Style::quote : m_style;
         m_rows.append({.style = style,
                        .text = std::exchange(m_text, {}).trimmed(),
@@ -370,6 +392,8 @@ private:
     QString m_mark;          // for the row
     QStringList m_open;      // tags
     QStringList m_cells;
+    QList<int> m_alignments;
+    bool m_startsList = false; // the row is the first of a list that stands in no other
     Location m_picture;
     QString m_description;
 };

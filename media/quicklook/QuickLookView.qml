@@ -2,7 +2,8 @@
 // inside of its round corners.
 //
 // It takes no focus and none of the keys that its surroundings need: besides the wheel and the scroll bar only Page Up,
-// Page Down, Home and End move it, and Ctrl with plus, minus and 0 enlarge what has pages.
+// Page Down, Home and End move it, and Ctrl with plus, minus and 0 enlarge what has pages. Words are selected with the
+// pointer or Ctrl+A, and Ctrl+C copies them while there are any.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
@@ -15,10 +16,14 @@ Item {
 
     property alias path: reading.path
     readonly property alias stage: reading.stage
-    readonly property bool shown: reading.stage !== "nothing" && (stageView.item?.shown ?? true)
+    readonly property bool shown: reading.stage !== "nothing" && (shownStage?.shown ?? true)
 
     readonly property int inset: Theme.grid
+    readonly property var shownStage: stageView.item // can be scrolled, enlarged, and have its words selected if it has functions for it
     readonly property bool heedsKeys: visible && enabled && Sheets.shown === 0
+    readonly property bool scrolls: heedsKeys && shownStage?.scrollBy !== undefined
+    readonly property bool selects: heedsKeys && shownStage?.selectAll !== undefined
+    readonly property bool zooms: heedsKeys && shownStage?.zoomBy !== undefined
     readonly property var stages: ({
         pages: pages, text: text, table: table, webPage: webPage, picture: picture,
         empty: empty, locked: locked, broken: broken
@@ -135,18 +140,15 @@ Item {
             symbol: "doc"
         }
     }
-    component PageKey: Shortcut {
-        enabled: view.heedsKeys && stageView.item?.scrollBy !== undefined
-    }
-    component ZoomKey: Shortcut {
-        enabled: view.heedsKeys && stageView.item?.zoomBy !== undefined
-    }
 
-    PageKey { sequence: "PgDown"; onActivated: stageView.item.scrollBy(0.9) }
-    PageKey { sequence: "PgUp"; onActivated: stageView.item.scrollBy(-0.9) }
-    PageKey { sequence: "Home"; onActivated: stageView.item.scrollToEnd(false) }
-    PageKey { sequence: "End"; onActivated: stageView.item.scrollToEnd(true) }
-    ZoomKey { sequences: ["Ctrl++", "Ctrl+="]; onActivated: stageView.item.zoomBy(1.25) }
-    ZoomKey { sequence: "Ctrl+-"; onActivated: stageView.item.zoomBy(0.8) }
-    ZoomKey { sequence: "Ctrl+0"; onActivated: stageView.item.zoomBy(0) }
+    Shortcut { sequence: "PgDown"; enabled: view.scrolls; onActivated: view.shownStage.scrollBy(0.9) }
+    Shortcut { sequence: "PgUp"; enabled: view.scrolls; onActivated: view.shownStage.scrollBy(-0.9) }
+    Shortcut { sequence: "Home"; enabled: view.scrolls; onActivated: view.shownStage.scrollToEnd(false) }
+    Shortcut { sequence: "End"; enabled: view.scrolls; onActivated: view.shownStage.scrollToEnd(true) }
+    Shortcut { sequence: "Ctrl+A"; enabled: view.selects; onActivated: view.shownStage.selectAll() }
+    // With nothing selected it copies the file, which is not for this view to do.
+    Shortcut { sequence: "Ctrl+C"; enabled: view.selects && view.shownStage.hasSelection; onActivated: view.shownStage.copy() }
+    Shortcut { sequences: ["Ctrl++", "Ctrl+="]; enabled: view.zooms; onActivated: view.shownStage.zoomBy(1.25) }
+    Shortcut { sequence: "Ctrl+-"; enabled: view.zooms; onActivated: view.shownStage.zoomBy(0.8) }
+    Shortcut { sequence: "Ctrl+0"; enabled: view.zooms; onActivated: view.shownStage.zoomBy(0) }
 }

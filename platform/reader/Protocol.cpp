@@ -5,13 +5,14 @@
 #include <QIODevice>
 
 #include <algorithm>
+#include <cmath>
 
 namespace lumbra::reader {
 
 namespace {
 
 // The first byte of every message. Raise it with every change of what follows.
-constexpr quint8 version = 4;
+constexpr quint8 version = 5;
 
 enum class Shape : quint8 { request = 1, answer = 2 };
 
@@ -46,7 +47,7 @@ bool isTime(double seconds) {
 }
 
 bool isKind(quint8 kind) {
-    return kind >= quint8(Kind::thumbnail) && kind <= quint8(Kind::pixels);
+    return kind >= quint8(Kind::thumbnail) && kind <= quint8(Kind::pageText);
 }
 
 // The bytes that a picture's pixels take; absent for sides that no picture has.
@@ -108,6 +109,14 @@ QByteArray encoded(const PagesFacts& facts) {
 
 QByteArray encoded(const PageWish& wish) {
     return written(quint32(wish.page), wish.whole, wish.part);
+}
+
+QByteArray encoded(const PageTextWish& wish) {
+    return written(quint32(wish.page), wish.from, wish.to, quint8(wish.grain));
+}
+
+QByteArray encoded(const PageTextFacts& facts) {
+    return written(quint32(facts.places));
 }
 
 std::optional<Request> decodedRequest(const QByteArray& message) {
@@ -242,6 +251,30 @@ std::optional<PageWish> decodedPageWish(const QByteArray& details) {
         return std::nullopt;
     wish.page = int(page);
     return wish;
+}
+
+std::optional<PageTextWish> decodedPageTextWish(const QByteArray& details) {
+    constexpr double farthest = 1e6;
+    const auto isPlace = [](QPointF point) { // false for what is no number
+        return std::abs(point.x()) <= farthest && std::abs(point.y()) <= farthest;
+    };
+    quint32 page = 0;
+    quint8 grain = 0;
+    PageTextWish wish;
+    if (!read(details, page, wish.from, wish.to, grain) || page >= quint32(mostPages)
+        || grain > quint8(PageTextWish::Grain::page) || !isPlace(wish.from) || !isPlace(wish.to))
+        return std::nullopt;
+    wish.page = int(page);
+    wish.grain = PageTextWish::Grain(grain);
+    return wish;
+}
+
+std::optional<PageTextFacts> decodedPageTextFacts(const QByteArray& details, qsizetype bulk) {
+    quint32 places = 0;
+    if (!read(details, places) || places > quint32(mostPlaces)
+        || bulk < qsizetype(places) * 4 * qsizetype(sizeof(float)))
+        return std::nullopt;
+    return PageTextFacts{int(places)};
 }
 
 } // namespace lumbra::reader

@@ -12,6 +12,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QPointF>
 #include <QRect>
 #include <QSize>
 
@@ -34,6 +35,7 @@ inline constexpr int longestSide = 4096;
 inline constexpr qsizetype mostFrames = 256;
 inline constexpr int mostBars = 4096;
 inline constexpr int mostPages = 20'000;
+inline constexpr int mostPlaces = 50'000;
 
 // The pixels that a side of a whole page may have, of which a part is asked for.
 inline constexpr int longestPage = 1 << 20;
@@ -50,6 +52,8 @@ enum class Kind : quint8 {
     pages = 5,      // no details; the answer's details: PagesFacts, its bulk each page's width and height as floats
     page = 6,       // details: PageWish; the answer's details: PictureFacts, its bulk the pixels
     pixels = 7,     // no details; the answer's details: PixelSize
+    pageText = 8, // details: PageTextWish; the answer's details: PageTextFacts, its bulk each place's left, top, width
+                  // and height as floats, then the words in UTF-8
 };
 
 struct Request {
@@ -127,6 +131,24 @@ struct PageWish {
     QRect part;   // of these, in the order of reading; at most `longestSide` a side
 };
 
+// The words of a page between two points, in points of print from its upper left corner. A point above all words means
+// the first, one below all the last.
+struct PageTextWish {
+    enum class Grain : quint8 { characters, words, page }; // the whole page, wherever the points are
+
+    int page = 0; // from 0
+    QPointF from = {};
+    QPointF to = {};
+    Grain grain = Grain::characters;
+
+    friend bool operator==(const PageTextWish&, const PageTextWish&) = default;
+};
+
+// Where words stand on a page.
+struct PageTextFacts {
+    int places = 0; // at most `mostPlaces`
+};
+
 QByteArray encoded(const Request& request);
 QByteArray encoded(const Answer& answer);
 QByteArray encoded(const PictureBox& box);
@@ -138,6 +160,8 @@ QByteArray encoded(const FramesWish& wish);
 QByteArray encoded(const LoudnessWish& wish);
 QByteArray encoded(const PagesFacts& facts);
 QByteArray encoded(const PageWish& wish);
+QByteArray encoded(const PageTextWish& wish);
+QByteArray encoded(const PageTextFacts& facts);
 
 // Absent for what is cut short, too long, of another version or out of bounds.
 std::optional<Request> decodedRequest(const QByteArray& message);
@@ -151,5 +175,7 @@ std::optional<FramesWish> decodedFramesWish(const QByteArray& details);
 std::optional<LoudnessWish> decodedLoudnessWish(const QByteArray& details);
 std::optional<PagesFacts> decodedPagesFacts(const QByteArray& details, qsizetype bulk);
 std::optional<PageWish> decodedPageWish(const QByteArray& details);
+std::optional<PageTextWish> decodedPageTextWish(const QByteArray& details);
+std::optional<PageTextFacts> decodedPageTextFacts(const QByteArray& details, qsizetype bulk);
 
 } // namespace lumbra::reader

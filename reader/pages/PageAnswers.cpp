@@ -2,6 +2,7 @@
 #include "PageAnswers.h"
 
 #include "PdfPage.h"
+#include "PdfText.h"
 #include "reader/Formats.h"
 #include "reader/Interruption.h"
 #include "reader/PictureBytes.h"
@@ -74,6 +75,31 @@ Answer PageAnswers::page(const Request& request, std::unique_ptr<OpenedFile> fil
     if (bytes == 0)
         return {};
     return {.found = true, .details = encoded(PictureBytes::facts(picture)), .bulk = quint32(bytes)};
+}
+
+Answer PageAnswers::text(const Request& request, std::unique_ptr<OpenedFile> file, std::span<uchar> arena) {
+    using Grain = PageTextWish::Grain;
+    const std::optional<PageTextWish> wish = decodedPageTextWish(request.details);
+    QPdfDocument* const document = wish ? documentOf(std::move(file)) : nullptr;
+    if (!document || document->status() != QPdfDocument::Status::Ready || wish->page >= document->pageCount())
+        return {};
+    const PdfText found = wish->grain == Grain::page
+                              ? pdfText(*document, wish->page)
+                              : pdfText(*document, wish->page, wish->from, wish->to, wish->grain == Grain::words);
+    const qsizetype places = std::min(found.places.size(), qsizetype(mostPlaces));
+    const QByteArray words = found.words.toUtf8();
+    QByteArray bulk;
+    bulk.reserve(places * 4 * qsizetype(sizeof(float)) + words.size());
+    for (const QRectF& place : found.places.first(places))
+        for (const double side : {place.x(), place.y(), place.width(), place.height()}) {
+            const auto written = float(side);
+            bulk.append(reinterpret_cast<const char*>(&written), sizeof written);
+        }
+    bulk += words;
+    if (bulk.size() > qsizetype(arena.size()))
+        return {};
+    std::memcpy(arena.data(), bulk.constData(), size_t(bulk.size()));
+    return {.found = true, .details = encoded(PageTextFacts{int(places)}), .bulk = quint32(bulk.size())};
 }
 
 } // namespace lumbra::reader

@@ -20,6 +20,7 @@ public:
     // arena. The answer's number is left to the caller.
     Answer pages(std::unique_ptr<OpenedFile> file, std::span<uchar> arena);
     Answer page(const Request& request, std::unique_ptr<OpenedFile> file, std::span<uchar> arena);
+    Answer text(const Request& request, std::unique_ptr<OpenedFile> file, std::span<uchar> arena);
 
 private:
     // The document reads from the file.

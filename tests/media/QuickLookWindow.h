@@ -10,6 +10,9 @@
 #include <QElapsedTimer>
 #include <QWheelEvent>
 
+#include <algorithm>
+#include <functional>
+
 namespace lumbra {
 
 class QuickLookWindow : public QmlWindow {
@@ -58,6 +61,54 @@ public:
         QCoreApplication::sendEvent(window(), &event);
     }
 
+    // Where characters of a text begin in the window: those of the first item that says `words`, from its first on.
+    QPoint placeOf(const QString& words) {
+        QPoint place;
+        const auto isThere = [&] {
+            return anyItem(window()->contentItem(), [&](QQuickItem* item) {
+                const qsizetype at = item->inherits("QQuickTextEdit") ? wordsOf(item).indexOf(words) : -1;
+                if (at < 0)
+                    return false;
+                QRectF character;
+                QMetaObject::invokeMethod(item, "positionToRectangle", Q_RETURN_ARG(QRectF, character),
+                                          Q_ARG(int, int(at)));
+                place = item->mapToScene(character.center()).toPoint();
+                return true;
+            });
+        };
+        if (!QTest::qWaitFor(isThere, 10'000))
+            qFatal("nothing says %s", qPrintable(words));
+        return place;
+    }
+
+    void drag(QPoint from, QPoint to) {
+        QTest::mousePress(window(), Qt::LeftButton, Qt::NoModifier, from);
+        QTest::mouseMove(window(), (from + to) / 2);
+        QTest::mouseMove(window(), to);
+        QTest::mouseRelease(window(), Qt::LeftButton, Qt::NoModifier, to);
+    }
+
+    static bool anyItem(QQuickItem* item, const std::function<bool(QQuickItem*)>& isIt) {
+        if (!item->isVisible())
+            return false;
+        if (isIt(item))
+            return true;
+        const QList<QQuickItem*> children = item->childItems();
+        return std::any_of(children.begin(), children.end(), [&](QQuickItem* child) { return anyItem(child, isIt); });
+    }
+
+    // The first page on show, in the window.
+    QRectF pageRect() {
+        QRectF rect;
+        anyItem(window()->contentItem(), [&rect](QQuickItem* item) {
+            if (!item->inherits("lumbra::DocumentPage"))
+                return false;
+            rect = item->mapRectToScene(item->boundingRect());
+            return true;
+        });
+        return rect;
+    }
+
     QColor at(int x, int y) { return window()->grabWindow().pixelColor(x, y); }
 
 private:
@@ -67,11 +118,21 @@ private:
         return timer;
     }();
 
+    // As they are read, without their looks.
+    static QString wordsOf(QQuickItem* item) {
+        QString words;
+        if (item->inherits("QQuickTextEdit"))
+            QMetaObject::invokeMethod(item, "getText", Q_RETURN_ARG(QString, words), Q_ARG(int, 0),
+                                      Q_ARG(int, item->property("length").toInt()));
+        else if (item->inherits("QQuickText"))
+            words = item->property("text").toString();
+        return words;
+    }
+
     static void collect(QQuickItem* item, QStringList& found) {
         if (!item->isVisible() || item->opacity() == 0)
             return;
-        const QString text = item->property("text").toString();
-        if (!text.isEmpty() && item->inherits("QQuickText"))
+        if (const QString text = wordsOf(item); !text.isEmpty())
             found.append(text);
         const QList<QQuickItem*> children = item->childItems();
         for (QQuickItem* child : children)

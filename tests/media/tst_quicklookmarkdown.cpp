@@ -59,11 +59,28 @@ private Q_SLOTS:
         row("code by its indent", "    a\n    b", {"code: a\nb"});
         row("a rule", "a\n\n---\n\nb", {"body: a", "rule: ", "body: b"});
         row("a table", "| a | b |\n|---|---|\n| 1 | *2* |", {"tableHead: a|b", "tableRow: 1|<i>2</i>"});
+        row("blanks", "a   b\tc `d  e`", {"body: a b c <code>d  e</code>"});
         row("a hard line end", "a  \nb", {"body: a<br>b"});
         row("an entity", "a &amp; b &copy;", {"body: a &amp; b &copy;"});
         row("a head for programs", "---\ntitle: x\n---\n# a", {"title: a"});
         row("nothing", "", {});
     }
+    void everyListStandsApartFromTheOneBefore() {
+        const DocumentRows rows = markdownRows(QStringLiteral("- a\n- b\n  - c\n\n1. d\n2. e"), m_home.path());
+        QList<bool> tight;
+        for (const DocumentRow& row : rows)
+            tight.append(row.isTight);
+        QCOMPARE(tight, (QList<bool>{false, true, true, false, true}));
+    }
+
+    void theCellsOfATableStandWhereItSays() {
+        const DocumentRows rows =
+            markdownRows(QStringLiteral("| a | b | c |\n|---|--:|:-:|\n| 1 | 2 | 3 |"), m_home.path());
+        QCOMPARE(rows.size(), 2);
+        for (const DocumentRow& row : rows)
+            QCOMPARE(row.alignments, (QList<int>{Qt::AlignLeft, Qt::AlignRight, Qt::AlignHCenter}));
+    }
+
     void everyPieceIsARow() {
         QFETCH(QString, text);
         QTEST(told(markdownRows(text, m_home.path())), "rows");

@@ -3,6 +3,8 @@
 
 #include <QtTest>
 
+#include <cmath>
+
 using namespace lumbra::reader;
 
 namespace {
@@ -103,6 +105,19 @@ private Q_SLOTS:
             QVERIFY(!decodedPixelSize(encoded(PixelSize{size})));
         QVERIFY(!decodedPixelSize({}));
         QVERIFY(!decodedPixelSize(encoded(PixelSize{{4, 4}}) + 'x'));
+    }
+
+    void whatIsAskedOfAPagesWordsArrivesAsItWasSentWithinBounds() {
+        const PageTextWish wish{.page = 4, .from = {-3, 70.5}, .to = {10, 1e6}, .grain = PageTextWish::Grain::words};
+        QCOMPARE(decodedPageTextWish(encoded(wish)), wish);
+        QVERIFY(!decodedPageTextWish(encoded(wish) + 'x'));
+        QVERIFY(!decodedPageTextWish(changed(encoded(wish), encoded(wish).size() - 1, 3))); // no such grain
+        QVERIFY(!decodedPageTextWish(encoded(PageTextWish{.page = mostPages})));
+        QVERIFY(!decodedPageTextWish(encoded(PageTextWish{.from = {std::nan(""), 0}})));
+        QVERIFY(!decodedPageTextWish(encoded(PageTextWish{.to = {0, 2e6}})));
+        QCOMPARE(decodedPageTextFacts(encoded(PageTextFacts{2}), 40)->places, 2);
+        QVERIFY(!decodedPageTextFacts(encoded(PageTextFacts{2}), 31)); // it has no room for them
+        QVERIFY(!decodedPageTextFacts(encoded(PageTextFacts{mostPlaces + 1}), arenaSize));
     }
 
     void whatIsAskedOfMediaArrivesAsItWasSent() {

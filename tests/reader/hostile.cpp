@@ -56,6 +56,9 @@ Answer fineAnswer(const Request& request) {
         answer.details = encoded(pixel);
         answer.bulk = 4;
         break;
+    case Kind::pageText:
+        answer.details = encoded(PageTextFacts{});
+        break;
     }
     return answer;
 }
@@ -85,6 +88,9 @@ void makeSenseless(Answer& answer, Kind kind) {
         break;
     case Kind::page:
         answer.details = encoded(tooLarge);
+        break;
+    case Kind::pageText:
+        answer.details = encoded(PageTextFacts{.places = mostPlaces});
         break;
     }
 }

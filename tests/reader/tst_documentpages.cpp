@@ -134,7 +134,61 @@ private Q_SLOTS:
         QVERIFY2(timer.elapsed() < 3000, QByteArray::number(timer.elapsed()));
     }
 
+    void theWordsOfAPageAreToldWithTheirPlaces() {
+        const Location file = PdfFiles::write(at("words.pdf"), {{"The first line of it", "and the second"}, {"More"}});
+        const Reader::PageText all = textOf(file, {.page = 0, .grain = Reader::PageTextWish::Grain::page});
+        QCOMPARE(plain(all), QStringLiteral("The first line of it\nand the second"));
+        QCOMPARE(all.places.size(), 2);
+        QVERIFY(std::abs(all.places[0].left() - PdfFiles::left) < 4);
+        QVERIFY(all.places[0].contains(all.places[0].left() + 20, PdfFiles::firstLine));
+        QVERIFY(all.places[1].contains(all.places[1].left() + 20, PdfFiles::firstLine + PdfFiles::lineHeight));
+        QCOMPARE(plain(textOf(file, {.page = 1, .grain = Reader::PageTextWish::Grain::page})), QStringLiteral("More"));
+    }
+
+    void theWordsBetweenTwoPointsAreTold_data() {
+        QTest::addColumn<QPointF>("from");
+        QTest::addColumn<QPointF>("to");
+        QTest::addColumn<bool>("byWords");
+        QTest::addColumn<QString>("words");
+        const double one = PdfFiles::firstLine, two = one + PdfFiles::lineHeight, start = PdfFiles::left;
+        const auto row = [](const char* name, QPointF from, QPointF to, bool byWords, const char* words) {
+            QTest::newRow(name) << from << to << byWords << QString::fromUtf8(words);
+        };
+        row("a whole line", {0, one}, {590, one}, false, "The first line of it");
+        row("both lines", {0, one}, {590, two}, false, "The first line of it\nand the second");
+        row("the other way", {590, two}, {0, one}, false, "The first line of it\nand the second");
+        row("from above all to below all", {300, -10}, {0, 2000}, false, "The first line of it\nand the second");
+        row("nothing", {0, one}, {0, one}, false, "");
+        row("a word", {start + 8, one}, {start + 8, one}, true, "The");
+        row("a word and all behind it", {start + 8, one}, {590, 2000}, true, "The first line of it\nand the second");
+    }
+    void theWordsBetweenTwoPointsAreTold() {
+        using Grain = Reader::PageTextWish::Grain;
+        QFETCH(QPointF, from);
+        QFETCH(QPointF, to);
+        QFETCH(bool, byWords);
+        const Location file = PdfFiles::write(at("between.pdf"), {{"The first line of it", "and the second"}});
+        const Reader::PageText text =
+            textOf(file, {.page = 0, .from = from, .to = to, .grain = byWords ? Grain::words : Grain::characters});
+        QTEST(plain(text), "words");
+    }
+
+    void whatHasNoWordsHasNone() {
+        const Reader::PageTextWish all{.page = 0, .from = {0, -10}, .to = {0, 2000}};
+        QCOMPARE(textOf(PdfFiles::write(at("bare.pdf"), {{}}), all).words, QString());
+        QCOMPARE(textOf(PdfFiles::make(at("one.pdf"), 1), {.page = 1}).words, QString());
+        QCOMPARE(textOf(m_home.file("no.pdf", "just words"), all).words, QString());
+    }
+
 private:
+    static QString plain(const Reader::PageText& text) { return QString(text.words).remove(u'\r').trimmed(); }
+
+    Reader::PageText textOf(const Location& file, const Reader::PageTextWish& wish) {
+        QFuture<Reader::PageText> text = m_reader.pageText(file, wish);
+        text.waitForFinished();
+        return text.result();
+    }
+
     Location at(const char* name) const { return m_home.path().child(std::string_view(name)); }
 
     std::optional<Reader::Pages> pagesOf(const Location& file) {

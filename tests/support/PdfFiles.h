@@ -48,6 +48,29 @@ inline Location make(const Location& file, int pages, const std::function<QPageS
     return file;
 }
 
+// Where `write` puts its lines on A4, in points.
+inline constexpr double width = 595, left = 72, firstLine = 100, lineHeight = 40;
+
+// Pages of lines of words.
+inline Location write(const Location& file, const QList<QList<const char*>>& pages) {
+    QPdfWriter writer(file.toString());
+    writer.setResolution(72);
+    writer.setPageMargins(QMarginsF());
+    writer.setPageSize(QPageSize(QPageSize::A4));
+    QPainter painter(&writer);
+    QFont font;
+    font.setPixelSize(18);
+    painter.setFont(font);
+    for (qsizetype page = 0; page < pages.size(); ++page) {
+        if (page > 0)
+            writer.newPage();
+        for (qsizetype line = 0; line < pages[page].size(); ++line)
+            painter.drawText(QPointF(left, firstLine + 6 + double(line) * lineHeight),
+                             QString::fromUtf8(pages[page][line]));
+    }
+    return file;
+}
+
 // A copy that asks for a password.
 inline Location lock(const Location& from, const Location& to) {
     if (QProcess::execute(QStringLiteral("qpdf"),

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "media/quicklook/MarkdownRows.h"
+#include "media/quicklook/RowWords.h"
+#include "media/quicklook/TextRows.h"
+
+#include <QtTest>
+
+using namespace lumbra;
+
+class tst_RowWords : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void richTextHasItsWordsAlone_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("words");
+        const auto row = [](const char* text, const char* words) {
+            QTest::newRow(text) << QString::fromUtf8(text) << QString::fromUtf8(words);
+        };
+        row("a <b>bold</b> <i>one</i>", "a bold one");
+        row("a <a href=\"https://b.example/?c=1&amp;d=2\">link</a>", "a link");
+        row("1 &lt; 2 &amp;&amp; 3 &gt; 2 &quot;yes&quot;", "1 < 2 && 3 > 2 \"yes\"");
+        row("&copy; x", "© x");
+        row("one<br>two", "one\ntwo");
+        row("a & b; c", "a & b; c");
+        row("ends with <", "ends with ");
+        row("", "");
+    }
+    void richTextHasItsWordsAlone() {
+        QFETCH(QString, text);
+        QTEST(wordsOf({.text = text, .isRich = true}), "words");
+    }
+
+    void plainTextIsItself() {
+        const QString text = QStringLiteral("<b>&amp;");
+        QCOMPARE(wordsOf({.text = text}), text);
+    }
+
+    void linesStayLines() {
+        const DocumentRows rows = textRows(QStringLiteral("one\n\ntwo\nthree"), DocumentRow::Style::body);
+        QCOMPARE(wordsBetween(rows, {0, 1}, {3, 2}), QStringLiteral("ne\n\ntwo\nth"));
+        QCOMPARE(wordsBetween(rows, {2, 1}, {2, 2}), QStringLiteral("w"));
+        QCOMPARE(wordsBetween(rows, {2, 3}, {3, 0}), QStringLiteral("\n"));
+        QCOMPARE(wordsBetween(rows, {2, 2}, {2, 2}), QString());
+    }
+
+    void aLongLineIsOneAgain() {
+        const QString line(3 * longestRow, u'x');
+        const DocumentRows rows = textRows(line + u'\n' + u'y', DocumentRow::Style::line);
+        QCOMPARE(rows.size(), 4);
+        QCOMPARE(wordsBetween(rows, {0, 0}, {3, 1}), line + QStringLiteral("\ny"));
+    }
+
+    void paragraphsArePartedByALineAndItemsAreNot() {
+        const DocumentRows rows = markdownRows(QStringLiteral("# a\n\n**b** c\n\n- d\n- e\n"), {});
+        QCOMPARE(wordsBetween(rows, {0, 0}, {3, 1}), QStringLiteral("a\n\nb c\n\nd\ne"));
+    }
+
+    void aRowOfATableIsCopiedWholeWithItsCellsPartedByTabs() {
+        const DocumentRows rows = markdownRows(QStringLiteral("| a | b |\n|---|---|\n| 1 | *2* |"), {});
+        QCOMPARE(lengthOf(rows[1]), 1);
+        QCOMPARE(wordsBetween(rows, {0, 0}, {1, 1}), QStringLiteral("a\tb\n1\t2"));
+        QCOMPARE(wordsBetween(rows, {0, 1}, {1, 0}), QStringLiteral("\n"));
+    }
+
+    void spotsBeyondTheTextAreItsEnds() {
+        const DocumentRows rows = textRows(QStringLiteral("one\ntwo"), DocumentRow::Style::body);
+        QCOMPARE(wordsBetween(rows, {-3, 0}, {9, 9}), QStringLiteral("one\ntwo"));
+        QCOMPARE(wordsBetween({}, {0, 0}, {3, 3}), QString());
+    }
+
+    void aWordIsFoundFromWithin_data() {
+        QTest::addColumn<QString>("words");
+        QTest::addColumn<int>("at");
+        QTest::addColumn<QString>("word");
+        QTest::newRow("at its beginning") << QStringLiteral("one two three") << 4 << QStringLiteral("two");
+        QTest::newRow("within") << QStringLiteral("one two three") << 5 << QStringLiteral("two");
+        QTest::newRow("a blank") << QStringLiteral("one two three") << 3 << QStringLiteral(" ");
+        QTest::newRow("behind the last") << QStringLiteral("one two three") << 13 << QStringLiteral("three");
+        QTest::newRow("beyond it") << QStringLiteral("one") << 99 << QStringLiteral("one");
+        QTest::newRow("in nothing") << QString() << 0 << QString();
+    }
+    void aWordIsFoundFromWithin() {
+        QFETCH(QString, words);
+        QFETCH(int, at);
+        const auto [begin, end] = wordAt(words, at);
+        QTEST(words.mid(begin, end - begin), "word");
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_RowWords)
+#include "tst_rowwords.moc"
