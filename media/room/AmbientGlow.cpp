@@ -69,6 +69,13 @@ void AmbientGlow::setAccent(const QColor& accent) {
     follow();
 }
 
+void AmbientGlow::setCentre(double centre) {
+    if (std::exchange(m_centre, centre) == centre)
+        return;
+    Q_EMIT sourceChanged();
+    follow();
+}
+
 void AmbientGlow::setProgress(double progress) {
     if (std::exchange(m_progress, progress) == progress)
         return;
@@ -90,7 +97,7 @@ void AmbientGlow::geometryChange(const QRectF& newGeometry, const QRectF& oldGeo
 void AmbientGlow::follow() {
     if (!isComponentComplete())
         return;
-    const QImage next = m_isSound ? Glow::ofSound(m_accent) : Glow::ofPicture(m_picture);
+    const QImage next = m_isSound ? Glow::ofSound(m_accent, m_centre) : Glow::ofPicture(m_picture);
     if (next == m_to)
         return;
     m_from = Glow::between(m_from, m_to, m_progress);

@@ -18,6 +18,7 @@ class AmbientGlow : public QQuickItem {
     Q_PROPERTY(QImage picture READ picture WRITE setPicture NOTIFY sourceChanged)
     Q_PROPERTY(bool sound READ isSound WRITE setSound NOTIFY sourceChanged)
     Q_PROPERTY(QColor accent READ accent WRITE setAccent NOTIFY sourceChanged)
+    Q_PROPERTY(double centre READ centre WRITE setCentre NOTIFY sourceChanged)
     Q_PROPERTY(double progress READ progress WRITE setProgress NOTIFY progressChanged)
 
 public:
@@ -32,6 +33,10 @@ public:
     void setSound(bool sound);
     QColor accent() const { return m_accent; }
     void setAccent(const QColor& accent);
+
+    // Where a sound is on show, as a part of the width.
+    double centre() const { return m_centre; }
+    void setCentre(double centre);
 
     // How far the last change has come, 0 to 1; the view animates it from 0 whenever `changed` says so.
     double progress() const { return m_progress; }
@@ -56,6 +61,7 @@ private:
     QImage m_picture;
     bool m_isSound = false;
     QColor m_accent;
+    double m_centre = 0.5;
     QImage m_from;
     QImage m_to;
     double m_progress = 1;

@@ -119,9 +119,10 @@ QImage ofPicture(const QImage& picture) {
     return blurred(small.scaled(canvas, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).convertToFormat(format));
 }
 
-QImage ofSound(const QColor& accent) {
+QImage ofSound(const QColor& accent, double centre) {
     QImage image = clear();
-    QRadialGradient light(image.rect().toRectF().center(), outerRadius);
+    const QRectF whole = image.rect().toRectF();
+    QRadialGradient light(QPointF(centre * whole.width(), whole.center().y()), outerRadius);
     QColor inner = accent;
     inner.setAlphaF(float(soundOpacity));
     QColor outer = accent;

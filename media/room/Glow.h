@@ -16,8 +16,8 @@ inline constexpr QSize canvas{160, 100};
 // The picture stretched over the canvas; null for a null picture.
 QImage ofPicture(const QImage& picture);
 
-// Of a sound: light in the middle, in this colour.
-QImage ofSound(const QColor& accent);
+// Of a sound: light in this colour, in the middle or at another part of the width.
+QImage ofSound(const QColor& accent, double centre = 0.5);
 
 // How much of a glow is let through to the room, 0 to 1: a bright picture throws less of its light, so that the
 // room stays dark and what is written in it can be read.

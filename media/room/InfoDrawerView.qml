@@ -8,6 +8,7 @@ import Lumbra.Media
 
 Item {
     id: view
+    objectName: "drawer"
 
     required property ScreeningRoom room
 

@@ -26,9 +26,9 @@ QList<KeyHint> keyHintsFor(AssetKind kind) {
     return {neighbours, star, info, back};
 }
 
-QVariantList KeyHintTable::hintsFor(const QString& kind) {
+QVariantList KeyHintTable::hintsFor(const QString& stage) {
     QVariantList hints;
-    const QList<KeyHint> rows = keyHintsFor(assetKindFromRaw(kind).value_or(AssetKind::document));
+    const QList<KeyHint> rows = keyHintsFor(assetKindFromRaw(stage).value_or(AssetKind::document));
     for (const KeyHint& hint : rows)
         hints.append(QVariant::fromValue(hint));
     return hints;

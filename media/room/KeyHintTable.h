@@ -34,8 +34,9 @@ class KeyHintTable : public QObject {
     QML_SINGLETON
 
 public:
-    // A list of KeyHint; `kind` as preferences store it ("video").
-    Q_INVOKABLE static QVariantList hintsFor(const QString& kind);
+    // A list of KeyHint; `stage` as the room names it. A film in a web view is no "video": it has none of the player's
+    // keys.
+    Q_INVOKABLE static QVariantList hintsFor(const QString& stage);
 };
 
 } // namespace lumbra

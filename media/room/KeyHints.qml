@@ -12,7 +12,7 @@ Item {
 
     property real widest: Infinity
 
-    readonly property var hints: KeyHintTable.hintsFor(room.kind)
+    readonly property var hints: KeyHintTable.hintsFor(room.stage)
     readonly property bool inOneLine: lineWidth <= widest
     property real lineWidth: 0
 

@@ -8,10 +8,14 @@ import Lumbra.Media
 
 Item {
     id: view
+    objectName: "upNext"
 
     required property ScreeningRoom room
 
     implicitWidth: 316
+
+    Accessible.role: Accessible.Pane
+    Accessible.name: qsTr("Up next")
 
     Surface {
         anchors.fill: parent

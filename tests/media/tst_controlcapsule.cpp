@@ -19,21 +19,22 @@ constexpr char narrowCapsule[] =
 struct Control {
     const char* name;
     const char* hint;
+    const char* symbol;
     bool filmOnly;
     bool inCompactForm;
 };
 
 constexpr Control controls[] = {
-    {"play", "Play (Space)", false, true},
-    {"back", "Back 5 seconds (←)", false, false},
-    {"ahead", "Ahead 5 seconds (→)", false, false},
-    {"previousFrame", "Previous frame (,)", true, false},
-    {"nextFrame", "Next frame (.)", true, false},
-    {"speed", "Playback speed", false, true},
-    {"loop", "Loop", false, true},
-    {"mute", "Mute (M)", false, true},
-    {"pip", "Picture in picture", true, true},
-    {"fullScreen", "Full screen (F)", true, true},
+    {"play", "Play (Space)", "play.fill", false, true},
+    {"back", "Back 5 seconds (←)", "gobackward.5", false, false},
+    {"ahead", "Ahead 5 seconds (→)", "goforward.5", false, false},
+    {"previousFrame", "Previous frame (,)", "backward.frame.fill", true, false},
+    {"nextFrame", "Next frame (.)", "forward.frame.fill", true, false},
+    {"speed", "Playback speed", "", false, true},
+    {"loop", "Loop", "repeat", false, true},
+    {"mute", "Mute (M)", "speaker.wave.2.fill", false, true},
+    {"pip", "Picture in picture", "pip.enter", true, true},
+    {"fullScreen", "Full screen (F)", "arrow.up.left.and.arrow.down.right", true, true},
 };
 
 } // namespace
@@ -70,11 +71,15 @@ private Q_SLOTS:
             const QString hint = shown->value(control.name, "hint").toString();
             QCOMPARE(hint.isEmpty() ? shown->value(control.name, "text").toString() : hint,
                      QString::fromUtf8(control.hint));
+            QCOMPARE(shown->value(control.name, "symbol").toString(), QString::fromLatin1(control.symbol));
             QAccessibleInterface* const accessible = shown.accessible(control.name);
             QVERIFY2(accessible, control.name);
             QVERIFY2(!accessible->text(QAccessible::Name).isEmpty(), control.name);
             QVERIFY2(accessible->state().focusable, control.name);
         }
+        QCOMPARE(shown->value("volume", "from").toDouble(), 0.0);
+        QCOMPARE(shown->value("volume", "to").toDouble(), 1.0);
+        QCOMPARE(shown.item("scrubber")->height(), 46.0);
         QCOMPARE(shown.accessible("volume")->role(), QAccessible::Slider);
         QCOMPARE(shown.accessible("scrubber")->role(), QAccessible::Slider);
     }
@@ -368,6 +373,15 @@ private Q_SLOTS:
         const QRectF fullScreen = place("fullScreen"), play = place("play");
         QVERIFY(play.left() >= 4);
         QVERIFY(fullScreen.right() < place(drawer ? "drawerStar" : "queue").left());
+        // What is left is shared out evenly beside and between the two.
+        const QQuickItem* const capsule = shown.item("scrubber")->parentItem();
+        const QQuickItem* const panel = shown.item(drawer ? "drawer" : "upNext");
+        const QRectF bed = capsule->mapRectToScene(capsule->boundingRect());
+        const QRectF beside = panel->mapRectToScene(panel->boundingRect());
+        QCOMPARE(bed.width(), 560.0);
+        QCOMPARE(beside.width(), drawer ? 320.0 : 316.0);
+        for (const double gap : {bed.left(), beside.left() - bed.right(), 900 - beside.right()})
+            QVERIFY2(gap >= 6 && gap <= 8, QByteArray::number(gap));
         QCOMPARE(shown->root()->findChild<QObject*>(QStringLiteral("queue")) != nullptr, !drawer);
     }
 

@@ -83,6 +83,12 @@ private Q_SLOTS:
         QVERIFY(glow.pixelColor(40, 50).alphaF() < middle.alphaF());
     }
 
+    void aSoundGlowsWhereItsStageIs() {
+        const QImage glow = Glow::ofSound(QColor(255, 159, 67), 0.25);
+        QCOMPARE(glow.pixelColor(40, 50), Glow::ofSound(QColor(255, 159, 67)).pixelColor(80, 50));
+        QVERIFY(glow.pixelColor(40, 50).alphaF() > glow.pixelColor(80, 50).alphaF());
+    }
+
     void theRoomStaysDarkWhateverThePicture() {
         for (const int light : {0, 20, 80, 128, 200, 255}) {
             const QImage glow = Glow::ofPicture(filled({9, 9}, QColor(light, light, light)));

@@ -149,10 +149,10 @@ private Q_SLOTS:
         auto* const still = two.window->window.find<StagePicture>("still");
         const double whole = still->width();
         two.room.room->toggleQueue();
-        QTRY_COMPARE(still->width(), whole - 316 - 2 * 12);
+        QTRY_COMPARE(still->width(), whole - 316 - 2 * 8);
         QCOMPARE(two.room.room->stageWidth(), still->width());
         two.room.room->toggleInfo(); // the drawer takes its place in a narrow room
-        QTRY_COMPARE(still->width(), whole - 320 - 2 * 12);
+        QTRY_COMPARE(still->width(), whole - 320 - 2 * 6);
     }
 
     void theCapsuleIsThereForThePlayerAlone() {

@@ -70,6 +70,12 @@ private Q_SLOTS:
         QTest::newRow("image") << AssetKind::image << others;
         QTest::newRow("document") << AssetKind::document << others;
     }
+    void aFilmInAWebViewHasNoneOfThePlayersKeys() {
+        const QVariantList hints = KeyHintTable::hintsFor(QStringLiteral("web"));
+        QCOMPARE(hints, KeyHintTable::hintsFor(QStringLiteral("image")));
+        QVERIFY(hints != KeyHintTable::hintsFor(QStringLiteral("video")));
+    }
+
     void eachKindNamesItsKeys() {
         QFETCH(AssetKind, kind);
         QFETCH(QStringList, hints);
