@@ -16,7 +16,13 @@ FocusScope {
     signal faded()
 
     readonly property int focusAgain: 300 // milliseconds; by then the window has given its own focus away
-    readonly property int panelMargin: Theme.windowMargin
+    // In the smallest window what the capsule and the panel leave is shared out beside and between them.
+    readonly property int narrowest: 560 // of the capsule
+    readonly property int panelMargin: {
+        const spare = width - narrowest - panelsAlone
+        return Math.max(Theme.grid, Math.min(Theme.windowMargin, Math.floor(spare / 3)))
+    }
+    readonly property real panelsAlone: (drawer.active ? drawer.width : 0) + (queue.active ? queue.width : 0)
     readonly property int footHeight: Math.max(Theme.rowHeight, hints.height) + Theme.controlPadding
 
     readonly property bool isFilm: room.stage === "video"
@@ -24,11 +30,8 @@ FocusScope {
     readonly property bool filmFillsScreen: isFilm && Window.visibility === Window.FullScreen
     // What they take of the width, with a margin on either side.
     readonly property real panels: {
-        let taken = 0
-        for (const panel of [drawer, queue])
-            if (panel.active)
-                taken += panel.width + panelMargin
-        return taken > 0 ? taken + panelMargin : 0
+        const count = (drawer.active ? 1 : 0) + (queue.active ? 1 : 0)
+        return count > 0 ? panelsAlone + (count + 1) * panelMargin : 0
     }
     // A film that runs alone has the room to itself.
     readonly property real besideFilm: filmFillsScreen || !room.chrome ? 0 : panels
@@ -123,6 +126,7 @@ FocusScope {
         picture: view.room.ambient
         sound: view.room.stage === "audio"
         accent: Theme.amber
+        centre: view.width > 0 ? stage.width / 2 / view.width : 0.5
         onChanged: change.restart()
 
         NumberAnimation {
@@ -228,7 +232,7 @@ FocusScope {
         Loader {
             id: capsule
             // In the smallest window it is wider than the stage, and takes from the margin beside it.
-            x: Math.max(Theme.grid, Math.round((stage.width - width) / 2))
+            x: Math.max(view.panelMargin, Math.round((stage.width - width) / 2))
             anchors { bottom: parent.bottom; bottomMargin: view.footHeight }
             active: view.room.usesEngine
             sourceComponent: ControlCapsule { room: view.room }
@@ -242,19 +246,19 @@ FocusScope {
             widest: stage.width - 2 * Theme.pageMargin
         }
         Loader {
-            id: drawer
-            anchors { right: parent.right; rightMargin: view.panelMargin }
-            anchors { top: bar.bottom; bottom: parent.bottom; bottomMargin: view.panelMargin }
-            active: view.room.showInfo
-            sourceComponent: InfoDrawerView { room: view.room }
-        }
-        Loader {
             id: queue
             anchors.right: drawer.active ? drawer.left : parent.right
             anchors.rightMargin: view.panelMargin
             anchors { top: bar.bottom; bottom: parent.bottom; bottomMargin: view.panelMargin }
             active: view.room.queueShown
             sourceComponent: UpNextView { room: view.room }
+        }
+        Loader {
+            id: drawer
+            anchors { right: parent.right; rightMargin: view.panelMargin }
+            anchors { top: bar.bottom; bottom: parent.bottom; bottomMargin: view.panelMargin }
+            active: view.room.showInfo
+            sourceComponent: InfoDrawerView { room: view.room }
         }
     }
 }
