@@ -16,6 +16,7 @@ Text {
     color: style === Label.Fact ? Theme.textSoft : Theme.text
     textFormat: Text.PlainText
     elide: Text.ElideRight
+    horizontalAlignment: Text.AlignLeft // whichever way the text is written: it stands flush with what is around it
     verticalAlignment: Text.AlignVCenter
     font.family: tabular ? Theme.familyDigits : Theme.family
     font.kerning: !tabular
@@ -26,6 +27,11 @@ Text {
     // A fixed line height puts the extra room below the letters; half of it belongs above them.
     topPadding: Theme.leading[style]
     bottomPadding: -topPadding
+
+    // Some scripts stand in taller lines, which would push their letters below those around them.
+    readonly property real sunk: verticalAlignment !== Text.AlignVCenter ? 0
+        : baselineOffset - topPadding - (height - contentHeight) / 2 - Theme.metrics.ascent * font.pixelSize / 1000
+    transform: Translate { y: label.sunk > 0.5 ? -label.sunk : 0 }
 
     Accessible.role: Accessible.StaticText
     Accessible.name: text
