@@ -12,8 +12,8 @@
 
 namespace lumbra {
 
-// The living children of this process, whatever they run.
-inline QList<pid_t> childProcesses() {
+// The living children of a process, by default of this one, whatever they run.
+inline QList<pid_t> childProcesses(qint64 parent = QCoreApplication::applicationPid()) {
     QList<pid_t> children;
     for (const QString& name : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
         bool isNumber = false;
@@ -23,7 +23,7 @@ inline QList<pid_t> childProcesses() {
             continue;
         const QByteArray text = status.readAll();
         const QList<QByteArray> fields = text.mid(text.lastIndexOf(')') + 2).split(' ');
-        if (fields.value(0) != "Z" && fields.value(1).toInt() == QCoreApplication::applicationPid())
+        if (fields.value(0) != "Z" && fields.value(1).toInt() == parent)
             children.append(process);
     }
     return children;
