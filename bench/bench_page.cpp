@@ -192,6 +192,7 @@ int main(int count, char** arguments) {
     auto* const window = qobject_cast<QQuickWindow*>(root.get());
     if (!window)
         fail(qPrintable(component.errorString()));
+    engine.setIncubationController(window->incubationController()); // as in the program
     window->resize(1440, 900);
     window->show();
     wait([&] { return !library.indexing() && browser.loaded() && browser.order().size() >= openFiles; },

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Symbols.h"
 
+#include <QCache>
 #include <QDir>
 #include <QFont>
 #include <QPainter>
@@ -153,6 +154,23 @@ QPainterPath outline(char16_t code) {
     return QTransform(scale, 0, 0, scale, 0, side * 7 / 8).map(font.pathForGlyph(indexes.first()));
 }
 
+QImage drawn(const QString& name, int pixels, const QColor& color) {
+    QImage picture(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (const Glyph* glyph = glyphNamed(name)) {
+        const qreal scale = pixels / 24.0;
+        painter.scale(scale, scale);
+        painter.fillPath(outline(glyph->code), color);
+        return picture;
+    }
+    QSvgRenderer(drawing(name)).render(&painter, QRectF(0, 0, pixels, pixels));
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(picture.rect(), color);
+    return picture;
+}
+
 } // namespace
 
 QStringList names() {
@@ -175,19 +193,14 @@ bool fontFound() {
 QImage image(const QString& name, int pixels, const QColor& color) {
     if (pixels <= 0 || !contains(name))
         return {};
-    QImage picture(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (const Glyph* glyph = glyphNamed(name)) {
-        const qreal scale = pixels / 24.0;
-        painter.scale(scale, scale);
-        painter.fillPath(outline(glyph->code), color);
-        return picture;
-    }
-    QSvgRenderer(drawing(name)).render(&painter, QRectF(0, 0, pixels, pixels));
-    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-    painter.fillRect(picture.rect(), color);
+    // The same few stand in hundreds of tiles, which all change their size in one frame.
+    constexpr qsizetype bytes = 1'000'000;
+    static QCache<std::pair<QString, std::pair<int, QRgb>>, QImage> recent(bytes);
+    const std::pair key(name, std::pair(pixels, color.rgba()));
+    if (const QImage* known = recent.object(key))
+        return *known;
+    const QImage picture = drawn(name, pixels, color);
+    recent.insert(key, new QImage(picture), picture.sizeInBytes());
     return picture;
 }
 

@@ -14,6 +14,7 @@ Item {
 
     readonly property PageRows rows: browser.rows
     readonly property bool isButton: row.more !== ""
+    property bool made: false // with all that it had to show at first
 
     // The first tile that is selected, or null.
     function selectedTile(): Item {
@@ -28,6 +29,7 @@ Item {
     // Rows that are kept to be used again stay where they last lay: neither the Tab key nor a screen reader may find them.
     ListView.onPooled: visible = false
     ListView.onReused: visible = true
+    Component.onCompleted: made = true
 
     implicitHeight: (isButton ? Theme.controlHeight : metrics.height(row.captioned)) + row.gap
 
@@ -42,6 +44,12 @@ Item {
 
             required property int index
             readonly property var cell: view.row.cell(index)
+
+            // A tile in a column that has come since, when there is time: while tiles shrink each row gets one, and all
+            // of them at once would take longer than a frame.
+            property bool late: view.made
+            asynchronous: late
+            onLoaded: late = false
 
             x: Math.round(view.rows.firstTile + index * view.rows.tileStep)
             sourceComponent: cell.isAsset ? assetTile : cell.isFolder ? folderTile : cell.isStack ? stackTile : null
@@ -60,11 +68,14 @@ Item {
         sourceComponent: view.isButton ? button : null
     }
 
-    // Once for the row, not once for each of its tiles; what is loaded finds its cell at its place.
+    // What is loaded finds its cell at its place.
+    function cellAt(place: var): var { return place.cell }
+
+    // Once for the row, not once for each of its tiles.
     Component {
         id: assetTile
         AssetTile {
-            cell: parent.cell
+            cell: view.cellAt(parent)
             metrics: view.metrics
             onClicked: modifiers => view.browser.click(cell, modifiers)
             onOpened: view.browser.play(cell.asset)
@@ -74,7 +85,7 @@ Item {
     Component {
         id: folderTile
         FolderTile {
-            cell: parent.cell
+            cell: view.cellAt(parent)
             metrics: view.metrics
             onOpened: view.browser.openFolder(cell.url)
             onFilesDropped: urls => view.browser.dropInto(cell.url, urls)
@@ -83,7 +94,7 @@ Item {
     Component {
         id: stackTile
         StackTile {
-            cell: parent.cell
+            cell: view.cellAt(parent)
             metrics: view.metrics
             onOpened: view.browser.openFolder(cell.url)
         }

@@ -9,8 +9,8 @@
 
 #include "AdaptiveColumns.h"
 #include "ColumnSlots.h"
-#include "PathSet.h"
 #include "PageRow.h"
+#include "PathSet.h"
 #include "RecentSections.h"
 #include "library/DerivedIndex.h"
 

@@ -18,6 +18,7 @@ private Q_SLOTS:
     void everySymbolDrawsSomethingInItsSquare();
     void noTwoSymbolsLookAlikeByMistake();
     void aSymbolIsDrawnInItsColour();
+    void aSymbolThatManyShowIsDrawnOnce();
     void anUnknownNameDrawsNothing();
 };
 
@@ -130,6 +131,15 @@ void tst_symbols::aSymbolIsDrawnInItsColour() {
             }
         QVERIFY(red > 0);
     }
+}
+
+void tst_symbols::aSymbolThatManyShowIsDrawnOnce() {
+    const QString name = QStringLiteral("photo");
+    const qint64 drawn = Symbols::image(name, 40, Qt::white).cacheKey();
+    QCOMPARE(Symbols::image(name, 40, Qt::white).cacheKey(), drawn);
+    QVERIFY(Symbols::image(name, 41, Qt::white).cacheKey() != drawn);
+    QVERIFY(Symbols::image(name, 40, Qt::red).cacheKey() != drawn);
+    QVERIFY(Symbols::image(QStringLiteral("film"), 40, Qt::white).cacheKey() != drawn);
 }
 
 void tst_symbols::anUnknownNameDrawsNothing() {
