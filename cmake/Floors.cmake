@@ -3,7 +3,7 @@
 # Every source in the folder belongs to the floor. What a floor may include is decided here and nowhere else: a floor
 # sees the headers of the floors it uses, as "floor/Name.h", and no others, since each floor's headers are reachable
 # only through an include folder of its own that travels with linking it. A floor that has QML files becomes one QML
-# module, Lumbra.<Name>.
+# module, Lumbra.<Name>, that depends on those of the floors that it uses.
 #
 # SPDX-License-Identifier: GPL-3.0-or-later
 
@@ -54,13 +54,20 @@ function(lumbra_floor name)
         string(SUBSTRING ${name} 0 1 initial)
         string(TOUPPER ${initial} initial)
         string(SUBSTRING ${name} 1 -1 rest)
+        set(modules QtQuick)
+        foreach(used IN LISTS FLOOR_USES)
+            get_target_property(uri lumbra_${used} QT_QML_MODULE_URI)
+            if(uri)
+                list(APPEND modules ${uri})
+            endif()
+        endforeach()
         set(options "")
         if(NOT LUMBRA_COMPILE_QML)
             list(APPEND options NO_CACHEGEN)
         endif()
         qt_add_qml_module(${target} STATIC URI Lumbra.${initial}${rest} VERSION 1.0 RESOURCE_PREFIX /qml
             OUTPUT_DIRECTORY ${QT_QML_OUTPUT_DIRECTORY}/Lumbra/${initial}${rest}
-            SOURCES ${sources} QML_FILES ${views} DEPENDENCIES QtQuick ${options})
+            SOURCES ${sources} QML_FILES ${views} DEPENDENCIES ${modules} ${options})
         # What is compiled ahead of time from views is not ours to keep free of warnings.
         get_target_property(all ${target} SOURCES)
         list(FILTER all INCLUDE REGEX "/\\.rcc/qmlcache/")

@@ -10,7 +10,7 @@ import Lumbra.Shell
 MenuBar {
     id: bar
 
-    required property QtObject library
+    required property var library
     required property BrowserCommands commands
     required property UpdateCheck updater
 

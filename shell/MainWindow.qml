@@ -58,7 +58,7 @@ Controls.ApplicationWindow {
 
         Loader {
             id: room
-            readonly property bool coversAll: window.door.open && item !== null && item.opacity === 1
+            readonly property bool coversAll: window.door.open && item !== null && (item as Item).opacity === 1
             anchors.fill: parent
             active: window.door.room !== null
             sourceComponent: ScreeningRoomView {

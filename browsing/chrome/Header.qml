@@ -23,7 +23,7 @@ Rectangle {
     readonly property real periodRoom: onRecent ? row.spacing + dividerRoom : 0
     readonly property real besidePeriods: periodRoom + kindWidth + row.spacing + dividerRoom + boxRoom
     readonly property bool compactPeriods: onRecent && periods.item
-        && periods.item.fullWidth + besidePeriods + sortWidth > row.width
+        && (periods.item as PeriodChips).fullWidth + besidePeriods + sortWidth > row.width
     readonly property bool compactSort: periodWidth + besidePeriods + sortWidth > row.width
 
     function menuWidth(text: string): real {

@@ -87,7 +87,8 @@ Item {
             active = false
             entries = bar.path.menu()
             active = true
-            item.popup(step, 0, step.height + Theme.grid)
+            const made = item as EntriesMenu
+            made.popup(step, 0, step.height + Theme.grid)
         }
 
         active: false

@@ -26,10 +26,10 @@ T.AbstractButton {
 
     Accessible.role: current ? Accessible.ButtonMenu : Accessible.Button
     Accessible.name: title
-    Accessible.onPressAction: click()
+    Accessible.onPressAction: clicked()
 
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     contentItem: Item {
         Row {

@@ -7,7 +7,7 @@ import Lumbra.Look
 Loader {
     id: loader
 
-    required property Item tile // tells that it is hovered by `hovering`
+    required property var tile // tells that it is hovered by `hovering`
     property string text
 
     anchors.fill: parent

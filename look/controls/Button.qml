@@ -36,6 +36,8 @@ T.Button {
     Keys.onEnterPressed: clicked()
 
     contentItem: Item {
+        id: content
+
         readonly property real symbolRoom: control.symbol ? Theme.sizeSymbol + row.spacing : 0
 
         implicitWidth: Math.ceil(label.implicitWidth) + symbolRoom
@@ -56,7 +58,7 @@ T.Button {
             Label {
                 id: label
                 anchors.verticalCenter: parent.verticalCenter
-                width: Math.min(implicitWidth, control.contentItem.width - control.contentItem.symbolRoom)
+                width: Math.min(implicitWidth, content.width - content.symbolRoom)
                 text: control.text
                 color: control.ink
                 font.weight: control.kind === Button.Default ? Theme.semibold : Theme.regular

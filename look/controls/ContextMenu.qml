@@ -32,8 +32,9 @@ Item {
         aboutToOpen()
         loader.active = false
         loader.active = true
-        loader.item.closed.connect(() => loader.active = false)
-        return loader.item as Menu
+        const made = loader.item as Menu
+        made.closed.connect(() => { if (loader) loader.active = false }) // not when all of this is going
+        return made
     }
 
     anchors.fill: parent

@@ -9,10 +9,11 @@ Item {
 
     property string text
     property Item control: parent
+    readonly property var watched: control // may be any item, and tells more if it is a control
     property bool muted: false // while something else is open here, which the tip would lie over
     // A control tells of its pointer and its focus itself; a plain item is watched.
-    readonly property bool near: (control.hovered ?? pointer.hovered) || (control.visualFocus ?? false)
-    readonly property bool pressed: control.down ?? false
+    readonly property bool near: (watched?.hovered ?? pointer.hovered) || (watched?.visualFocus ?? false)
+    readonly property bool pressed: watched?.down ?? false
     property bool used: false // whoever has pressed it knows what it does
     readonly property bool wanted: text !== "" && control.enabled && control.visible && near && !used && !muted
 
@@ -23,7 +24,7 @@ Item {
 
     HoverHandler {
         id: pointer
-        enabled: hint.control.hovered === undefined
+        enabled: hint.watched?.hovered === undefined
     }
     Timer {
         id: delay

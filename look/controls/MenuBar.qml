@@ -43,7 +43,7 @@ T.MenuBar {
     Shortcut {
         sequence: "F10"
         enabled: bar.count > 0 && Sheets.shown === 0
-        onActivated: bar.itemAt(0).triggered()
+        onActivated: (bar.itemAt(0) as T.MenuBarItem).triggered()
     }
 
     background: Rectangle {

@@ -57,7 +57,7 @@ T.Popup {
             }
         }
         Shortcut {
-            sequences: [StandardKey.Cancel]
+            sequence: "Escape"
             enabled: sheet.asks && sheet.dismissable && sheet.activeFocus // not while another lies over it
             onActivated: {
                 sheet.dismissed()

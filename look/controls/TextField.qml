@@ -44,7 +44,7 @@ T.TextField {
 
     Label {
         x: control.leftPadding
-        width: control.availableWidth
+        width: control.width - control.leftPadding - control.rightPadding
         height: control.height
         visible: !control.text && !control.preeditText
         text: control.placeholderText

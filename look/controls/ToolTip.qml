@@ -22,6 +22,7 @@ T.ToolTip {
     enter: Transition { EaseNumber { property: "opacity"; from: 0; to: 1 } }
 
     contentItem: Label {
+        id: words
         style: Label.Fact
         text: tip.text
         color: Theme.text
@@ -34,6 +35,6 @@ T.ToolTip {
     TextMetrics {
         id: metrics
         text: tip.text
-        font: tip.contentItem.font
+        font: words.font
     }
 }

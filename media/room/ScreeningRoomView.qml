@@ -82,8 +82,8 @@ FocusScope {
     Connections {
         target: view.Window.window
         function onActiveFocusItemChanged() {
-            const page = target.contentItem
-            if (view.isWithin(target.activeFocusItem, page) && !view.isWithin(view, page))
+            const window = view.Window.window // whose page is another item than the attached property tells
+            if (view.isWithin(window.activeFocusItem, window.contentItem) && !view.isWithin(view, window.contentItem))
                 Qt.callLater(view.takeFocus)
         }
     }
@@ -205,22 +205,25 @@ FocusScope {
 
         // Over a film the texts need a ground of their own.
         component Shade: Rectangle {
+            id: shade
             property bool atTop: false
             readonly property real darkest: 0.78
-            width: view.width
-            visible: view.isFilm
             gradient: Gradient {
-                GradientStop { position: 0; color: Theme.black(atTop ? darkest : 0) }
-                GradientStop { position: 0.5; color: Theme.black(0.7 * darkest) }
-                GradientStop { position: 1; color: Theme.black(atTop ? 0 : darkest) }
+                GradientStop { position: 0; color: Theme.black(shade.atTop ? shade.darkest : 0) }
+                GradientStop { position: 0.5; color: Theme.black(0.7 * shade.darkest) }
+                GradientStop { position: 1; color: Theme.black(shade.atTop ? 0 : shade.darkest) }
             }
         }
         Shade {
+            visible: view.isFilm
             atTop: true
+            width: parent.width
             height: bar.height + Theme.blockGap
         }
         Shade {
+            visible: view.isFilm
             anchors.bottom: parent.bottom
+            width: parent.width
             height: 2 * view.footHeight
         }
 
