@@ -10,12 +10,23 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <utility>
 
 namespace lumbra {
 
 namespace {
 
 constexpr auto settlingTime = std::chrono::milliseconds(200);
+
+// Where the first window stands is for the desktop to say.
+void restoreFirst(QWindow& window, QSize screen) {
+    constexpr QSize grip(80, 80); // beside a window that no longer fills the screen, to take hold of it
+    const QSize usual = WindowMemory::usualSize;
+    const bool fills = usual.width() >= screen.width() && usual.height() >= screen.height();
+    window.resize((fills ? screen - grip : usual.boundedTo(screen)).expandedTo(WindowMemory::leastSize));
+    if (fills)
+        window.setWindowStates(Qt::WindowMaximized);
+}
 
 qint64 area(const QRect& rect) {
     return rect.isEmpty() ? 0 : qint64(rect.width()) * rect.height();
@@ -70,6 +81,9 @@ void WindowMemory::attach(QWindow& window) {
 bool WindowMemory::eventFilter(QObject* watched, QEvent* event) {
     if (watched == m_window && event->type() == QEvent::Close && m_settling.isActive())
         remember();
+    if (watched == m_window && event->type() == QEvent::Expose && m_window->isExposed()
+        && !std::exchange(m_isFrameKnown, true))
+        makeRoomForFrame();
     return QObject::eventFilter(watched, event);
 }
 
@@ -77,10 +91,19 @@ void WindowMemory::restore(QWindow& window) const {
     const QList<QRect> screens = freeScreens();
     if (const auto place = kept())
         window.setGeometry(fitting(*place, screens));
-    else if (!screens.isEmpty()) // where it stands is for the desktop to say
-        window.resize(fitting(QRect(screens.first().topLeft(), usualSize), screens).size());
+    else if (!screens.isEmpty())
+        restoreFirst(window, screens.first().size());
     if (m_preferences.value(PreferenceKeys::windowMaximized))
         window.setWindowStates(Qt::WindowMaximized);
+}
+
+// Desktops show a window that is too large as it is, or push its frame off the screen.
+void WindowMemory::makeRoomForFrame() {
+    if (!m_window->screen() || m_window->windowStates() != Qt::WindowNoState)
+        return;
+    const QRect room = m_window->screen()->availableGeometry().marginsRemoved(m_window->frameMargins());
+    if (const QRect place = fitting(m_window->geometry(), {room}); place != m_window->geometry())
+        m_window->setGeometry(place);
 }
 
 void WindowMemory::remember() {

@@ -39,7 +39,8 @@ public:
     static QRect fitting(const QRect& kept, const QList<QRect>& screens);
 
     // Puts the window, which is not shown yet, where the last one stood, and remembers from then on what becomes of it.
-    // Whoever shows it must not reset its state, as QWindow::show does.
+    // Whoever shows it must not reset its state, as QWindow::show does. A first window that is no smaller than the
+    // screen fills it; any other gives way to its frame, which is known once it shows.
     void attach(QWindow& window);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -54,11 +55,13 @@ Q_SIGNALS:
 
 private:
     void restore(QWindow& window) const;
+    void makeRoomForFrame();
     void remember();
     std::optional<QRect> kept() const;
 
     Preferences& m_preferences;
     QPointer<QWindow> m_window;
+    bool m_isFrameKnown = false;
     // A window that is made as large as the screen gets its new size before it is told why: what it is by the time that
     // all has settled counts.
     QTimer m_settling;

@@ -36,7 +36,7 @@ void end(QProcess& process) {
 
 } // namespace
 
-AppDisplay::AppDisplay(Windows windows) {
+AppDisplay::AppDisplay(Windows windows, QSize size) {
     // The server picks a free number itself and tells it on a descriptor: no two tests race for one.
     m_server.setProgram(QStringLiteral("Xvfb"));
     m_server.setArguments({QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
@@ -103,12 +103,23 @@ quint64 AppDisplay::windowOf(qint64 process) const {
 }
 
 QRect AppDisplay::placeOf(quint64 window) const {
-    const auto shell = run(QStringLiteral("xdotool"),
-                           {QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), QString::number(window)});
+    // Not by xdotool, which counts the frame twice.
+    const QByteArray told = run(QStringLiteral("xwininfo"), {QStringLiteral("-id"), QString::number(window)});
     QHash<QByteArray, int> fields;
-    for (const QByteArray& line : shell.split('\n'))
-        fields.insert(line.split('=').first(), line.split('=').last().toInt());
-    return {fields["X"], fields["Y"], fields["WIDTH"], fields["HEIGHT"]};
+    for (const QByteArray& line : told.split('\n'))
+        fields.insert(line.left(line.lastIndexOf(':')).trimmed(),
+                      line.mid(line.lastIndexOf(':') + 1).trimmed().toInt());
+    return {fields["Absolute upper-left X"], fields["Absolute upper-left Y"], fields["Width"], fields["Height"]};
+}
+
+QMargins AppDisplay::frameOf(quint64 window) const {
+    const QByteArray told = run(QStringLiteral("xprop"),
+                                {QStringLiteral("-id"), QString::number(window), QStringLiteral("_NET_FRAME_EXTENTS")});
+    const QList<QByteArray> sides = told.mid(told.indexOf('=') + 1).split(',');
+    if (sides.size() != 4)
+        return {};
+    const auto side = [&](qsizetype index) { return sides[index].trimmed().toInt(); };
+    return {side(0), side(2), side(1), side(3)}; // told as left, right, top, bottom
 }
 
 void AppDisplay::place(quint64 window, const QRect& place) const {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <QImage>
+#include <QMargins>
 #include <QPoint>
 #include <QProcess>
 #include <QRect>
@@ -19,13 +20,13 @@ namespace lumbra {
 
 class AppDisplay {
 public:
-    static constexpr QSize size{1440, 900};
+    static constexpr QSize usualSize{1440, 900};
 
     // What the window manager makes of windows: as large as the display and without a frame, or as they ask to be.
     enum class Windows { maximized, free };
 
     // Fatal when no display can be had: nothing can be tested then.
-    explicit AppDisplay(Windows windows = Windows::maximized);
+    explicit AppDisplay(Windows windows = Windows::maximized, QSize size = usualSize);
     ~AppDisplay();
 
     const QString& name() const { return m_name; }
@@ -38,6 +39,7 @@ public:
 
     // Where a window stands on the display, without its frame.
     QRect placeOf(quint64 window) const;
+    QMargins frameOf(quint64 window) const; // that the window manager draws around it
     void place(quint64 window, const QRect& place) const;
     void minimize(quint64 window) const;
 

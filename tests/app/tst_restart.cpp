@@ -7,15 +7,19 @@
 
 using namespace lumbra;
 
-// The window comes back where it stood.
+// The window comes back where it stood, and with its frame on the screen.
 class TestRestart : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void initTestCase();
-    void theFirstWindowHasTheUsualSize();
+    void init();
+    void aFirstWindowFillsAScreenThatHasNoMoreRoom();
     void placeAndSizeAreKept();
+    void aPlaceGivesWayToItsFrame_data();
+    void aPlaceGivesWayToItsFrame();
     void aWindowThatNoScreenHoldsComesBackIntoView();
+    void aFirstWindowHasTheUsualSizeWhereThereIsRoom();
 
 private:
     void start() {
@@ -23,7 +27,9 @@ private:
         APP_WAIT(m_app, m_app.state().complete());
     }
     QRect place() { return m_display.placeOf(m_app.window()); }
+    QRect placeWithFrame() { return place() + m_display.frameOf(m_app.window()); }
     Location settings() { return m_app.home().path().child(".config/lumbra/Lumbra.ini"); }
+    void keep(const char* place) { AppFiles::text(settings(), QByteArray("[General]\nwindowPlace=") + place + '\n'); }
     // The place that the next start will read.
     QRect kept() {
         const QSettings file(settings().toString(), QSettings::IniFormat);
@@ -33,21 +39,30 @@ private:
                    : QRect();
     }
 
+    static constexpr QRect screen{QPoint(), AppDisplay::usualSize};
+
     AppDisplay m_display{AppDisplay::Windows::free};
     AppHarness m_app{m_display};
 };
 
 void TestRestart::initTestCase() {
     AppFiles::picture(m_app.library().child("site/first.png"), AppFiles::colour(1));
-    start();
 }
 
-void TestRestart::theFirstWindowHasTheUsualSize() {
-    // As large as the display: there is no room for more, and the frame is the window manager's business.
-    APP_WAIT(m_app, place().size() == QSize(1440, 900));
+void TestRestart::init() {
+    m_app.stop();
+    QFile::remove(settings().toString());
+}
+
+void TestRestart::aFirstWindowFillsAScreenThatHasNoMoreRoom() {
+    start();
+    APP_WAIT(m_app, !m_display.frameOf(m_app.window()).isNull());
+    APP_WAIT(m_app, placeWithFrame() == screen);
 }
 
 void TestRestart::placeAndSizeAreKept() {
+    keep("60 70 1100 700");
+    start();
     const QRect wanted(120, 80, 1000, 640);
     m_display.place(m_app.window(), wanted);
     APP_WAIT(m_app, kept() == wanted);
@@ -61,13 +76,37 @@ void TestRestart::placeAndSizeAreKept() {
     APP_WAIT(m_app, place() == stood);
 }
 
-void TestRestart::aWindowThatNoScreenHoldsComesBackIntoView() {
-    QVERIFY2(m_app.close(), m_app.report().constData());
-    QVERIFY(settings().exists());
-    AppFiles::text(settings(), "[General]\nwindowPlace=5000 4000 1000 640\n");
+void TestRestart::aPlaceGivesWayToItsFrame_data() {
+    QTest::addColumn<QByteArray>("kept");
+    QTest::addColumn<QSize>("least"); // that the window still has
+    QTest::newRow("as large as the screen") << QByteArray("0 0 1440 900") << QSize(1400, 860);
+    QTest::newRow("at the upper edge") << QByteArray("100 0 1000 640") << QSize(1000, 640);
+    QTest::newRow("at the lower edge") << QByteArray("100 300 1000 600") << QSize(1000, 600);
+}
+
+void TestRestart::aPlaceGivesWayToItsFrame() {
+    QFETCH(QByteArray, kept);
+    QFETCH(QSize, least);
+    keep(kept.constData());
     start();
-    APP_WAIT(m_app, QRect(QPoint(), AppDisplay::size).contains(place()));
+    APP_WAIT(m_app, !m_display.frameOf(m_app.window()).isNull());
+    APP_WAIT(m_app, screen.contains(placeWithFrame()));
+    QVERIFY(place().size().expandedTo(least) == place().size());
+}
+
+void TestRestart::aWindowThatNoScreenHoldsComesBackIntoView() {
+    keep("5000 4000 1000 640");
+    start();
+    APP_WAIT(m_app, screen.contains(placeWithFrame()));
     QCOMPARE(place().size(), QSize(1000, 640));
+}
+
+void TestRestart::aFirstWindowHasTheUsualSizeWhereThereIsRoom() {
+    AppDisplay wide(AppDisplay::Windows::free, QSize(1920, 1080));
+    AppHarness app(wide);
+    app.start();
+    APP_WAIT(app, wide.placeOf(app.window()).size() == QSize(1440, 900));
+    APP_WAIT(app, QRect(0, 0, 1920, 1080).contains(wide.placeOf(app.window()) + wide.frameOf(app.window())));
 }
 
 QTEST_GUILESS_MAIN(TestRestart)
