@@ -114,6 +114,22 @@ public:
     void moveTo(QPoint point); // pixels of the window
     void hold() { m_display.hold(); }
     void release() { m_display.release(); }
+    // Presses at a point of the window and pulls to another until the condition holds, by small steps about it. False
+    // if it never does. The button stays down.
+    template <typename Condition>
+    bool pull(QPoint from, QPoint to, Condition condition) {
+        constexpr int steps = 6;
+        moveTo(from);
+        hold();
+        int step = 0;
+        return QTest::qWaitFor(
+            [&] {
+                ++step;
+                moveTo(step < steps ? from + (to - from) * step / steps : to + QPoint(step % 2 * 3, 0));
+                return step >= steps && condition();
+            },
+            20'000);
+    }
     void press(const char* key) { m_display.press(QLatin1String(key)); }
     void type(const QString& text) { m_display.type(text); }
 

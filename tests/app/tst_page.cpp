@@ -1,45 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "AppFiles.h"
 #include "AppHarness.h"
+#include "AppNeighbour.h"
 
 #include <QtTest>
 
 using namespace lumbra;
-
-namespace {
-
-// The other program; see neighbour.cpp.
-class Neighbour {
-public:
-    Neighbour(const AppDisplay& display, const Location& file) {
-        auto environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("DISPLAY"), display.name());
-        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-        m_process.setProcessEnvironment(environment);
-        m_process.start(environment.value(QStringLiteral("LUMBRA_NEIGHBOUR")), {file.toString()});
-        if (!m_process.waitForStarted() || !QTest::qWaitFor([this] { return said("there"); }, 10'000))
-            qFatal("there is no other program");
-    }
-    ~Neighbour() {
-        m_process.terminate();
-        m_process.waitForFinished();
-    }
-
-    bool said(const QByteArray& line) {
-        m_process.waitForReadyRead(10);
-        m_output += m_process.readAllStandardOutput();
-        return m_output.split('\n').contains(line);
-    }
-
-    // Where it stands on the display, and so in a window that fills it.
-    static constexpr QPoint middle{1440 - 140, 900 - 120};
-
-private:
-    QProcess m_process;
-    QByteArray m_output;
-};
-
-} // namespace
 
 // The page of a folder by pointer and keys, with another program beside it.
 class TestPage : public QObject {
@@ -58,21 +24,6 @@ private:
     Location at(const char* relative) const { return m_app.library().child(std::string_view(relative)); }
     AppState::Item control(const char* name) { return m_app.state().control(QString::fromLatin1(name)); }
     AppState::Item tile(const char* path) { return m_app.state().tile(QString::fromLatin1(path)); }
-
-    // Presses at a point and pulls to another until the condition holds, by small steps about it.
-    template <typename Condition>
-    bool pull(QPoint from, QPoint to, Condition condition) {
-        m_app.moveTo(from);
-        m_app.hold();
-        int step = 0;
-        return QTest::qWaitFor(
-            [&] {
-                ++step;
-                m_app.moveTo(step < 6 ? from + (to - from) * step / 6 : to + QPoint(step % 2 * 3, 0));
-                return step >= 6 && condition();
-            },
-            20'000);
-    }
 
     AppDisplay m_display;
     AppHarness m_app{m_display};
@@ -124,9 +75,9 @@ void TestPage::typingFiltersThePage() {
 }
 
 void TestPage::aTileIsDraggedToAnotherProgram() {
-    Neighbour neighbour(m_display, {});
+    AppNeighbour neighbour(m_display, {});
     const QPoint from = m_app.settled().tile(QStringLiteral("site/b.png")).rect.center().toPoint();
-    QVERIFY(pull(from, Neighbour::middle, [&] { return neighbour.said("over"); }));
+    QVERIFY(m_app.pull(from, AppNeighbour::middle, [&] { return neighbour.said("over"); }));
     m_app.keepScreenshot(QStringLiteral("drag-out"));
     m_app.release();
     APP_WAIT(m_app, neighbour.said("dropped " + at("site/b.png").toUrl().toEncoded()));
@@ -140,9 +91,9 @@ void TestPage::aTileIsDraggedToAnotherProgram() {
 
 void TestPage::anotherProgramsFileIsDroppedOnAFolder() {
     const Location brought = m_app.home().path().child("desk/brought.png");
-    Neighbour neighbour(m_display, brought);
+    AppNeighbour neighbour(m_display, brought);
     const QPoint to = m_app.settled().tile(QStringLiteral("site/shots")).rect.center().toPoint();
-    QVERIFY(pull(Neighbour::middle, to, [&] { return control("moveHere").isThere(); }));
+    QVERIFY(m_app.pull(AppNeighbour::middle, to, [&] { return control("moveHere").isThere(); }));
     m_app.keepScreenshot(QStringLiteral("drop-on-folder"));
     m_app.release();
     APP_WAIT(m_app, at("site/shots/brought.png").exists());
@@ -152,10 +103,10 @@ void TestPage::anotherProgramsFileIsDroppedOnAFolder() {
 }
 
 void TestPage::anotherProgramsFileIsDroppedOnThePage() {
-    Neighbour neighbour(m_display, m_app.home().path().child("desk/brought.png"));
+    AppNeighbour neighbour(m_display, m_app.home().path().child("desk/brought.png"));
     const QRectF last = m_app.settled().tile(QStringLiteral("site/film.mp4")).rect;
     const QPoint to(int(last.center().x()), int(last.bottom()) + 150);
-    QVERIFY(pull(Neighbour::middle, to, [&] { return control("pageTargeted").isThere(); }));
+    QVERIFY(m_app.pull(AppNeighbour::middle, to, [&] { return control("pageTargeted").isThere(); }));
     m_app.keepScreenshot(QStringLiteral("drop-on-page"));
     m_app.release();
     APP_WAIT(m_app, tile("site/brought.png").hasPicture);

@@ -351,7 +351,7 @@ void tst_Sidebar::aStateThatNamesWhatIsNotThereShowsTheRest() {
                     "collapsed": false},
                    {"id": "6F9619FF-8B86-D011-B42D-00C04FC964F0", "name": "Empty", "projects": ["gone"], "color": 99,
                     "collapsed": true}],
-        "hidden": ["gone", "elks"], "colors": {"gone": 3, "dogs": -7}, "dismissed": ["gone"]})");
+        "hidden": ["nowhere", "elks"], "colors": {"gone": 3, "dogs": -7}, "dismissed": ["gone"]})");
     open();
     m_sidebar->setByActivity(false);
     QCOMPARE(rows().mid(3).join(text(", ")), text("Pinned, dogs, Projects, dogs, Pets, .cats"));
