@@ -95,7 +95,7 @@ Menu {
             enabled: false
             activeFocusOnTab: false
             implicitWidth: leftPadding + markWidth + measure + rightPadding
-            implicitHeight: words.height + Theme.gap
+            implicitHeight: words.height + Theme.grid
 
             contentItem: Item {
                 Label {

@@ -2,6 +2,8 @@
 #include "AccessibleStates.h"
 
 #include <QAccessible>
+#include <QMetaMethod>
+#include <QMetaProperty>
 #include <QPointer>
 #include <QQuickItem>
 
@@ -9,21 +11,56 @@ namespace lumbra::AccessibleStates {
 
 namespace {
 
-// Qt's own interface of a control, which it is for all but the state.
+constexpr const char* expandable = "expandable";
+constexpr const char* expanded = "expanded";
+
+void tell(QObject* item, const QAccessible::State& changed) {
+    QAccessibleStateChangeEvent event(item, changed);
+    QAccessible::updateAccessibility(&event);
+}
+
+bool isExpandable(const QObject* object) {
+    return object->isQuickItemType() && object->metaObject()->indexOfProperty(expandable) >= 0;
+}
+
+// Of a row; belongs to it.
+class Expansion : public QObject {
+    Q_OBJECT
+
+public:
+    explicit Expansion(QQuickItem* row) : QObject(row) {
+        const QMetaObject* const type = row->metaObject();
+        const QMetaProperty open = type->property(type->indexOfProperty(expanded));
+        connect(row, open.notifySignal(), this, metaObject()->method(metaObject()->indexOfSlot("changed()")));
+    }
+
+private Q_SLOTS:
+    void changed() {
+        QAccessible::State state;
+        state.expanded = true;
+        tell(parent(), state);
+    }
+};
+
+// Qt's own interface of a control or a row, which it is for all but the state.
 class Control : public QAccessibleInterface {
 public:
     Control(QAccessibleInterface* own, QQuickItem* item) : m_own(own), m_item(item) {
         QObject::connect(item, &QQuickItem::enabledChanged, item, [item] {
             QAccessible::State changed;
             changed.disabled = true;
-            QAccessibleStateChangeEvent event(item, changed);
-            QAccessible::updateAccessibility(&event);
+            tell(item, changed);
         });
+        if (isExpandable(item))
+            new Expansion(item);
     }
 
     QAccessible::State state() const override {
         QAccessible::State state = m_own->state();
         state.disabled = m_item && !m_item->isEnabled();
+        state.expandable = m_item && m_item->property(expandable).toBool();
+        state.expanded = state.expandable && m_item->property(expanded).toBool();
+        state.collapsed = state.expandable && !state.expanded;
         return state;
     }
 
@@ -58,7 +95,9 @@ private:
 
 QAccessibleInterface* made(const QString&, QObject* object) {
     static bool isAskingQt = false; // who is asked for an interface asks all that can make one, us too
-    if (isAskingQt || (!object->inherits("QQuickControl") && !object->inherits("QQuickTextInput")))
+    const bool isMeant =
+        object->inherits("QQuickControl") || object->inherits("QQuickTextInput") || isExpandable(object);
+    if (isAskingQt || !isMeant)
         return nullptr;
     isAskingQt = true;
     QAccessibleInterface* const own = QAccessible::queryAccessibleInterface(object);
@@ -73,3 +112,5 @@ void install() {
 }
 
 } // namespace lumbra::AccessibleStates
+
+#include "AccessibleStates.moc"

@@ -41,6 +41,7 @@ bool App::show() {
     m_browser = std::make_unique<Browser>(&library());
     m_commands = std::make_unique<BrowserCommands>(m_browser.get());
     m_sidebar = std::make_unique<Sidebar>(&library());
+    m_sidebar->setInsights(m_insights.get());
     m_door = std::make_unique<RoomDoor>(&library());
     connect(m_browser.get(), &Browser::selectedChanged, m_door.get(), [this] {
         if (const Assets selected = m_browser->selected(); !selected.isEmpty())

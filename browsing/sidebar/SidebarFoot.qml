@@ -46,7 +46,10 @@ Item {
         anchors.rightMargin: Theme.grid
         anchors.verticalCenter: parent.verticalCenter
 
-        Row {
+        Item {
+            width: parent.width
+            height: line.height
+
             Label {
                 id: line
                 objectName: "footer"
@@ -61,6 +64,7 @@ Item {
             }
             Label {
                 id: tail
+                x: line.contentWidth
                 style: Label.Fact
                 text: foot.sidebar.footer.tail
                 Accessible.ignored: true

@@ -20,6 +20,7 @@ private Q_SLOTS:
     void allElseIsAsBefore();
     void aControlIsFoundFromAboveAndBelow();
     void aControlThatGoesTakesItsInterfaceAlong();
+    void aRowSaysWhetherItIsOpen();
 
 private:
     static QAccessibleInterface* of(QmlWindow& window, const char* name) {
@@ -95,6 +96,19 @@ void tst_accessiblestates::aControlThatGoesTakesItsInterfaceAlong() {
     QVERIFY(QAccessible::accessibleInterface(id));
     window.root()->setProperty("there", false);
     QTRY_VERIFY(!QAccessible::accessibleInterface(id));
+}
+
+void tst_accessiblestates::aRowSaysWhetherItIsOpen() {
+    QmlWindow window("Item { objectName: 'row'; property bool expandable: true; property bool expanded: false\n"
+                     "Accessible.role: Accessible.TreeItem; Accessible.name: 'One' }");
+    QAccessibleInterface* const row = of(window, "row");
+    QCOMPARE(row->role(), QAccessible::TreeItem);
+    QCOMPARE(row->text(QAccessible::Name), QStringLiteral("One"));
+    QVERIFY(row->state().expandable && row->state().collapsed && !row->state().expanded);
+    window.find("row")->setProperty("expanded", true);
+    QVERIFY(row->state().expanded && !row->state().collapsed);
+    window.find("row")->setProperty("expandable", false);
+    QVERIFY(!row->state().expandable && !row->state().expanded && !row->state().collapsed);
 }
 
 QTEST_MAIN(tst_accessiblestates)
