@@ -49,7 +49,7 @@ public:
 using DocumentRows = QList<DocumentRow>;
 
 // Characters of one row at most.
-inline constexpr qsizetype longestRow = 4000;
+inline constexpr qsizetype longestRow = 2000;
 
 // Rows of one document at most; what follows is not shown.
 inline constexpr qsizetype mostRows = 100'000;

@@ -33,9 +33,9 @@ Item {
                                  : isTitle ? Theme.blockGap - Theme.grid : isCue ? Theme.gap : Theme.grid * 3
     readonly property bool isFigure: rowStyle === "picture" || rowStyle === "rule"
     readonly property bool isMarked: marked.x < marked.y
-    readonly property string styles: "<style>p { white-space: pre-wrap; -qt-line-height-type: fixed } b { font-weight: 600 } code { font-family: '"
-                                     + Theme.familyCode + "'; color: " + Theme.bars + " } a { color: " + Theme.amber
-                                     + "; text-decoration: none }</style>"
+    // Only for what needs them: they take longer to read than most rows.
+    readonly property string styles: "<style>b { font-weight: 600 } code { font-family: '" + Theme.familyCode + "'; color: " + Theme.bars
+                                     + " } a { color: " + Theme.amber + "; text-decoration: none }</style>"
 
     // The character before which a point of the row lies; a row of a table has a beginning and an end.
     function spotAt(x: real, y: real): int {
@@ -90,6 +90,7 @@ Item {
     component Words: TextEdit {
         property string words
         property int spacing: Theme.lineDocument // from line to line
+        readonly property bool needsStyles: row.isRich && words.includes("<")
         property point marked: row.marked
 
         function showMarked() {
@@ -104,7 +105,8 @@ Item {
         activeFocusOnPress: false
         persistentSelection: true
         textFormat: TextEdit.RichText
-        text: row.styles + "<p style='line-height: " + spacing + "px'>" + (row.isRich ? words : escaped(words)) + "</p>"
+        text: (needsStyles ? row.styles : "") + "<p style='white-space: pre-wrap; -qt-line-height-type: fixed; line-height: "
+              + spacing + "px'>" + (row.isRich ? words : row.escaped(words)) + "</p>"
         wrapMode: TextEdit.Wrap
         color: Theme.text
         selectedTextColor: color

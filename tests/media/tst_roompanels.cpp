@@ -8,6 +8,7 @@
 #include "support/TestPanels.h"
 
 #include <QClipboard>
+#include <QDesktopServices>
 #include <QGuiApplication>
 #include <QtTest>
 
@@ -56,6 +57,16 @@ constexpr char window[] = R"(
     })";
 
 } // namespace
+
+// What would open an address in another program.
+class Opener : public QObject {
+    Q_OBJECT
+
+public:
+    Q_INVOKABLE void open(const QUrl& url) { opened.append(url); }
+
+    QList<QUrl> opened;
+};
 
 class tst_RoomPanels : public QObject {
     Q_OBJECT
@@ -218,6 +229,23 @@ private Q_SLOTS:
         shown->click("drawerClose");
         QVERIFY(!in.room().showInfo());
         Actions::usePanels(nullptr);
+    }
+
+    void whatTheDrawerGivesToOtherProgramsIsClicked() {
+        Opener opener;
+        QDesktopServices::setUrlHandler(QStringLiteral("file"), &opener, "open");
+        OpenRoom in(m_home);
+        const Location file = in.file("a.txt");
+        in.open(file);
+        RoomPiece shown(in, drawer);
+        QCOMPARE(shown->value("action4", "text").toString(), QStringLiteral("Open in Default App"));
+        shown->click("action4");
+        QCOMPARE(opener.opened, QList<QUrl>{file.toUrl()});
+        QCOMPARE(shown->value("action2", "text").toString(), QStringLiteral("Show in Finder"));
+        shown->click("action2");
+        // No program for files runs here that could select it: its folder is opened.
+        QTRY_COMPARE(opener.opened.value(1).adjusted(QUrl::StripTrailingSlash), file.parent().toUrl());
+        QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
     }
 
     void theDrawersActionsAreReachedByKey() {
