@@ -141,6 +141,29 @@ Item {
         }
     }
 
+    ContextMenu {
+        enabled: view.selects
+        menu: Component {
+            Menu {
+                objectName: "documentMenu"
+
+                MenuItem {
+                    objectName: "documentCopy"
+                    text: "Copy"
+                    shortcutText: Shortcuts.text("Ctrl+C")
+                    enabled: view.shownStage?.hasSelection ?? false
+                    onTriggered: view.shownStage.copy()
+                }
+                MenuItem {
+                    objectName: "documentSelectAll"
+                    text: "Select All"
+                    shortcutText: Shortcuts.text("Ctrl+A")
+                    onTriggered: view.shownStage.selectAll()
+                }
+            }
+        }
+    }
+
     Shortcut { sequence: "PgDown"; enabled: view.scrolls; onActivated: view.shownStage.scrollBy(0.9) }
     Shortcut { sequence: "PgUp"; enabled: view.scrolls; onActivated: view.shownStage.scrollBy(-0.9) }
     Shortcut { sequence: "Home"; enabled: view.scrolls; onActivated: view.shownStage.scrollToEnd(false) }

@@ -113,6 +113,39 @@ private Q_SLOTS:
         QTRY_COMPARE(QGuiApplication::clipboard()->text().trimmed(), words);
     }
 
+    void aMenuCopiesAndSelects_data() {
+        QTest::addColumn<Location>("file");
+        QTest::addColumn<QString>("stage");
+        QTest::addColumn<QString>("words");
+        QTest::newRow("a text") << m_home.file("menu.txt", "one\ntwo\n") << "text"
+                                << "one\ntwo";
+        QTest::newRow("a table") << m_home.file("menu.csv", "a,b\n1,2\n") << "table"
+                                 << "a\tb\n1\t2";
+        QTest::newRow("pages") << PdfFiles::write(at("menu.pdf"), {{"The only line"}}) << "pages"
+                               << "The only line";
+    }
+    void aMenuCopiesAndSelects() {
+        QFETCH(Location, file);
+        QFETCH(QString, stage);
+        QFETCH(QString, words);
+        QuickLookWindow window(file);
+        QVERIFY(window.reaches(stage.toLatin1().constData()));
+        const auto choose = [&](const char* entry) {
+            QTest::mouseClick(window.window(), Qt::RightButton, Qt::NoModifier, QPoint(120, 100));
+            QTRY_VERIFY(window.value("documentMenu", "opened").toBool());
+            window.click(entry);
+            QTRY_VERIFY(!window.root()->findChild<QObject*>(QStringLiteral("documentMenu")));
+        };
+        QTest::mouseClick(window.window(), Qt::RightButton, Qt::NoModifier, QPoint(120, 100));
+        QTRY_VERIFY(window.value("documentMenu", "opened").toBool());
+        QVERIFY(!window.value("documentCopy", "enabled").toBool()); // there is nothing yet
+        window.press(Qt::Key_Escape);
+        QTRY_VERIFY(!window.root()->findChild<QObject*>(QStringLiteral("documentMenu")));
+        choose("documentSelectAll");
+        choose("documentCopy");
+        QTRY_COMPARE(QGuiApplication::clipboard()->text().trimmed(), words);
+    }
+
     void withNothingSelectedTheKeyIsTheRooms() {
         QuickLookWindow window(m_home.file("none.txt", "words\n"));
         const QPoint at = window.placeOf(QStringLiteral("words"));
