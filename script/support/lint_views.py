@@ -5,8 +5,8 @@ Left out is what qmllint 6.4 is wrong about, and no more:
 - It calls every id "unqualified" that is used inside of a Component or a delegate that lies within the id's own. Views can
   only say that they are bound there from Qt 6.5 on. Outside of its file, thus in an inline component, no id is to be used.
 - It takes Qt.callLater for a value, since the engine declares it as one.
-- It knows no whole numbers of 64 bits, which the engine hands to a view as numbers, no methods of lists and of urls, and
-  no sizes in whole pixels, to which the engine rounds those of a view.
+- It knows no whole numbers of 64 bits, which the engine hands to a view as numbers, no methods of lists and of urls,
+  nothing of Application.styleHints, and no sizes and points in whole pixels, to which the engine rounds those of a view.
 
 Nor are parts of a control to be without ids. An id has a part made even where a control that builds on this one replaces
 it, which ours do not, but for an entry of a menu; the sizes of parts, on the other hand, are seen everywhere.
@@ -25,7 +25,8 @@ QMLLINT = "/usr/lib/qt6/bin/qmllint"
 WRONG = re.compile(r'Property "callLater" is a QJSValue property'
                    r'|Type "qlonglong" of property'
                    r'|Property "\w+" not found on type "(?:QVariantList|QUrl)"'
-                   r'|Cannot assign binding of type QSizeF to QSize')
+                   r'|Cannot assign binding of type Q(Size|Point)F? to Q\1F?$'
+                   r'|Property "startDragDistance" not found on type "QObject"')
 
 
 def blank(match):
