@@ -56,6 +56,10 @@ Controls.ApplicationWindow {
         anchors.fill: parent
         z: 1
 
+        RoomRehearsal {
+            anchors.fill: parent
+            door: window.door
+        }
         Loader {
             id: room
             readonly property bool coversAll: window.door.open && item !== null && (item as Item).opacity === 1

@@ -154,6 +154,13 @@ void MpvHandle::start() {
     });
 }
 
+void MpvHandle::listen(Listener listener, std::function<void(bool)> started) {
+    m_listener = std::move(listener);
+    m_started = std::move(started);
+    if (m_state == State::running || m_state == State::absent)
+        m_started(m_state == State::running);
+}
+
 void MpvHandle::started() {
     m_state = m_mpv ? State::running : State::absent;
     if (m_state == State::absent)

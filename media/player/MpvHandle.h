@@ -35,7 +35,7 @@ public:
     using Options = QList<std::pair<QByteArray, QByteArray>>;
 
     // A player that has not been started. The options stand over those that every player has. Always made shared.
-    MpvHandle(Options options, Listener listener) : m_options(std::move(options)), m_listener(std::move(listener)) {}
+    explicit MpvHandle(Options options) : m_options(std::move(options)) {}
     ~MpvHandle();
     Q_DISABLE_COPY_MOVE(MpvHandle)
 
@@ -47,8 +47,9 @@ public:
     // There is no mpv on this machine, or it refuses to start; known some time after `start`. All requests are void.
     bool isAbsent() const { return m_state == State::absent; }
 
-    // Called once when the player runs, or with false when it turns out to be absent.
-    void setStarted(std::function<void(bool)> started) { m_started = std::move(started); }
+    // Who hears it from now on, and is called once when the player runs, or with false when it turns out to be absent:
+    // at once if that is known already.
+    void listen(Listener listener, std::function<void(bool)> started);
 
     // Nothing is told any more from now on; to be called by a listener that goes before the handle does.
     void fallSilent() {

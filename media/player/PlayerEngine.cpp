@@ -21,6 +21,9 @@ using namespace std::chrono_literals;
 
 constexpr auto tick = 33ms; // thirty a second
 
+// A surface in a window that is drawn comes several times sooner; one in a hidden window never does.
+constexpr auto surfaceWait = 400ms;
+
 // Positions are whole numbers of this part of a second, which all usual frame rates divide.
 constexpr double timescale = 600;
 
@@ -31,15 +34,23 @@ constexpr double jumpBack = 2;
 } // namespace
 
 PlayerEngine::PlayerEngine(Preferences& preferences, const MpvHandle::Options& options, QObject* parent)
-    : QObject(parent), m_preferences(preferences) {
+    : PlayerEngine(preferences, std::make_shared<MpvHandle>(options), parent) {}
+
+PlayerEngine::PlayerEngine(Preferences& preferences, std::shared_ptr<MpvHandle> mpv, QObject* parent)
+    : QObject(parent), m_preferences(preferences), m_mpv(std::move(mpv)) {
     m_loop = preferences.value(PreferenceKeys::playerLoop);
     const double volume = preferences.value(PreferenceKeys::playerVolume);
     m_volume = std::isfinite(volume) ? std::clamp(volume, 0.0, 1.0) : 1;
-    m_mpv = std::make_shared<MpvHandle>(options, [this](const mpv_event& event) { hear(event); });
-    m_mpv->setStarted([this](bool runs) { hearStart(runs); });
     m_surfaces = std::make_unique<SurfaceSwitch>(m_mpv);
+    m_mpv->listen([this](const mpv_event& event) { hear(event); }, [this](bool runs) { hearStart(runs); });
+    m_surfaceWait.setSingleShot(true);
+    m_surfaceWait.setInterval(surfaceWait);
+    connect(&m_surfaceWait, &QTimer::timeout, this, &PlayerEngine::openWhenSeen);
     // A film that stands makes no new picture by itself, and one that is being loaded may have spent its first.
     connect(m_surfaces.get(), &SurfaceSwitch::made, this, [this] {
+        m_surfaceWait.stop();
+        if (m_isHeldBack)
+            return openWhenSeen();
         if (m_url.isEmpty() || m_isPlaying)
             return;
         m_movements.seek(m_time, true);
@@ -72,7 +83,7 @@ void PlayerEngine::addSurface(VideoSurface* surface) {
 
 // A room that shows nothing but stills never needs a player.
 void PlayerEngine::start() {
-    if (m_mpv->isStarted())
+    if (std::exchange(m_isSetUp, true))
         return;
     m_mpv->start();
     m_mpv->set("volume", m_volume * 100);
@@ -90,10 +101,29 @@ MpvHandle::Then PlayerEngine::ofThisFile(MpvHandle::Then then) {
 
 void PlayerEngine::open() {
     m_movements.begin();
+    m_isHeldBack = m_surfaceWait.isActive();
+    if (!m_isHeldBack)
+        send();
+}
+
+void PlayerEngine::send() {
+    m_isFirst = !std::exchange(m_hasSent, true) && m_surfaces->isDrawn();
     m_mpv->load(m_url, ofThisFile([this](const MpvAnswer& answer) {
                     const mpv_node* const loaded = answer.node();
                     loaded ? void(m_file.entry = entryOf(*loaded)) : failed();
                 }));
+}
+
+void PlayerEngine::openWhenSeen() {
+    if (std::exchange(m_isHeldBack, false))
+        send();
+}
+
+void PlayerEngine::awaitSurface(bool awaited) {
+    if (awaited && !m_surfaces->isDrawn())
+        m_surfaceWait.start();
+    else
+        m_surfaceWait.stop();
 }
 
 void PlayerEngine::askForTime() {
@@ -109,6 +139,7 @@ void PlayerEngine::load(const Location& url, bool autoplay) {
     if (url == m_url)
         return;
     start();
+    m_isFirst = false;
     m_url = url;
     m_file = m_file.next();
     if (!autoplay)
@@ -132,6 +163,9 @@ void PlayerEngine::load(const Location& url, bool autoplay) {
 void PlayerEngine::stop() {
     setRate(0);
     m_mpv->command({"stop"});
+    m_surfaceWait.stop();
+    m_isHeldBack = false;
+    m_isFirst = false;
     m_url = Location();
     m_file = m_file.next();
     m_movements.reset();

@@ -56,6 +56,9 @@ public:
     // `options` stand over the player's own settings, by mpv's names.
     explicit PlayerEngine(Preferences& preferences = Preferences::shared(), const MpvHandle::Options& options = {},
                           QObject* parent = nullptr);
+
+    // With an mpv that nobody has used yet, started ahead or not.
+    PlayerEngine(Preferences& preferences, std::shared_ptr<MpvHandle> mpv, QObject* parent = nullptr);
     ~PlayerEngine() override;
 
     // Seconds. It follows thirty times a second while the file runs, and at once what is asked for.
@@ -117,6 +120,11 @@ public:
     // Loads a file, and plays it if wanted; otherwise it stands at its beginning. Does nothing at all when the file is
     // loaded already, even if it has ended.
     void load(const Location& url, bool autoplay);
+
+    // What is loaded next is a film for a surface: unless one draws already, it is opened only when one can, or after a
+    // moment in vain. An mpv that is given another output begins to decode all over again, which takes longer than the
+    // wait.
+    void awaitSurface(bool awaited);
     const Location& url() const { return m_url; }
 
     // At the speed, and from the beginning if it stands less than 0.05 seconds before its end.
@@ -154,6 +162,10 @@ public:
     // Whether what the player draws is to be seen, be it still the picture of the file before.
     bool hasPicture() const { return !m_url.isEmpty() && m_sight != Sight::nothing; }
 
+    // The first file of all was opened with a surface to draw on: whatever picture the player gives out is of that
+    // file.
+    bool isFirst() const { return m_isFirst && !m_file.hasFailed; }
+
     // A tag of the file whose picture it is; 0 while that is not certain.
     quint64 pictureOf() const { return hasPicture() && m_sight == Sight::itself ? m_file.number : 0; }
 
@@ -186,6 +198,8 @@ private:
     // An answer that is dropped when the file is no longer the same by then.
     MpvHandle::Then ofThisFile(MpvHandle::Then then);
     void open();
+    void send();
+    void openWhenSeen();
     void openAgain();
     void askForTime();
 
@@ -213,12 +227,17 @@ private:
     Location m_url;
     LoadedFile m_file;
     Sight m_sight = Sight::nothing;
+    bool m_isFirst = false;
+    bool m_hasSent = false; // a file to the player, ever
 
     double m_rate = 0;
     bool m_isBackward = false;
     Movements m_movements;
     QTimer m_clock; // asks for the position while it runs
     bool m_isTimeAsked = false;
+    QTimer m_surfaceWait;      // runs while a surface is awaited
+    bool m_isHeldBack = false; // the file is to be opened at the end of that
+    bool m_isSetUp = false;    // mpv knows what it is to play with
     std::function<void()> m_onEnd;
 
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(PlayerEngine, double, m_time, 0, &PlayerEngine::timeChanged)

@@ -32,6 +32,9 @@ public:
     // The one that draws, or is about to; null if none.
     VideoSurface* drawing() const { return m_drawing; }
 
+    // Whether it has a context to draw with.
+    bool isDrawn() const { return m_drawing && m_owner == m_drawing && !m_isTurningAway; }
+
     // The surfaces look at the player again.
     void update() const;
 

@@ -74,6 +74,7 @@ void VideoRenderer::synchronize(QQuickFramebufferObject* item) {
     m_counts = surface->counts();
     m_draws = player && surface->draws();
     m_hasPicture = player && player->hasPicture();
+    m_isFirst = player && player->isFirst();
     m_file = player ? player->pictureOf() : 0;
     m_holds = surface->holds();
     m_videoSize = player ? player->videoSize() : QSizeF();
@@ -81,6 +82,11 @@ void VideoRenderer::synchronize(QQuickFramebufferObject* item) {
         return;
     m_switch = &player->surfaces();
     m_mpv = player->mpv();
+    // As early as can be: the film is opened when this is done.
+    if (m_draws) {
+        makeContext();
+        QQuickOpenGLUtils::resetOpenGLState();
+    }
 }
 
 void VideoRenderer::render() {
@@ -89,13 +95,21 @@ void VideoRenderer::render() {
     else if (!m_context)
         makeContext();
     m_window->beginExternalCommands();
-    if (m_context && m_hasPicture)
+    if (isShown())
         draw();
     else if (!m_holds || m_isBlank)
         clear();
     m_isBlank = false;
     QQuickOpenGLUtils::resetOpenGLState();
     m_window->endExternalCommands();
+}
+
+// The first film's picture is drawn before the player has said whose it is, as soon as there is one.
+bool VideoRenderer::isShown() {
+    if (!m_context || m_hasPicture || !m_isFirst)
+        return m_context && m_hasPicture;
+    m_isThere = m_isThere || (m_library->render_context_update(m_context) & MPV_RENDER_UPDATE_FRAME) != 0;
+    return m_isThere;
 }
 
 void VideoRenderer::makeContext() {
@@ -139,6 +153,7 @@ void VideoRenderer::freeContext() {
     m_library->render_context_set_update_callback(m_context, nullptr, nullptr);
     m_library->render_context_free(std::exchange(m_context, nullptr));
     m_bell.reset();
+    m_isThere = false;
     Tasks::postToMain([to = m_switch, surface = m_address] {
         if (to)
             to->contextFreed(surface);

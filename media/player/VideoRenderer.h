@@ -31,6 +31,7 @@ public:
 private:
     struct Bell;
 
+    bool isShown();
     void makeContext();
     void freeContext();
     void draw();
@@ -49,6 +50,8 @@ private:
     std::shared_ptr<VideoSurface::Counts> m_counts;
     bool m_draws = false;
     bool m_hasPicture = false;
+    bool m_isFirst = false; // whatever picture comes is to be shown
+    bool m_isThere = false; // that has come
     bool m_holds = false;
     bool m_isBlank = true; // what the frame buffer holds is nobody's
     quint64 m_file = 0;    // whose picture it is; 0 while that is not certain

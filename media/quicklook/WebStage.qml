@@ -12,17 +12,19 @@ Item {
     property color paper: Theme.clear
     property int version: 0 // another one loads the page anew
     property bool steady: false // what was shown of the page stays until then
+    property bool film: false // the page plays one, and is shown once that has a picture
 
-    readonly property bool shown: view !== null && view.shown && !failed
-    readonly property bool failed: isMissing || (view !== null && view.crashed)
+    readonly property bool shown: (webPage?.shown ?? false) && !failed
+    readonly property bool failed: isMissing || (webPage?.crashed ?? false)
     property Item view: null
+    readonly property var webPage: view // as what it is: its type's name would load the web engine with this view
     property bool isMissing: false
 
     // What must be done right before a page is loaded.
     signal opening()
 
-    function scrollBy(parts: real) { if (view) view.scrollBy(parts) }
-    function scrollToEnd(end: bool) { if (view) view.scrollToEnd(end) }
+    function scrollBy(parts: real) { webPage?.scrollBy(parts) }
+    function scrollToEnd(end: bool) { webPage?.scrollToEnd(end) }
 
     function load() {
         if (page.toString() === "") {
@@ -37,7 +39,7 @@ Item {
             view.anchors.fill = stage
         }
         opening()
-        view.open(page, folder, paper, steady)
+        view.open(page, folder, paper, steady, film)
     }
 
     function leave() {

@@ -26,6 +26,7 @@ Item {
         anchors.fill: parent
         page: videoPage.url
         folder: "file:///"
+        film: true
         onOpening: videoPage.write()
     }
     EmptyState {

@@ -8,6 +8,7 @@
 #include "ScreeningRoom.h"
 
 #include <QObject>
+#include <QTimer>
 #include <QtQml/qqmlregistration.h>
 
 #include <memory>
@@ -23,6 +24,7 @@ class RoomDoor : public QObject {
 
     Q_PROPERTY(lumbra::ScreeningRoom* room READ room NOTIFY roomChanged)
     Q_PROPERTY(bool open READ isOpen NOTIFY openChanged)
+    Q_PROPERTY(lumbra::ScreeningRoom* rehearsal READ rehearsal NOTIFY rehearsalChanged)
 
 public:
     // The library must outlive it, as must what the options point to.
@@ -35,8 +37,17 @@ public:
     // Something plays.
     bool isOpen() const { return m_library->playing().has_value(); }
 
-    // What may be opened next, as far as one can tell: gets ready what takes long the first time.
+    // What may be opened next, as far as one can tell: gets ready what takes long to make. An mpv that plays nothing
+    // costs no time.
     void expect(const Asset& asset);
+
+    // The player of the next room; null while no film or sound is expected.
+    const std::shared_ptr<MpvHandle>& readyPlayer() const { return m_options.mpv; }
+
+    // A room that never opens, to be drawn once unseen: what its first drawing takes, the first film need not wait for.
+    // Once in the life of the door, soon after a film or a sound was expected; otherwise null.
+    ScreeningRoom* rehearsal() const { return m_rehearsal.get(); }
+    Q_INVOKABLE void rehearsed();
 
     // The view can no longer be seen; does nothing if the room has been opened again meanwhile.
     Q_INVOKABLE void faded();
@@ -44,16 +55,21 @@ public:
 Q_SIGNALS:
     void roomChanged();
     void openChanged();
+    void rehearsalChanged();
 
 private:
     void follow();
+    void getReady();
+    void rehearse();
 
     Library* const m_library;
-    const RoomOptions m_options;
+    RoomOptions m_options; // with the player of the next room, once there is reason to expect one
     std::unique_ptr<ScreeningRoom> m_room;
     std::unique_ptr<Mpris> m_mpris; // dies before the room
+    std::unique_ptr<ScreeningRoom> m_rehearsal;
+    QTimer m_rehearsalDue;
+    bool m_hasOpened = false; // or has been rehearsed
     bool m_wasOpen = false;
-    bool m_isReady = false; // for films and sounds
 };
 
 } // namespace lumbra

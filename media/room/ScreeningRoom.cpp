@@ -40,7 +40,8 @@ ScreeningRoom::ScreeningRoom(Library* library, const RoomOptions& options, QObje
       m_library(library),
       m_preferences(*options.preferences),
       m_clock(options.clock),
-      m_engine(std::make_unique<PlayerEngine>(*options.preferences, options.player)),
+      m_engine(std::make_unique<PlayerEngine>(*options.preferences,
+                                              options.mpv ? options.mpv : std::make_shared<MpvHandle>(options.player))),
       m_stills(*options.reader) {
     m_idleness.setInterval(idlenessTick);
     readSettings();
@@ -59,7 +60,7 @@ void ScreeningRoom::follow() {
     connect(&m_idleness, &QTimer::timeout, this, &ScreeningRoom::hideIfIdle);
     for (const auto changed : {&PlayerEngine::durationChanged, &PlayerEngine::videoSizeChanged})
         connect(m_engine.get(), changed, this, &ScreeningRoom::describe);
-    for (const auto changed : {&PlayerEngine::durationChanged, &PlayerEngine::isPlayingChanged})
+    for (const auto changed : {&PlayerEngine::timeChanged, &PlayerEngine::isPlayingChanged})
         connect(m_engine.get(), changed, this, &ScreeningRoom::followPlayer);
     connect(m_engine.get(), &PlayerEngine::glowFrameChanged, this, &ScreeningRoom::light);
     connect(this, &ScreeningRoom::chromeChanged, this, &ScreeningRoom::followPlayer);
@@ -127,6 +128,7 @@ void ScreeningRoom::load() {
             if (m_autoplayNext)
                 advanceAfterEnd();
         });
+        m_engine->awaitSurface(m_asset.kind == AssetKind::video);
         m_engine->load(m_asset.url, true);
     } else {
         m_engine->stop();
@@ -192,6 +194,12 @@ void ScreeningRoom::setStagePixels(const QSize& size) {
         return;
     m_stills.setBox(size);
     Q_EMIT stagePixelsChanged();
+}
+
+void ScreeningRoom::rehearse(const Asset& asset) {
+    m_asset = asset;
+    Q_EMIT assetChanged();
+    describe();
 }
 
 // The walk
@@ -301,7 +309,7 @@ void ScreeningRoom::hideIfIdle() {
 // Whatever waits for the player, or on it.
 void ScreeningRoom::followPlayer() {
     const bool runs = m_open && m_engine->isPlaying();
-    m_stills.setHeldBack(runs && m_engine->duration() <= 0);
+    m_stills.setHeldBack(runs && m_engine->time() <= 0);
     const bool mayHide = runs && m_chrome;
     if (mayHide != m_idleness.isActive())
         mayHide ? m_idleness.start() : m_idleness.stop();

@@ -31,7 +31,8 @@ namespace lumbra {
 struct RoomOptions {
     Preferences* preferences = &Preferences::shared();
     Reader* reader = &Reader::shared();
-    MpvHandle::Options player = {}; // stand over the player's own settings
+    MpvHandle::Options player = {};      // stand over the player's own settings
+    std::shared_ptr<MpvHandle> mpv = {}; // started ahead with them; if null, the room starts its own when it needs one
     std::function<Date()> clock = &Date::now;
 };
 
@@ -82,7 +83,8 @@ class ScreeningRoom : public QObject {
     Q_PROPERTY(bool focused READ focused WRITE setFocused NOTIFY focusedChanged BINDABLE bindableFocused)
 
 public:
-    // The library must play something, and outlive it, as must what the options point to.
+    // The library must play something, unless this is but a rehearsal, and outlive it, as must what the options point
+    // to.
     explicit ScreeningRoom(Library* library, const RoomOptions& options = {}, QObject* parent = nullptr);
     ~ScreeningRoom() override;
 
@@ -191,6 +193,9 @@ public:
     bool focused() const { return m_focused; }
     QBindable<bool> bindableFocused() const { return &m_focused; }
     void setFocused(bool focused) { m_focused = focused; }
+
+    // Of a room that is not open: has the stage and the controls of this file, which is not touched.
+    void rehearse(const Asset& asset);
 
     // To another entry of the order, counted from this one; nothing where there is none.
     Q_INVOKABLE void go(int delta);

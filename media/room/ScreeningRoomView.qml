@@ -12,9 +12,13 @@ FocusScope {
 
     required property ScreeningRoom room
 
+    // To be drawn, but not to be seen.
+    property bool rehearses: false
+
     // Once it can no longer be seen.
     signal faded()
 
+    readonly property real unseen: 0.001
     readonly property int focusAgain: 300 // milliseconds; by then the window has given its own focus away
     // In the smallest window what the capsule and the panel leave is shared out beside and between them.
     readonly property int narrowest: 560 // of the capsule
@@ -61,7 +65,7 @@ FocusScope {
     onActiveFocusChanged: room.focused = activeFocus
 
     Component.onCompleted: {
-        opacity = Qt.binding(() => room.open ? 1 : 0)
+        opacity = Qt.binding(() => room.open ? 1 : rehearses ? unseen : 0)
         takeFocus()
     }
     onOpacityChanged: if (opacity === 0 && !room.open) faded()
@@ -170,9 +174,19 @@ FocusScope {
         Loader {
             anchors.fill: picturePlace
             active: view.room.stage === "web"
-            sourceComponent: WebVideoView {
-                path: view.room.url
-                autoplay: true
+            sourceComponent: Item {
+                StagePicture {
+                    objectName: "webPoster"
+                    anchors.fill: parent
+                    visible: !film.shown && !film.failed
+                    poster: view.room.poster
+                }
+                WebVideoView {
+                    id: film
+                    anchors.fill: parent
+                    path: view.room.url
+                    autoplay: true
+                }
             }
         }
         Loader {

@@ -41,6 +41,8 @@ void Scrubber::setEngine(PlayerEngine* engine) {
     m_engine = engine;
     if (engine) {
         connect(engine, &PlayerEngine::timeChanged, this, &Scrubber::playheadChanged);
+        for (const auto changed : {&PlayerEngine::timeChanged, &PlayerEngine::isPlayingChanged})
+            connect(engine, changed, this, &Scrubber::askForTrack);
         connect(engine, &PlayerEngine::durationChanged, this, [this] {
             Q_EMIT playheadChanged();
             Q_EMIT hoverChanged();
@@ -69,6 +71,16 @@ void Scrubber::fillTrack() {
     m_bars.clear();
     m_request = {};
     Q_EMIT trackChanged();
+    m_isTrackDue = true;
+    // In the next turn: a view names the player after the file.
+    QMetaObject::invokeMethod(this, &Scrubber::askForTrack, Qt::QueuedConnection);
+}
+
+// A film that is being opened needs the machine for its first picture.
+void Scrubber::askForTrack() {
+    const bool isOpening = m_engine && m_engine->isPlaying() && m_engine->time() <= 0;
+    if (isOpening || !std::exchange(m_isTrackDue, false))
+        return;
     if (m_asset.kind == AssetKind::video) {
         m_request = Frames::shared().stripFor(m_asset, frames, largestFrame, this, [this](const QList<QImage>& strip) {
             m_strip = strip;

@@ -119,6 +119,7 @@ private:
     double hoverPoint() const { return m_hoverX.value_or(0); }
     double timeAt(double x) const;
     void fillTrack();
+    void askForTrack();
     void setDragging(bool dragging);
     void followPointer();
     void askForPreview();
@@ -132,6 +133,7 @@ private:
     QList<float> m_bars;
     MediaRequest m_request; // for one of the two
     bool m_dragging = false;
+    bool m_isTrackDue = false; // is to be asked for yet
     double m_dragX = 0;
     std::optional<double> m_hoverX;
     std::optional<qint64> m_quarter; // of a second, that a frame was or is about to be sought for

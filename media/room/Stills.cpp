@@ -26,8 +26,8 @@ void Stills::setBox(const QSize& box) {
 }
 
 void Stills::setHeldBack(bool heldBack) {
-    m_isHeldBack = heldBack;
-    makeNext();
+    if (std::exchange(m_isHeldBack, heldBack) != heldBack)
+        makeNext();
 }
 
 void Stills::want(const std::optional<Asset>& shown, const Assets& neighbours) {

@@ -451,6 +451,42 @@ private Q_SLOTS:
         QTRY_VERIFY(!watched);
     }
 
+    void theDoorHasAPlayerReadyForTheFilmThatIsExpected() {
+        Room room;
+        room.picture("p/a.png");
+        room.clip("p/b.mp4");
+        room.openLibrary();
+        RoomDoor door(room.library.get(), Room::optionsFor(room));
+        door.expect(room.asset("p/a.png"));
+        QVERIFY(!door.readyPlayer()); // a picture needs none
+        door.expect(room.asset("p/b.mp4"));
+        const std::shared_ptr<MpvHandle> ready = door.readyPlayer();
+        QVERIFY(ready && ready->isStarted());
+        door.expect(room.asset("p/b.mp4"));
+        QCOMPARE(door.readyPlayer(), ready);
+        room.play("p/b.mp4", {"p/b.mp4"});
+        QCOMPARE(door.room()->engine()->mpv(), ready);
+        QVERIFY(!door.readyPlayer());
+        QTRY_VERIFY(door.room()->engine()->time() > 0);
+        // The room takes its player along when it goes, and another stands ready for the next one.
+        door.room()->close();
+        door.faded();
+        QVERIFY(door.readyPlayer() && door.readyPlayer() != ready);
+        room.play("p/b.mp4", {"p/b.mp4"});
+        QTRY_VERIFY(door.room()->engine()->time() > 0);
+    }
+
+    void aRoomOfStillsLeavesNoPlayerBehind() {
+        Room room;
+        room.picture("p/a.png");
+        room.openLibrary();
+        RoomDoor door(room.library.get(), Room::optionsFor(room));
+        room.play("p/a.png", {"p/a.png"});
+        door.room()->close();
+        door.faded();
+        QVERIFY(!door.readyPlayer());
+    }
+
     void anImageComesBackWhenTheRoomIsOpenedAgainBeforeItHasFaded() {
         Room room;
         room.picture("p/a.png");
@@ -480,6 +516,30 @@ private Q_SLOTS:
         screening.go(-1);
         QCOMPARE(screening.name(), named("a.png"));
         screening.close();
+        QVERIFY(!room.library->playing());
+    }
+
+    void entriesThatAreGoneAreEmptyStagesThatTheArrowsLeave_data() {
+        QTest::addColumn<QByteArray>("gone");
+        for (const char* const gone : {"p/gone.png", "p/gone.mp4", "p/gone.webm", "p/gone.wav", "p/gone.pdf"})
+            QTest::newRow(gone) << QByteArray(gone);
+    }
+    void entriesThatAreGoneAreEmptyStagesThatTheArrowsLeave() {
+        QFETCH(QByteArray, gone);
+        Room room;
+        room.picture("p/a.png");
+        room.picture("p/b.png", Qt::blue);
+        ScreeningRoom& screening = room.open("p/a.png", {"p/a.png", gone.constData(), "p/b.png"});
+        QTRY_VERIFY(!screening.stillImage().isNull());
+        screening.go(1);
+        QCOMPARE(screening.path(), room.path(gone.constData()));
+        QVERIFY(screening.stillImage().isNull());
+        QTRY_VERIFY(!screening.engine()->isPlaying());
+        QVERIFY(!room.library->lastError());
+        QVERIFY(screening.handle(Qt::Key_Down, Qt::NoModifier, QString()));
+        QTRY_VERIFY(!screening.stillImage().isNull());
+        QCOMPARE(screening.stillImage().pixelColor(1, 1), QColor(Qt::blue));
+        QVERIFY(screening.handle(Qt::Key_Escape, Qt::NoModifier, named("\x1b")));
         QVERIFY(!room.library->playing());
     }
 

@@ -91,6 +91,23 @@ private Q_SLOTS:
         QVERIFY(scrubber.strip().isEmpty());
     }
 
+    void theTrackWaitsForTheFilmThatIsBeingOpened() {
+        Player player;
+        Scrubber scrubber;
+        scrubber.setAsset(assetOf(Clips::clip("long.mp4"))); // from now on its frames are at hand
+        QTRY_COMPARE_WITH_TIMEOUT(scrubber.strip().size(), 12, 20'000);
+        scrubber.setAsset({});
+        scrubber.setEngine(&player.engine);
+        player.engine.awaitSurface(true);
+        player.engine.load(Clips::clip("long.mp4"), true);
+        scrubber.setAsset(assetOf(Clips::clip("long.mp4")));
+        QCoreApplication::sendPostedEvents();
+        QVERIFY(player.engine.time() <= 0);
+        QVERIFY(scrubber.strip().isEmpty());
+        QTRY_COMPARE_WITH_TIMEOUT(scrubber.strip().size(), 12, 20'000);
+        QVERIFY(player.engine.time() > 0);
+    }
+
     void aStarLeavesTheTrackAlone() {
         Scrubber scrubber;
         Asset asset = assetOf(Clips::clip("long.mp4"));

@@ -123,6 +123,37 @@ private Q_SLOTS:
         QTRY_VERIFY(!isNear(stage.at(0.5, 0.25), Qt::red));
     }
 
+    void aFilmThatAwaitsItsSurfaceIsShownThere() {
+        Player player;
+        player.engine.awaitSurface(true);
+        player.engine.load(Clips::clip("halves.mp4"), true);
+        QVERIFY(player.engine.isPlaying());
+        Stage stage(player.engine);
+        QTRY_VERIFY(isNear(stage.at(0.5, 0.25), Qt::red));
+        QCOMPARE(player.value("current-vo"), "libmpv");
+        QTRY_VERIFY(player.engine.duration() > 0);
+    }
+
+    void aFilmThatAwaitsASurfaceInVainIsOpenedAllTheSame() {
+        Player player;
+        player.engine.awaitSurface(true);
+        player.engine.load(Clips::clip("halves.mp4"), false);
+        player.engine.seek(0.5, true); // it is made up for
+        QTRY_VERIFY(player.engine.duration() > 0);
+        QVERIFY(player.settlesAt(0.5));
+    }
+
+    void aFilmThatIsUnloadedWhileItAwaitsItsSurfaceStaysAway() {
+        Player player;
+        player.engine.awaitSurface(true);
+        player.engine.load(Clips::clip("halves.mp4"), true);
+        player.engine.stop();
+        Stage stage(player.engine);
+        QTRY_VERIFY(player.engine.surfaces().isDrawn());
+        QCOMPARE(player.value("path"), "");
+        QVERIFY(!player.engine.isPlaying());
+    }
+
     void nothingIsShownAfterAStopAndTheGlowStays() {
         Player player;
         Stage stage(player.engine);

@@ -1,21 +1,16 @@
 // Films and pages in the web view: what plays, what stays out of reach, and what becomes of a crash.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "RoomWindow.h"
 #include "media/quicklook/WebVideoPage.h"
 #include "platform/TemporaryFolder.h"
-#include "support/Clips.h"
-#include "support/QmlWindow.h"
-#include "support/TestHome.h"
 
-#include <QFile>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QtTest>
 
 #include <signal.h>
 #include <unistd.h>
-
-Q_IMPORT_QML_PLUGIN(Lumbra_MediaPlugin)
 
 using namespace lumbra;
 
@@ -91,6 +86,53 @@ private Q_SLOTS:
         QmlWindow window(film, imports, {{QStringLiteral("file"), file.toUrl()}});
         QTRY_VERIFY_WITH_TIMEOUT(shows(window), 20'000);
         QTRY_VERIFY_WITH_TIMEOUT(movesAt(window), 20'000);
+    }
+
+    void aFilmIsShownOnceItHasAPicture() {
+        QmlWindow window(film, imports, {{QStringLiteral("file"), Clips::clip("vp9.webm").toUrl()}});
+        QTRY_VERIFY_WITH_TIMEOUT(shows(window), 20'000);
+        const QColor first = window->grabWindow().pixelColor(300, 200);
+        QVERIFY2(!isNear(first, Qt::green), qPrintable(first.name()));
+    }
+
+    void whatNothingCanPlayIsShownAsItIs() {
+        const Location broken = m_home.file("broken.webm", "no film");
+        QmlWindow window(film, imports, {{QStringLiteral("file"), broken.toUrl()}});
+        QTRY_VERIFY_WITH_TIMEOUT(shows(window), 20'000);
+    }
+
+    void inTheRoomAPosterStandsUntilTheFilmHasAPicture() {
+        Room room;
+        room.clip("p/a.webm", "vp9.webm");
+        room.picture("p/b.png");
+        room.open("p/a.webm", {"p/a.webm", "p/b.png"});
+        RoomWindow window(room);
+        auto* const poster = window.window.find<QQuickItem>("webPoster");
+        auto* const stage = window.window.find("webStage");
+        QCOMPARE(poster->isVisible(), !stage->property("shown").toBool());
+        QTRY_VERIFY_WITH_TIMEOUT(stage->property("shown").toBool(), 20'000);
+        QVERIFY(!poster->isVisible());
+    }
+
+    void aCrashLeavesTheRoomAndItsKeys() {
+        Room room;
+        room.clip("p/a.webm", "vp9.webm");
+        room.picture("p/b.png");
+        room.open("p/a.webm", {"p/a.webm", "p/b.png"});
+        RoomWindow window(room);
+        auto* const stage = window.window.find("webStage");
+        QTRY_VERIFY_WITH_TIMEOUT(stage->property("shown").toBool(), 20'000);
+        const qint64 process = stage->property("view").value<QQuickItem*>()->property("renderProcessPid").toLongLong();
+        QVERIFY(process > 0);
+        QCOMPARE(::kill(pid_t(process), SIGKILL), 0);
+        QTRY_VERIFY(window.window.find<QQuickItem>("webFailure")->isVisible());
+        QVERIFY(!window.window.find<QQuickItem>("webPoster")->isVisible());
+        window.window.press(Qt::Key_Down);
+        QTRY_VERIFY(!room.room->stillImage().isNull());
+        window.window.press(Qt::Key_Up);
+        QTRY_VERIFY_WITH_TIMEOUT(window.window.find("webStage")->property("shown").toBool(), 20'000);
+        window.window.press(Qt::Key_Escape);
+        QVERIFY(!room.library->playing());
     }
 
     void whatStandsBehindShowsThrough() {
