@@ -87,6 +87,8 @@ Item {
         }
 
         delegate: Label {
+            id: cellLabel
+
             required property string cell
             required property int column
             required property int row
@@ -104,6 +106,11 @@ Item {
                 z: -1
                 visible: parent.marked
                 color: Theme.amberSelection
+            }
+            Loader {
+                anchors.fill: parent
+                active: cellLabel.truncated
+                sourceComponent: Hint { text: cellLabel.text }
             }
         }
 

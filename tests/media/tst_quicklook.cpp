@@ -213,6 +213,15 @@ private Q_SLOTS:
         QVERIFY(window.says(QStringLiteral("column 59")));
     }
 
+    void aCellThatIsCutOffTellsAllOfIt() {
+        const QByteArray cell = QByteArray("a cell of many words ").repeated(6).trimmed();
+        QuickLookWindow window(m_home.file("cut.csv", "a,b\n1," + cell + "\n"));
+        QVERIFY(window.reaches("table"));
+        QVERIFY(window.says(QString::fromLatin1(cell)));
+        QTest::mouseMove(window.window(), QPoint(300, 45));
+        QTRY_COMPARE(window.words().count(QString::fromLatin1(cell)), 2); // in its place and in the tool tip
+    }
+
     void subtitlesAreShownWithTheirTimes() {
         QuickLookWindow window(m_home.file("a.srt", "1\n00:00:01,000 --> 00:00:02,000\nHello there\n"));
         QVERIFY(window.reaches("text"));
