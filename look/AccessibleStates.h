@@ -1,5 +1,5 @@
-// Tells assistive technology which controls can't be used right now, and which rows are open. Qt 6.4 keeps that to itself
-// for everything in Qt Quick: a screen reader would offer a button that does nothing.
+// Tells assistive technology which controls can't be used right now, and which rows are open. Qt 6.4 keeps that to
+// itself for everything in Qt Quick: a screen reader would offer a button that does nothing.
 //
 // A row that can be opened is an item with the properties `expandable` and `expanded`.
 //

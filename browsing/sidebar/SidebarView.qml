@@ -51,17 +51,30 @@ Rectangle {
             go(row)
         }
 
+        property bool following: false // the keyboard, until the view is moved in another way
+
+        function reach() {
+            if (following && !scrolling.running)
+                positionViewAtIndex(currentIndex, ListView.Contain)
+        }
+
         // The view follows the keyboard, and only the keyboard: rows that come and go must not scroll it.
         function go(row: int) {
             if (row < 0)
                 return
             currentIndex = row
+            following = true
             scrolling.stop()
             scrolling.from = contentY
             positionViewAtIndex(row, ListView.Contain)
             scrolling.to = contentY
             scrolling.start()
         }
+
+        // Where a row far away stands is an estimate until the rows about it have been laid out.
+        onOriginYChanged: Qt.callLater(reach)
+        onContentHeightChanged: Qt.callLater(reach)
+        onMovementStarted: following = false
 
         anchors.top: top.bottom
         anchors.bottom: foot.top
@@ -75,13 +88,14 @@ Rectangle {
         highlightFollowsCurrentItem: false
         activeFocusOnTab: true
         currentIndex: -1
-        ScrollBar.vertical: ScrollBar {}
+        ScrollBar.vertical: ScrollBar { onPressedChanged: list.following = false }
 
         NumberAnimation on contentY {
             id: scrolling
             running: false
             duration: Theme.scroll
             easing.type: Theme.easeOut
+            onFinished: list.reach()
         }
 
         Accessible.role: Accessible.Tree
@@ -132,6 +146,7 @@ Rectangle {
             repeat: true
             running: pace !== 0
             onTriggered: {
+                list.following = false
                 const last = Math.max(0, list.contentHeight + list.bottomMargin - list.height)
                 list.contentY = list.originY + Math.max(0, Math.min(last, list.contentY - list.originY + pace))
             }

@@ -23,6 +23,7 @@ private Q_SLOTS:
     void escapeGivesADragUp();
     void aDragShowsWhatItCarriesAndWhereItMayLand();
     void theWheelScrollsAndTheMouseDoesNot();
+    void theKeyboardReachesTheEndOfALongList();
     void aRightClickOpensTheMenuOfTheRow();
     void theMenuKeyOpensTheMenuOfTheRow();
     void theRowUnderThePointerOffersItsMenu();
@@ -173,6 +174,34 @@ void tst_SidebarView::theWheelScrollsAndTheMouseDoesNot() {
                      Qt::NoScrollPhase, false);
     QCoreApplication::sendEvent(m_window->window(), &turn);
     QTRY_VERIFY(scrolled() > 0);
+}
+
+void tst_SidebarView::theKeyboardReachesTheEndOfALongList() {
+    for (int number = 100; number < 300; ++number)
+        folder("a-project " + std::to_string(number));
+    folder("a-last");
+    open(400);
+    m_sidebar->setByActivity(false);
+    QTRY_VERIFY(row("a-project 299") > 200);
+    list()->forceActiveFocus(Qt::TabFocusReason);
+    const auto isWhole = [this] {
+        const QQuickItem* const current = m_window->window()->activeFocusItem();
+        const QRectF place = current->mapRectToItem(list(), current->boundingRect());
+        return place.height() > 0 && QRectF(0, 0, list()->width(), list()->height()).contains(place);
+    };
+    press(Qt::Key_End);
+    QCOMPARE(list()->property("currentIndex").toInt(), row("a-project 299"));
+    QTRY_VERIFY(isWhole());
+    // The wheel leaves it behind, and nothing brings the view back to it but a key.
+    QWheelEvent turn(QPointF(100, 200), QPointF(100, 200), {}, QPoint(0, 2400), Qt::NoButton, Qt::NoModifier,
+                     Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(m_window->window(), &turn);
+    QTRY_VERIFY(!isWhole());
+    QTRY_VERIFY(!list()->property("moving").toBool());
+    QVERIFY(!isWhole());
+    press(Qt::Key_Home);
+    QTRY_VERIFY(isWhole());
+    m_sidebar->setByActivity(true);
 }
 
 void tst_SidebarView::aRightClickOpensTheMenuOfTheRow() {
