@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "MpvHandle.h"
 
+#include "GraphicsHardware.h"
 #include "MediaStream.h"
 #include "MpvAnswers.h"
 #include "MpvLibrary.h"
@@ -48,9 +49,9 @@ constexpr std::pair<const char*, const char*> settings[] = {
     // Its last picture stays, and the next file comes on demand.
     {"idle", "yes"},
     {"keep-open", "yes"},
-    {"hwdec", "auto-safe"},
     {"hr-seek-framedrop", "yes"},
-    // PipeWire, PulseAudio or ALSA, whichever is there; films go on in silence where none is.
+    // Whichever is there, in this order, then whatever else this mpv knows; films go on in silence where none is.
+    {"ao", "pipewire,pulse,alsa,"},
     {"audio-fallback-to-null", "yes"},
     {"audio-client-name", "Lumbra"},
     {"volume-max", "100"},
@@ -107,6 +108,7 @@ mpv_handle* makePlayer(const MpvLibrary& library, const MpvHandle::Options& opti
         return nullptr;
     for (const auto& [name, value] : settings)
         library.set_option_string(mpv, name, value); // other versions of mpv may lack one
+    library.set_option_string(mpv, "hwdec", hasGraphicsHardware() ? "auto-safe" : "no");
     const QByteArray whitelist(containers);
     library.set_option_string(mpv, "demuxer-lavf-o",
                               "format_whitelist=%" + QByteArray::number(whitelist.size()) + '%' + whitelist);

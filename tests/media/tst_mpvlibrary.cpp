@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PlayerFixture.h"
+#include "media/player/GraphicsHardware.h"
 
 #include <QFile>
 #include <QtTest>
@@ -80,6 +81,27 @@ private Q_SLOTS:
         QVERIFY(player.engine.url().isEmpty());
         QVERIFY(!player.engine.hasPicture());
         QCOMPARE(player.ends, 0);
+    }
+
+    void withoutAGraphicsProcessorNoneIsTried_data() {
+        QTest::addColumn<QByteArray>("device");
+        QTest::addColumn<bool>("isTried");
+        QTest::newRow("no device") << QByteArray("null") << false;
+        QTest::newRow("a screen that only shows") << QByteArray("dri/card0") << false;
+        QTest::newRow("a processor") << QByteArray("dri/renderD128") << true;
+        QTest::newRow("a processor with a driver of its own") << QByteArray("nvidiactl") << true;
+    }
+    void withoutAGraphicsProcessorNoneIsTried() {
+        QFETCH(QByteArray, device);
+        const TestHome home;
+        home.file(std::string_view(device.constData(), size_t(device.size())));
+        QTEST(hasGraphicsHardware(home.path()), "isTried");
+    }
+
+    void whatThePlayerDecodesByIsWhatTheMachineHas() {
+        Player player;
+        player.open("h264.mp4");
+        QCOMPARE(player.value("hwdec"), hasGraphicsHardware() ? "auto-safe" : "no");
     }
 
 private:

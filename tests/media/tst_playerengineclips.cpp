@@ -92,6 +92,27 @@ private Q_SLOTS:
         QCOMPARE(engine.time(), engine.duration());
     }
 
+    // With no option of the test's: on a machine without sound it goes on in silence too.
+    void soundGoesToPipeWireOrPulseAudioOrAlsa() {
+        TestHome home;
+        Preferences preferences(home.path().child("settings.ini"));
+        PlayerEngine engine(preferences);
+        engine.setMuted(true);
+        bool hasEnded = false;
+        engine.setOnEnd([&] { hasEnded = true; });
+        engine.load(Clips::clip("tone.wav"), true);
+        QTRY_VERIFY_WITH_TIMEOUT(hasEnded, 20'000);
+        const auto value = [&engine](const char* property) {
+            char* const text = MpvLibrary::shared()->get_property_string(engine.mpv()->raw(), property);
+            const QByteArray copied(text);
+            MpvLibrary::shared()->free(text);
+            return copied;
+        };
+        QVERIFY2(value("ao").startsWith("pipewire,pulse,alsa"), value("ao"));
+        const QByteArray chosen = value("current-ao");
+        QVERIFY2(QByteArrayList({"pipewire", "pulse", "alsa", "null"}).contains(chosen), chosen);
+    }
+
     void namesAreTakenAsTheyAre_data() {
         QTest::addColumn<QString>("name");
         for (const char* name : {"a%20b.mp4", "what? #1 & more.mp4", "\xc3\xa4 \xe6\x97\xa5\xe6\x9c\xac.mp4",

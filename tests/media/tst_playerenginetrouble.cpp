@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PlayerFixture.h"
+#include "support/StallingShare.h"
 
 #include <QDir>
 #include <QFile>
@@ -214,6 +215,29 @@ private Q_SLOTS:
         timer.start();
         player.reset();
         QVERIFY(timer.elapsed() < 1000);
+    }
+
+    void aShareThatStopsAnsweringWhileAFilmPlaysHoldsNothingUp() {
+        const TestHome home;
+        const Location folder = home.folder("share");
+        StallingShare share(folder, {{"film.mp4", bytesOf("long.mp4")}, {"other.mp4", bytesOf("h264.mp4")}});
+        if (!share.isMounted())
+            QSKIP("no file system can be mounted here");
+        std::optional<Player> player(std::in_place);
+        player->engine.load(folder.child("film.mp4"), true);
+        QTRY_VERIFY(player->engine.time() > 0.2);
+        share.stall();
+        player->engine.seek(8, true);
+        QTRY_VERIFY(share.asked() > 0);
+        QVERIFY(player->engine.isPlaying()); // it may answer yet
+        player->engine.load(folder.child("other.mp4"), true);
+        player->engine.load(Clips::clip("blink.mp4"), true);
+        QTRY_COMPARE(player->ends, 1);
+        player->engine.load(folder.child("film.mp4"), true);
+        QElapsedTimer timer;
+        timer.start();
+        player.reset();
+        QVERIFY2(timer.elapsed() < 1000, QByteArray::number(timer.elapsed()));
     }
 
 private:
