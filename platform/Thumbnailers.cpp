@@ -23,6 +23,21 @@ constexpr double longestTime = 5;                    // seconds
 constexpr quint64 memory = quint64(2) << 30;         // bytes of address space
 constexpr quint64 largestPicture = 32 * 1024 * 1024; // bytes
 
+// What a page has room for, and more, is left out.
+constexpr qsizetype mostWords = 256 * 1024; // bytes
+
+// Programs that write the words of documents that no library reads, and what the words are called then.
+struct WordsProgram {
+    std::string_view extension;
+    const char* program;
+    const char* name;
+};
+
+constexpr WordsProgram wordsPrograms[] = {
+    {"doc", "catdoc", "words.txt"},
+    {"xls", "xls2csv", "words.csv"},
+};
+
 constexpr char group[] = "Thumbnailer Entry";
 
 struct Free {
@@ -90,6 +105,23 @@ QList<QByteArray> arguments(const QByteArray& command, const Values& values) {
     return made;
 }
 
+const WordsProgram* wordsProgramFor(const Location& file) {
+    const QByteArray extension = QByteArray(file.extension().data(), qsizetype(file.extension().size())).toLower();
+    const auto* const found =
+        std::ranges::find(wordsPrograms, std::string_view(extension.constData()), &WordsProgram::extension);
+    return found != std::end(wordsPrograms) && isInstalled(found->program) ? found : nullptr;
+}
+
+Processes::Options optionsIn(const Location& folder) {
+    return {.timeout = longestTime,
+            .outputLimit = mostWords,
+            .folder = folder,
+            .unset = {"DISPLAY", "WAYLAND_DISPLAY"},
+            .memory = memory,
+            .processor = quint64(longestTime),
+            .fileSize = largestPicture};
+}
+
 } // namespace
 
 Thumbnailers::Thumbnailers() {
@@ -125,8 +157,10 @@ const QByteArray* Thumbnailers::commandFor(const Location& file) const {
 
 void Thumbnailers::make(const Location& file, int side, const std::function<void(const Location& picture)>& use) const {
     const QByteArray* const command = commandFor(file);
+    if (!command)
+        return write(file, use);
     const QTemporaryDir folder; // readable to its owner only
-    if (!command || !folder.isValid())
+    if (!folder.isValid())
         return;
     const Location picture = Location(QStringView(folder.path())).child("picture.png");
     const QList<QByteArray> words = arguments(*command, {.address = QUrl::fromLocalFile(file.toString()).toEncoded(),
@@ -135,15 +169,24 @@ void Thumbnailers::make(const Location& file, int side, const std::function<void
                                                          .size = QByteArray::number(side)});
     if (words.isEmpty())
         return;
-    const auto result = Processes::run(words.first(), words.mid(1),
-                                       {.timeout = longestTime,
-                                        .folder = Location(QStringView(folder.path())),
-                                        .unset = {"DISPLAY", "WAYLAND_DISPLAY"},
-                                        .memory = memory,
-                                        .processor = quint64(longestTime),
-                                        .fileSize = largestPicture});
+    const auto result = Processes::run(words.first(), words.mid(1), optionsIn(Location(QStringView(folder.path()))));
     if (result.succeeded() && QFile::exists(picture.toString()))
         use(picture);
+}
+
+void Thumbnailers::write(const Location& file, const std::function<void(const Location& words)>& use) {
+    const WordsProgram* const program = wordsProgramFor(file);
+    const QTemporaryDir folder;
+    if (!program || !folder.isValid())
+        return;
+    const Location place = Location(QStringView(folder.path()));
+    const auto result = Processes::run(program->program, {"-d", "utf-8", file.path()}, optionsIn(place));
+    QFile words(place.child(program->name).toString());
+    const bool isUseful = result.succeeded() || result.end == Processes::End::tooMuchOutput;
+    if (isUseful && words.open(QIODevice::WriteOnly) && words.write(result.output) == result.output.size()) {
+        words.close();
+        use(place.child(program->name));
+    }
 }
 
 } // namespace lumbra

@@ -50,6 +50,29 @@ private Q_SLOTS:
         QCOMPARE(made(m_home->file("one.txt")), QByteArray("own\n"));
     }
 
+    void wordsAreWrittenOfDocumentsThatNoLibraryReads_data() {
+        QTest::addColumn<QByteArray>("program");
+        QTest::addColumn<QByteArray>("file");
+        QTest::newRow("a letter") << QByteArray("catdoc") << QByteArray("letter.DOC");
+        QTest::newRow("a table") << QByteArray("xls2csv") << QByteArray("table.xls");
+    }
+    void wordsAreWrittenOfDocumentsThatNoLibraryReads() {
+        QFETCH(QByteArray, program);
+        QFETCH(QByteArray, file);
+        const QByteArray before = qgetenv("PATH");
+        const auto restore = qScopeGuard([&before] { qputenv("PATH", before); });
+        const Location tool =
+            m_home->file(("tools/" + program).toStdString(), "#!/bin/sh\necho \"$1 $2\"; cat \"$3\"\n");
+        QCOMPARE(::chmod(tool.path().constData(), 0700), 0);
+        qputenv("PATH", tool.parent().path() + ':' + before);
+        const Location document = m_home->file(file.toStdString(), "words");
+        QCOMPARE(made(document), QByteArray("-d utf-8\nwords"));
+        m_home->file(file.toStdString(), QByteArray(1'000'000, 'w'));
+        QCOMPARE(made(document).size(), 256 * 1024);
+        add("system", "a", "cp %i %o", "application/msword;application/vnd.ms-excel;");
+        QCOMPARE(made(document).size(), 1'000'000);
+    }
+
     void otherTypesAreNotItsBusiness() {
         add("system", "a", "cp %i %o", "image/png;image/gif;");
         const Location text = m_home->file("one.txt"), picture = m_home->file("one.png");
