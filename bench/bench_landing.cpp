@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// bench_landing LIBRARY TIMES: how long after a file is there the running library holds it, each after a quiet time;
-// and how long a large folder that is moved in, and out again, keeps the main thread.
+// bench_landing LIBRARY TIMES: how long after a file is there the running library holds it, each after a quiet time and
+// in a burst of many; and how long a large folder that is moved in, and out again, keeps the main thread.
 #include "MainThread.h"
 #include "library/Library.h"
 
@@ -18,6 +18,8 @@ namespace {
 
 constexpr int quiet = 700; // ms, longer than two batches of a burst are apart
 constexpr int filesOfFolder = 100'000;
+constexpr int filesOfBurst = 200;
+constexpr int burstPause = 10; // ms between two of them
 
 void pause(int milliseconds) {
     QEventLoop loop;
@@ -40,6 +42,47 @@ void wait(Library& library, const std::function<bool()>& condition) {
     });
     if (!condition())
         loop.exec();
+}
+
+void make(const Location& file) {
+    const int made = ::open(file.path().constData(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644);
+    if (made < 0 || ::write(made, "x", 1) != 1) {
+        std::perror("bench_landing");
+        std::exit(1);
+    }
+    ::close(made);
+}
+
+// Yields the milliseconds that the slowest file of a burst takes.
+double burst(Library& library, const Location& folder) {
+    struct Landed {
+        Location file;
+        bench::Clock::time_point made;
+    };
+    std::vector<Landed> waiting;
+    double slowest = 0;
+    QObject context;
+    QObject::connect(&library, &Library::indexChanged, &context, [&] {
+        std::erase_if(waiting, [&](const Landed& each) {
+            const bool isThere = library.index().contains(each.file);
+            if (isThere)
+                slowest = std::max(slowest, bench::millisecondsSince(each.made));
+            return isThere;
+        });
+    });
+    std::vector<Location> all;
+    for (int i = 0; i < filesOfBurst; ++i) {
+        all.push_back(folder.child("landing-burst-" + std::to_string(i) + ".png"));
+        waiting.push_back({all.back(), bench::Clock::now()});
+        make(all.back());
+        pause(burstPause);
+    }
+    wait(library, [&] { return waiting.empty(); });
+    for (const Location& file : all)
+        ::unlink(file.path().constData());
+    wait(library, [&] { return !library.index().contains(all.back()); });
+    pause(quiet);
+    return slowest;
 }
 
 // Yields the milliseconds of the longest task on the main thread.
@@ -82,12 +125,7 @@ int main(int count, char** arguments) {
     const auto land = [&](const QByteArray& name) {
         const Location file = folder.child(std::string_view(name.constData(), size_t(name.size())));
         const auto start = bench::Clock::now();
-        const int made = ::open(file.path().constData(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644);
-        if (made < 0 || ::write(made, "x", 1) != 1) {
-            std::perror("bench_landing");
-            std::exit(1);
-        }
-        ::close(made);
+        make(file);
         wait(library, [&] { return library.index().contains(file); });
         const double taken = bench::millisecondsSince(start);
         pause(quiet);
@@ -102,5 +140,6 @@ int main(int count, char** arguments) {
         taken.push_back(land("landing-" + QByteArray::number(i) + ".png"));
     bench::report("landing", bench::median(taken));
     bench::report("landing_worst", *std::ranges::max_element(taken));
+    bench::report("landing_burst", burst(library, folder));
     bench::report("landing_folder", moveFolder(application, library, folder.parent()));
 }

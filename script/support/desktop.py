@@ -63,8 +63,9 @@ def display():
 
 
 @contextlib.contextmanager
-def application(program, on_display, state_socket, folder, extra):
-    """Runs the application with its own folders for everything but what `extra` sets; yields its process."""
+def application(program, on_display, state_socket, folder, extra, errors=None):
+    """Runs the application with its own folders for everything but what `extra` sets; yields its process. What it writes
+    about errors goes to `errors`, as for Popen."""
     private = {name: str(pathlib.Path(folder) / name.lower()) for name in
                ("XDG_CONFIG_HOME", "XDG_STATE_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR")}
     environment = {**os.environ, **private, "DISPLAY": on_display, "QT_QPA_PLATFORM": "xcb",
@@ -72,7 +73,7 @@ def application(program, on_display, state_socket, folder, extra):
     environment.pop("WAYLAND_DISPLAY", None)
     for name in private:
         os.makedirs(environment[name], mode=0o700, exist_ok=True)
-    process = subprocess.Popen([str(program)], env=environment)
+    process = subprocess.Popen([str(program)], env=environment, stderr=errors)
     try:
         yield process
     finally:
