@@ -66,7 +66,7 @@ void exportFiles(const QList<Location>& urls, Library* library) {
     if (urls.isEmpty() || !windowPanels)
         return;
     if (urls.size() == 1) {
-        const Location url = urls.first();
+        const Location& url = urls.first();
         windowPanels->save(url.name(), downloads(), [url, library = QPointer(library)](const Location& target) {
             if (library)
                 library->exportAs(url, target);

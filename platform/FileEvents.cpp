@@ -245,7 +245,7 @@ void FileEvents::Worker::publish(bool isComplete) {
     }
 }
 
-FileEvents::FileEvents(QList<Location> roots, Options options, std::function<void(QList<FileEvent>)> deliver)
+FileEvents::FileEvents(const QList<Location>& roots, Options options, std::function<void(QList<FileEvent>)> deliver)
     : m_worker(std::make_shared<Worker>(roots, std::move(options), std::move(deliver))) {}
 
 FileEvents::~FileEvents() {

@@ -68,7 +68,7 @@ public:
     // Starts at once and goes through the trees on its own thread. The roots are canonical paths. One that does not
     // exist, or that goes, is waited for: nothing in it is reported as gone, and when it is back it is reported with
     // `mustScan`.
-    FileEvents(QList<Location> roots, Options options, std::function<void(QList<FileEvent>)> deliver);
+    FileEvents(const QList<Location>& roots, Options options, std::function<void(QList<FileEvent>)> deliver);
 
     // Ends the thread; `deliver` is not called any more once this returns. The watches are given back in the
     // background, which takes the kernel a while.

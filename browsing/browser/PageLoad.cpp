@@ -82,7 +82,10 @@ RecentPage recent(const AssetIndex& index, const QList<Location>& hiddenProjects
         base += qsizetype(folder->size());
     }
     QList<RecentSection> sections = collector.sections(std::make_shared<const AssetIndex>(index));
-    page.sections = sections == shown ? shown : std::move(sections);
+    if (sections == shown)
+        page.sections = shown;
+    else
+        page.sections = std::move(sections);
     return page;
 }
 

@@ -71,7 +71,7 @@ MenuEntry move(Library* library, const Page& page, const Location& near, const Q
             entries += bringTo(library, QStringLiteral("   ") + folder.name(), targets, folder);
         return entries + QList{MenuEntry::divider()} + anywhere;
     };
-    const auto list = [url = project->url, with](QObject* context, MenuEntry::Ready ready) {
+    const auto list = [url = project->url, with](QObject* context, const MenuEntry::Ready& ready) {
         Tasks::run(Tasks::Pool::userInitiated, [url] {
             return Scanner::list(url).folders;
         }).then(context, [with, ready](const QList<Location>& folders) { ready(with(folders)); });

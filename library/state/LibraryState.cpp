@@ -26,7 +26,7 @@ auto list(const QJsonValue& value, Read read) -> std::optional<QList<typename de
     if (!value.isArray())
         return std::nullopt;
     QList<typename decltype(read(value))::value_type> result;
-    for (const QJsonValue& element : value.toArray()) {
+    for (const QJsonValue element : value.toArray()) {
         auto item = read(element);
         if (!item)
             return std::nullopt;

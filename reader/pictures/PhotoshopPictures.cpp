@@ -136,7 +136,7 @@ private:
     static void unpackRuns(const QByteArray& packed, QByteArray& row) {
         qsizetype to = 0;
         for (qsizetype from = 0; from < packed.size() && to < row.size();) {
-            const int code = static_cast<signed char>(packed[from++]);
+            const auto code = static_cast<signed char>(packed[from++]);
             const qsizetype room = row.size() - to;
             if (code >= 0) {
                 const qsizetype count = std::min({qsizetype(code) + 1, room, packed.size() - from});
