@@ -108,7 +108,9 @@ mpv_handle* makePlayer(const MpvLibrary& library, const MpvHandle::Options& opti
         return nullptr;
     for (const auto& [name, value] : settings)
         library.set_option_string(mpv, name, value); // other versions of mpv may lack one
-    library.set_option_string(mpv, "hwdec", hasGraphicsHardware() ? "auto-safe" : "no");
+    const bool hasHardware = hasGraphicsHardware();
+    library.set_option_string(mpv, "hwdec", hasHardware ? "auto-safe" : "no");
+    library.set_option_string(mpv, "gpu-hwdec-interop", hasHardware ? "auto" : "no");
     const QByteArray whitelist(containers);
     library.set_option_string(mpv, "demuxer-lavf-o",
                               "format_whitelist=%" + QByteArray::number(whitelist.size()) + '%' + whitelist);

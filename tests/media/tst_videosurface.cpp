@@ -291,6 +291,10 @@ private Q_SLOTS:
                     || !isNear(window->grabWindow().pixelColor(20, 20), Qt::black));
         QTRY_VERIFY(isNear(stage.at(0.5, 0.5), Qt::green));
         QVERIFY(player.engine.isPlaying());
+        QTest::keyClick(window, Qt::Key_Space);
+        QVERIFY(!player.engine.isPlaying());
+        QTest::keyClick(window, Qt::Key_Space);
+        QVERIFY(player.engine.isPlaying());
         const double there = player.engine.time();
         QVERIFY(there > 0);
 
@@ -326,7 +330,7 @@ private Q_SLOTS:
             QTest::keyClick(window, Qt::Key_Escape);
             break;
         case 1:
-            QTest::mouseDClick(window, Qt::LeftButton);
+            QTest::mouseDClick(window, Qt::LeftButton, {}, QPoint(60, 60));
             break;
         case 2:
             window->close();
