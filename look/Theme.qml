@@ -46,7 +46,9 @@ QtObject {
     readonly property color amberSelection: Qt.rgba(1.0, 0.624, 0.263, 0.36)
     readonly property color amberInk: "#14120E"
     readonly property color danger: "#FF6B5E"
-    readonly property color dangerSoft: Qt.rgba(1.0, 0.42, 0.369, 0.16)
+    readonly property color dangerSoft: Qt.rgba(1.0, 0.42, 0.369, 0.12)
+    readonly property color dangerHover: Qt.rgba(1.0, 0.42, 0.369, 0.16)
+    readonly property color dangerPress: Qt.rgba(1.0, 0.42, 0.369, 0.08)
     readonly property color clear: Qt.rgba(1, 1, 1, 0)
     readonly property color paper: white(1) // of documents that bring their own colours
 

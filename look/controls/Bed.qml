@@ -3,6 +3,7 @@
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import QtQuick.Window
 
 Rectangle {
     property bool hovered: false
@@ -12,7 +13,7 @@ Rectangle {
 
     radius: Theme.radiusRow
     color: selected || targeted ? Theme.amberSoft : pressed ? Theme.press : hovered ? Theme.hover : Theme.clear
-    border.width: targeted ? Theme.ring : 0
+    border.width: targeted ? Theme.ring : selected && Theme.highContrast ? 1 / Screen.devicePixelRatio : 0
     border.color: Theme.amber
 
     Behavior on color { EaseColor {} }

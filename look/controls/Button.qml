@@ -4,6 +4,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 import QtQuick.Templates as T
+import QtQuick.Window
 import Lumbra.Look
 
 T.Button {
@@ -75,9 +76,11 @@ T.Button {
             if (control.kind === Button.Plain)
                 return control.down ? Theme.press : control.hovered ? Theme.hover : Theme.clear
             if (control.kind === Button.Destructive)
-                return control.down ? Qt.lighter(Theme.dangerSoft, 1.4) : Theme.dangerSoft
+                return control.down ? Theme.dangerPress : control.hovered ? Theme.dangerHover : Theme.dangerSoft
             return control.down ? Theme.controlPress : control.hovered ? Theme.controlHover : Theme.control
         }
+        border.width: Theme.highContrast && control.kind !== Button.Plain ? 1 / Screen.devicePixelRatio : 0
+        border.color: Theme.edge
         Behavior on color { EaseColor {} }
     }
 

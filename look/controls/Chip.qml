@@ -3,6 +3,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 import QtQuick.Templates as T
+import QtQuick.Window
 
 T.RadioButton {
     id: chip
@@ -69,6 +70,8 @@ T.RadioButton {
         radius: height / 2
         color: chip.on ? (chip.down ? Theme.amberPress : chip.hovered ? Theme.amberHover : Theme.amber)
              : chip.down ? Theme.controlPress : chip.hovered ? Theme.controlHover : Theme.control
+        border.width: Theme.highContrast && !chip.on ? 1 / Screen.devicePixelRatio : 0
+        border.color: Theme.edge
         Behavior on color { EaseColor {} }
     }
 

@@ -70,6 +70,8 @@ T.MenuItem {
 
     background: Rectangle {
         radius: Theme.radiusItem
-        color: item.highlighted && item.enabled ? (item.down ? Theme.press : Theme.menuHover) : Theme.clear
+        color: !item.highlighted || !item.enabled ? Theme.clear
+             : item.destructive ? (item.down ? Theme.dangerPress : Theme.dangerHover)
+             : item.down ? Theme.press : Theme.menuHover
     }
 }
