@@ -41,7 +41,6 @@ Item {
         height: line.sectionHeight
         visible: line.row.section !== ""
         style: Label.Fact
-        color: Theme.textFaint
         text: line.row.section
         Accessible.role: Accessible.Heading
     }
@@ -108,7 +107,6 @@ Item {
 
             Label {
                 width: parent.width
-                horizontalAlignment: Text.AlignLeft // also of names that are written the other way
                 text: line.row.title
                 elide: Text.ElideMiddle
                 maximumLineCount: 1
@@ -116,9 +114,8 @@ Item {
             }
             Label {
                 width: parent.width
-                horizontalAlignment: Text.AlignLeft
                 style: Label.Fact
-                text: line.row.subtitle
+                text: Bidi.inOrder(line.row.subtitle)
                 elide: Text.ElideMiddle
                 maximumLineCount: 1
                 Accessible.ignored: true
