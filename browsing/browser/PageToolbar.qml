@@ -87,7 +87,7 @@ Rectangle {
             id: search
             objectName: "search"
             anchors.verticalCenter: parent.verticalCenter
-            width: Math.min(220, bar.width / 3)
+            width: Math.max(140, Math.min(220, bar.width / 4)) // the path comes first
             visible: !bar.inGroup && bar.browser.page !== "tidy"
             placeholderText: qsTr("Filter by name")
             text: bar.browser.search

@@ -12,21 +12,28 @@ Item {
 
     required property PathBar path
 
-    // What a step may take: where there is no room for all, the longest names give way until they are as long as others.
-    readonly property real widest: {
-        const wanted = []
+    // What the steps would take if there were room for all, the last one apart: it is where one is, and has up to half of
+    // the room for itself.
+    readonly property var wanted: {
+        const widths = []
         for (let i = 0; i < steps.count; ++i)
-            wanted.push(steps.itemAt(i)?.implicitWidth ?? 0)
-        wanted.sort((a, b) => a - b)
-        let room = width
-        for (let i = 0; i < wanted.length; ++i) {
-            const share = room / (wanted.length - i)
-            if (wanted[i] > share)
+            widths.push(steps.itemAt(i)?.implicitWidth ?? 0)
+        return widths
+    }
+    readonly property real ofLast: wanted[wanted.length - 1] ?? 0
+    // What each of the others may take: the longest names give way until they are as long as others.
+    readonly property real widest: {
+        const others = wanted.slice(0, -1).sort((a, b) => a - b)
+        let room = width - Math.min(ofLast, width / 2)
+        for (let i = 0; i < others.length; ++i) {
+            const share = room / (others.length - i)
+            if (others[i] > share)
                 return Math.floor(share)
-            room -= wanted[i]
+            room -= others[i]
         }
         return width
     }
+    readonly property real lastRoom: wanted.slice(0, -1).reduce((room, each) => room - Math.min(each, widest), width)
 
     implicitHeight: Theme.controlHeight
 
@@ -43,7 +50,7 @@ Item {
                 readonly property bool last: index === bar.path.steps.length - 1
 
                 implicitWidth: arrow.room + step.implicitWidth
-                width: Math.min(implicitWidth, bar.widest)
+                width: Math.min(implicitWidth, last ? bar.lastRoom : bar.widest)
                 height: Theme.controlHeight
 
                 Symbol {
