@@ -22,6 +22,7 @@ Rectangle {
     Accessible.name: header ? header.title + ", " + header.detail : ""
 
     Row {
+        id: words
         x: head.inset
         height: parent.height
         spacing: Theme.gap
@@ -39,12 +40,14 @@ Rectangle {
         }
         Label {
             anchors.verticalCenter: parent.verticalCenter
+            visible: words.x + x + implicitWidth + Theme.gap <= more.x + more.leftPadding // or it would touch the button
             style: Label.Fact
             tabular: true
             text: head.header?.detail ?? ""
         }
     }
     Button {
+        id: more
         anchors { right: parent.right; verticalCenter: parent.verticalCenter }
         // Its text ends where the tiles do.
         anchors.rightMargin: head.inset - rightPadding
