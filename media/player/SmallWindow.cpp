@@ -154,6 +154,7 @@ SmallWindow::Part SmallWindow::partAt(QPointF point) const {
 void SmallWindow::mousePressEvent(QMouseEvent* event) {
     m_pressed = partAt(event->position());
     m_corner = cornerAt(event->position());
+    m_isMoved = false;
     m_from = event->globalPosition();
     m_geometryBefore = geometry();
 }
@@ -172,8 +173,10 @@ void SmallWindow::mouseMoveEvent(QMouseEvent* event) {
         setGeometry(pulled(m_geometryBefore, m_corner, way.toPoint(), m_shape, shortestSide, most));
         return;
     }
-    // Only once the pointer has gone a way: a window that is being moved gets no click.
-    if (way.manhattanLength() >= QGuiApplication::styleHints()->startDragDistance()) {
+    // Only once the pointer has gone a way: a window that is being moved gets no click. And only once: asked again
+    // after the button went up, the desktop would let the window follow the pointer until the next click.
+    if (!m_isMoved && way.manhattanLength() >= QGuiApplication::styleHints()->startDragDistance()) {
+        m_isMoved = true;
         m_pressed = Part::film;
         startSystemMove();
     }

@@ -70,6 +70,7 @@ private:
 
     // Since the button went down.
     Part m_pressed = Part::film;
+    bool m_isMoved = false; // the desktop has been asked to move it
     Qt::Edges m_corner;
     QPointF m_from;         // on the screen
     QRect m_geometryBefore; // of the window
