@@ -89,7 +89,7 @@ std::optional<Reader::PageTextWish> PageSelection::wishFor(int page) const {
 
 // Asks for what is near the view. What was known stays until the new is there, so that nothing flickers.
 void PageSelection::remark() {
-    if (!m_pages)
+    if (!m_pages || !m_isMarked)
         return;
     const auto [first, last] = m_pages->nearPages();
     std::erase_if(m_marked, [this](const auto& marked) { return !wishFor(marked.first); });
