@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Browser.h"
 
-#include "platform/Tasks.h"
-
-#include <numeric>
-
 namespace lumbra {
 
 namespace {
+
+constexpr qsizetype comparedSelected = 200;
 
 QString pageName(Place::Case which) {
     switch (which) {
@@ -23,11 +21,6 @@ QString pageName(Place::Case which) {
         break;
     }
     return QStringLiteral("recent");
-}
-
-qint64 summedSize(const Assets& assets) {
-    return std::accumulate(assets.begin(), assets.end(), qint64(0),
-                           [](qint64 sum, const Asset& asset) { return sum + asset.size; });
 }
 
 PageRows::Facts factsOf(Library* library) {
@@ -232,12 +225,14 @@ void Browser::reorder() {
 }
 
 void Browser::reselect() {
-    const PageList& order = m_order;
-    Assets before = m_selected;
-    const Assets selected = m_selection.value().among(order);
-    m_selectedBytes = selected.size() == order.size() ? order.bytes() : summedSize(selected);
-    m_selected = selected;
-    Tasks::dropLater(std::move(before));
+    const PathSet selected = m_selection.value().on(m_order);
+    // Marks upon the order on view say the same, and are at hand when the order changes again.
+    if (selected.size() == m_selection.value().size())
+        m_selection.setValueBypassingBindings(selected);
+    const PathSet before = std::exchange(m_selected, selected);
+    // To compare many files is dearer than to tell of them.
+    if (before.size() != selected.size() || selected.size() > comparedSelected || before.assets() != selected.assets())
+        Q_EMIT selectedChanged();
     describe();
 }
 
@@ -256,7 +251,7 @@ void Browser::describe() {
         .items = m_order.value().size(),
         .bytes = m_order.value().bytes(),
         .selection = m_selection.value().size(),
-        .selectedBytes = m_selectedBytes,
+        .selectedBytes = m_selected.bytes(),
     });
     m_emptyState = PageText::emptyState({
         .place = place,

@@ -87,10 +87,10 @@ public:
     std::optional<Location> anchor() const { return m_anchor; }
 
     // The selected assets that the page still shows, in page order: what the inspector tells of.
-    Assets selected() const { return m_selected; }
+    Assets selected() const { return m_selected.assets(); }
 
-    qint64 selectedCount() const { return m_selected.value().size(); }
-    Asset firstSelected() const { return m_selected.value().value(0); } // an empty one if there is none
+    qint64 selectedCount() const { return m_selected.size(); }
+    Asset firstSelected() const { return m_selected.first().value_or(Asset()); } // an empty one if there is none
     QString firstName() const { return firstSelected().url.name(); }
 
     bool gridFocused() const { return m_gridFocused; }
@@ -209,8 +209,7 @@ private:
     // Computed from the above and the library, by `reorder`, `reselect` and `describe`. They are no bindings: those of
     // Qt 6.4 crash when they depend on as much as these do.
     Q_OBJECT_BINDABLE_PROPERTY(Browser, PageList, m_order, &Browser::orderChanged)
-    Q_OBJECT_BINDABLE_PROPERTY(Browser, Assets, m_selected, &Browser::selectedChanged)
-    qint64 m_selectedBytes = 0; // their summed size
+    PathSet m_selected; // of the selection, what `m_order` holds
     Q_OBJECT_BINDABLE_PROPERTY(Browser, QString, m_page, &Browser::pageChanged)
     Q_OBJECT_BINDABLE_PROPERTY(Browser, QString, m_title, &Browser::titleChanged)
     Q_OBJECT_BINDABLE_PROPERTY(Browser, QString, m_subtitle, &Browser::subtitleChanged)

@@ -64,7 +64,7 @@ QList<Location> BrowserCommands::selectedPaths() const {
 }
 
 void BrowserCommands::follow() {
-    const bool hasSelection = !m_browser->selected().isEmpty();
+    const bool hasSelection = m_browser->selectedCount() > 0;
     if (std::exchange(m_hasSelection, hasSelection) != hasSelection)
         Q_EMIT hasSelectionChanged();
     const bool hasFolder = library()->place().is(Place::Case::folder);

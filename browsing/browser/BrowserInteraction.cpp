@@ -38,7 +38,7 @@ bool Browser::press(int key, Qt::KeyboardModifiers modifiers, bool repeated) {
     if (key == Qt::Key_C && modifiers == Qt::ControlModifier) {
         // A turn later, when whoever asks the pasteboard during this one is done.
         QMetaObject::invokeMethod(
-            this, [this, urls = urlsOf(m_selected)] { Actions::copy(urls, m_library); }, Qt::QueuedConnection);
+            this, [this, urls = urlsOf(selected())] { Actions::copy(urls, m_library); }, Qt::QueuedConnection);
         return true;
     }
     if (modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))
@@ -47,14 +47,14 @@ bool Browser::press(int key, Qt::KeyboardModifiers modifiers, bool repeated) {
     case Qt::Key_Space:
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (m_selected.value().isEmpty())
+        if (m_selected.isEmpty())
             return false;
-        play(m_selected.value().first());
+        play(firstSelected());
         return true;
     case Qt::Key_S:
-        if (m_selected.value().isEmpty())
+        if (m_selected.isEmpty())
             return false;
-        m_library->toggleStar(urlsOf(m_selected));
+        m_library->toggleStar(urlsOf(selected()));
         return true;
     case Qt::Key_Delete:
         trashSelected();
@@ -87,7 +87,7 @@ void Browser::step(int step) {
 }
 
 int Browser::selectedRow() const {
-    return m_selected.value().isEmpty() ? -1 : m_rows->rowOf(m_selected.value().first().url);
+    return m_selected.isEmpty() ? -1 : m_rows->rowOf(firstSelected().url);
 }
 
 void Browser::selectAll() {
@@ -135,7 +135,7 @@ void Browser::trash(const QList<Location>& urls) {
 }
 
 void Browser::trashSelected() {
-    trash(urlsOf(m_selected));
+    trash(urlsOf(selected()));
     m_selection = PathSet();
 }
 

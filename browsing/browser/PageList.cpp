@@ -24,7 +24,9 @@ QList<Location> urlsOf(const Assets& assets) {
     return urls;
 }
 
-PageList::PageList(Assets assets) {
+PageList::PageList(Assets assets) : PageList(std::move(assets), {}) {}
+
+PageList::PageList(Assets assets, const PageList& replaced) {
     if (assets.isEmpty())
         return;
     auto data = std::make_unique<Data>();
@@ -40,6 +42,10 @@ PageList::PageList(Assets assets) {
             data->repeats =
                 data->repeats || assets.at(data->byHash[j - 1].position).url == assets.at(data->byHash[i].position).url;
     data->assets = std::move(assets);
+    if (replaced.m_data && !replaced.repeats() && !data->repeats) {
+        data->replaced = replaced.m_data;
+        data->positionsInReplaced = replaced.positionsOf(data->assets);
+    }
     m_data = std::shared_ptr<const Data>(data.release(), [](const Data* dying) {
         if (dying->assets.size() < longList)
             delete dying;
@@ -49,7 +55,7 @@ PageList::PageList(Assets assets) {
 }
 
 PageList PageList::replacing(const PageList& previous, Assets assets) {
-    return previous.assets() == assets ? previous : PageList(std::move(assets));
+    return previous.assets() == assets ? previous : PageList(std::move(assets), previous);
 }
 
 const Assets& PageList::assets() const& {
@@ -68,6 +74,26 @@ std::optional<qsizetype> PageList::positionOf(const Location& path, qsizetype gu
         if (m_data->assets.at(slot->position).url == path)
             return slot->position;
     return {};
+}
+
+std::vector<qint32> PageList::positionsIn(const PageList& other) const {
+    if (m_data && other.m_data && m_data->replaced.lock() == other.m_data)
+        return m_data->positionsInReplaced;
+    return other.positionsOf(assets());
+}
+
+std::vector<qint32> PageList::positionsOf(const Assets& assets) const {
+    std::vector<qint32> positions;
+    positions.reserve(size_t(assets.size()));
+    // Most files of a page that has loaded again stand in the order of before.
+    qsizetype next = 0;
+    for (const Asset& asset : assets) {
+        const auto position = positionOf(asset.url, next);
+        positions.push_back(position ? qint32(*position) : -1);
+        if (position)
+            next = *position + 1;
+    }
+    return positions;
 }
 
 } // namespace lumbra

@@ -36,6 +36,10 @@ public:
     std::optional<qsizetype> positionOf(const Location& path, qsizetype guess = 0) const;
     bool contains(const Location& path) const { return positionOf(path).has_value(); }
 
+    // Of each position, where its path stands in the other list, or -1. Known without a look at any if the other is the
+    // one that this list replaced; either list may hold no path twice.
+    std::vector<qint32> positionsIn(const PageList& other) const;
+
     // A path stands here more than once.
     bool repeats() const { return m_data && m_data->repeats; }
 
@@ -52,7 +56,12 @@ private:
         qint64 bytes = 0;
         bool repeats = false;
         std::vector<Slot> byHash; // sorted; eight bytes a file, where a hash table would hold every path once more
+        std::weak_ptr<const Data> replaced;
+        std::vector<qint32> positionsInReplaced;
     };
+
+    PageList(Assets assets, const PageList& replaced);
+    std::vector<qint32> positionsOf(const Assets& assets) const;
 
     std::shared_ptr<const Data> m_data; // none when empty
 };

@@ -50,41 +50,55 @@ void PathSet::remove(const QList<Location>& paths) {
     }
 }
 
-Assets PathSet::among(const PageList& list) const {
-    Assets found;
+PathSet PathSet::on(const PageList& list) const {
+    PathSet set;
     if (list == m_list) {
-        if (m_marked == list.size())
-            return list.assets();
-        found.reserve(m_marked);
-        for (qsizetype position = 0; position < list.size(); ++position)
-            if (m_marks.testBit(position))
-                found.append(list.at(position));
-        return found;
+        set = *this;
+        set.m_others.clear();
+        return set;
     }
-    // A few are looked up one by one.
-    if (size() < list.size() / 8) {
-        std::vector<qsizetype> positions;
-        for (const Location& path : paths())
-            if (const auto position = list.positionOf(path))
-                positions.push_back(*position);
-        std::sort(positions.begin(), positions.end());
-        for (const qsizetype position : positions)
-            found.append(list.at(position));
-        return found;
+    set.m_list = list;
+    set.m_marks.resize(list.size());
+    const auto look = [&](const Location& path) {
+        if (const auto position = list.positionOf(path))
+            set.m_marks.setBit(*position);
+    };
+    // A few are looked up one by one, and so are all where a path may stand twice.
+    if (size() < list.size() / 8 || list.repeats()) {
+        forEachMark([&](qsizetype position) { look(m_list.at(position).url); });
+    } else {
+        const std::vector<qint32> positions = list.positionsIn(m_list);
+        for (size_t position = 0; position < positions.size(); ++position)
+            if (positions[position] >= 0 && m_marks.testBit(positions[position]))
+                set.m_marks.setBit(qsizetype(position));
     }
-    // Most files of a page that has loaded again stand in the order of before.
-    qsizetype next = 0;
-    for (qsizetype position = 0; position < list.size(); ++position) {
-        const Asset& asset = list.at(position);
-        const auto mark = markOf(asset.url, next);
-        if (mark)
-            next = *mark + 1;
-        else if (!m_others.contains(asset.url))
-            continue;
-        if (!list.repeats() || list.positionOf(asset.url) == position)
-            found.append(asset);
-    }
-    return found;
+    std::for_each(m_others.begin(), m_others.end(), look);
+    set.m_marked = set.m_marks.count(true);
+    return set;
+}
+
+Assets PathSet::assets() const {
+    if (m_marked == m_list.size())
+        return m_list.assets();
+    Assets assets;
+    assets.reserve(m_marked);
+    forEachMark([&](qsizetype position) { assets.append(m_list.at(position)); });
+    return assets;
+}
+
+std::optional<Asset> PathSet::first() const {
+    for (qsizetype position = 0; m_marked > 0; ++position)
+        if (m_marks.testBit(position))
+            return m_list.at(position);
+    return {};
+}
+
+qint64 PathSet::bytes() const {
+    if (m_marked == m_list.size())
+        return m_list.bytes();
+    qint64 bytes = 0;
+    forEachMark([&](qsizetype position) { bytes += m_list.at(position).size; });
+    return bytes;
 }
 
 std::optional<QList<Location>> PathSet::differences(const PathSet& other, qsizetype most) const {
@@ -131,12 +145,19 @@ void PathSet::setMark(qsizetype position, bool marked) {
     m_marked += marked ? 1 : -1;
 }
 
+template <typename Visit>
+void PathSet::forEachMark(const Visit& visit) const {
+    for (qsizetype position = 0, left = m_marked; left > 0; ++position)
+        if (m_marks.testBit(position)) {
+            visit(position);
+            --left;
+        }
+}
+
 QList<Location> PathSet::paths() const {
     QList<Location> paths;
     paths.reserve(size());
-    for (qsizetype position = 0; paths.size() < m_marked; ++position)
-        if (m_marks.testBit(position))
-            paths.append(m_list.at(position).url);
+    forEachMark([&](qsizetype position) { paths.append(m_list.at(position).url); });
     return paths + m_others.values();
 }
 

@@ -30,9 +30,18 @@ public:
     bool remove(const Location& path); // whether it was there
     void remove(const QList<Location>& paths);
 
+    // Those that the list holds, as marks upon it.
+    PathSet on(const PageList& list) const;
+
+    // Of those that are marked, in the order of their list: their files, which are not copied if they are all of the
+    // list, the first one, and their summed size.
+    Assets assets() const;
+    std::optional<Asset> first() const;
+    qint64 bytes() const;
+
     // The assets of the list whose path is in the set, in the order of the list; one that stands there twice counts
-    // once. If they are all of the list, nothing is copied.
-    Assets among(const PageList& list) const;
+    // once.
+    Assets among(const PageList& list) const { return on(list).assets(); }
 
     // The paths that are in one of the two only, in no order; absent where there are more than `most`, or where to find
     // them would take long.
@@ -44,6 +53,8 @@ private:
     // Where the path is marked, looked for at `guess` first.
     std::optional<qsizetype> markOf(const Location& path, qsizetype guess = 0) const;
     void setMark(qsizetype position, bool marked);
+    template <typename Visit>
+    void forEachMark(const Visit& visit) const;
     QList<Location> paths() const; // in the order of the list, then the others
     bool containsAll(const PathSet& other) const;
 

@@ -66,6 +66,44 @@ private Q_SLOTS:
         QVERIFY(!pane.library->lastError());
     }
 
+    void aProjectThatIsRenamedOutsideWhileItsFileIsSelected() {
+        Pane pane;
+        pane.file("p/1.txt");
+        pane.open(Place::folder(pane.folder("p")));
+        QTRY_COMPARE(pane.items("AssetTile").size(), 1);
+        pane.click(pane.items("AssetTile").first());
+        QCOMPARE(pane.selected(), strings({"1.txt"}));
+        QVERIFY(QDir().rename(pane.folder("p").toString(), pane.folder("q").toString()));
+        QTRY_VERIFY(pane.control("Label", u"Nothing here yet"_qs));
+        QVERIFY(pane.browser->selected().isEmpty());
+        // What keys and menus would do is done to nothing.
+        for (const Qt::Key key : {Qt::Key_S, Qt::Key_Space, Qt::Key_Delete, Qt::Key_Down, Qt::Key_Escape})
+            pane.press(key);
+        QVERIFY(!pane.library->lastError());
+        QVERIFY(QFile::exists(pane.folder("q/1.txt").toString()));
+        pane.library->setPlace(Place::folder(pane.folder("q")));
+        QTRY_VERIFY(pane.tile("AssetTile", u"1.txt"_qs));
+    }
+
+    void aSelectedFileThatIsRenamedOutsideLeavesWhatIsSelected() {
+        Pane pane;
+        pane.file("p/1.txt", 10);
+        pane.file("p/2.txt", 20);
+        pane.open(Place::folder(pane.folder("p")));
+        QTRY_COMPARE(pane.items("AssetTile").size(), 2);
+        pane.click(pane.items("AssetTile").first());
+        pane.browser->selectAll();
+        QCOMPARE(pane.browser->status(), u"2 selected · 2 bytes"_qs);
+        QVERIFY(QFile::rename(pane.folder("p/1.txt").toString(), pane.folder("p/3.txt").toString()));
+        QTRY_VERIFY(pane.tile("AssetTile", u"3.txt"_qs) && !pane.tile("AssetTile", u"1.txt"_qs));
+        QCOMPARE(pane.selected(), strings({"2.txt"}));
+        // Its path is still counted, its size is not.
+        QCOMPARE(pane.browser->status(), u"2 selected · 1 byte"_qs);
+        // The anchor went with it, so a step begins at the top.
+        pane.press(Qt::Key_Up);
+        QCOMPARE(pane.selected(), strings({"3.txt"}));
+    }
+
     void fiveThousandFilesLandInTheFolderOnView() {
         Pane pane;
         pane.file("p/0 first.txt", -100'000); // newer than all, so that its tile stays where it is

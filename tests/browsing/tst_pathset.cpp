@@ -56,6 +56,39 @@ private Q_SLOTS:
         QCOMPARE(PathSet::all(list).among(list).constData(), list.assets().constData());
     }
 
+    void whatAListHoldsOfASetIsAskedForItsFilesItsFirstAndItsSize() {
+        Assets files = assets(0, 9);
+        for (Asset& file : files)
+            file.size = 10;
+        const PageList list(files);
+        PathSet set = PathSet::range(PageList(assets(8, 30)), 0, 5);
+        set.insert(path(4));
+        set.insert(path(99));
+        const PathSet on = set.on(list);
+        QCOMPARE(on.size(), 3);
+        QCOMPARE(urlsOf(on.assets()), (QList{path(4), path(8), path(9)}));
+        QCOMPARE(on.first(), std::optional(files[4]));
+        QCOMPARE(on.bytes(), 30);
+        QVERIFY(!PathSet().on(list).first());
+        QCOMPARE(PathSet::all(list).bytes(), 100);
+    }
+
+    // However the page is sorted or filtered, and whatever comes and goes.
+    void aSetFollowsTheListThatReplacesItsOwn() {
+        const PageList before(assets(0, 9'999));
+        const PathSet set = PathSet::range(before, 1'000, 8'999);
+        Assets shuffled = assets(500, 10'500);
+        std::shuffle(shuffled.begin(), shuffled.end(), std::mt19937(3));
+        const PageList after = PageList::replacing(before, shuffled);
+        const PathSet kept = set.on(after);
+        QCOMPARE(kept.size(), 8'000);
+        QCOMPARE(kept, set);
+        for (const Asset& found : kept.assets())
+            QVERIFY(set.contains(found.url));
+        // Likewise of a list that has nothing to do with it.
+        QCOMPARE(set.on(PageList(shuffled)), kept);
+    }
+
     void aPathThatStandsTwiceCountsOnce() {
         const PageList list(assets(0, 4) + assets(2, 6));
         PathSet set = PathSet::all(list);
