@@ -38,6 +38,28 @@ T.Menu {
         clip: interactive
         currentIndex: menu.currentIndex
         T.ScrollBar.vertical: ScrollBar {}
+
+        // From the first entry up to the last and from the last down to the first, which Qt does not.
+        Connections {
+            target: menu.contentItem.parent.Keys
+            function onPressed(event: var) {
+                const step = event.key === Qt.Key_Up ? -1 : event.key === Qt.Key_Down ? 1 : 0
+                if (step === 0 || menu.entryFrom(menu.currentIndex, step) >= 0 && menu.currentIndex >= 0)
+                    return
+                const other = menu.entryFrom(step > 0 ? -1 : menu.count, step)
+                if (other >= 0)
+                    menu.currentIndex = other
+                event.accepted = true
+            }
+        }
+    }
+
+    // The next entry from there that can be chosen, or -1.
+    function entryFrom(index: int, step: int): int {
+        for (let i = index + step; i >= 0 && i < count; i += step)
+            if (itemAt(i) instanceof T.MenuItem && itemAt(i).enabled)
+                return i
+        return -1
     }
 
     background: Surface { radius: Theme.radiusMenu }

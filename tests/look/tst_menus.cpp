@@ -13,6 +13,7 @@ private Q_SLOTS:
     void theKeysLeadOnAtOnceWhereASubmenuWasClosed();
     void aMenuShowsTheShortcutOfItsAction();
     void aMenuSkipsWhatIsDisabled();
+    void aMenuGoesRoundAtItsEnds();
     void aContextMenuOpensByRightClickAndByKey();
     void aMenuHangsBelowWhatOpenedItOrStandsOnIt_data();
     void aMenuHangsBelowWhatOpenedItOrStandsOnIt();
@@ -72,6 +73,30 @@ void tst_menus::aMenuSkipsWhatIsDisabled() {
     QTRY_VERIFY(window.value("menu", "opened").toBool());
     window.press(Qt::Key_Down);
     window.press(Qt::Key_Return);
+    QCOMPARE(window.root()->property("chosen").toString(), QStringLiteral("Two"));
+}
+
+void tst_menus::aMenuGoesRoundAtItsEnds() {
+    QmlWindow window("property string chosen\n"
+                     "Menu { id: menu; objectName: 'menu'; MenuItem { text: 'Never'; enabled: false }"
+                     "MenuItem { text: 'One'; onTriggered: chosen = text } MenuSeparator {}"
+                     "MenuItem { text: 'Two'; onTriggered: chosen = text } MenuItem { text: 'Nor'; enabled: false } }\n"
+                     "function open() { menu.popup() }");
+    const auto choose = [&](const QList<Qt::Key>& keys) {
+        QMetaObject::invokeMethod(window.root(), "open");
+        QTRY_VERIFY(window.value("menu", "opened").toBool());
+        for (const Qt::Key key : keys)
+            window.press(key);
+        window.press(Qt::Key_Return);
+        QTRY_VERIFY(!window.value("menu", "visible").toBool());
+    };
+    choose({Qt::Key_Up});
+    QCOMPARE(window.root()->property("chosen").toString(), QStringLiteral("Two"));
+    choose({Qt::Key_Down, Qt::Key_Up, Qt::Key_Up});
+    QCOMPARE(window.root()->property("chosen").toString(), QStringLiteral("One"));
+    choose({Qt::Key_Down, Qt::Key_Down, Qt::Key_Down});
+    QCOMPARE(window.root()->property("chosen").toString(), QStringLiteral("One"));
+    choose({Qt::Key_Up, Qt::Key_Down, Qt::Key_Up});
     QCOMPARE(window.root()->property("chosen").toString(), QStringLiteral("Two"));
 }
 
