@@ -18,11 +18,13 @@ Sheet {
     signal cancelled()
 
     readonly property int measure: 340
+    readonly property Button proposed: cancel && destructive ? cancelButton : confirmButton // by Return
 
     text: title
     contentWidth: measure
     onDismissed: cancel ? cancelled() : confirmed()
-    onAboutToShow: (cancel && destructive ? cancelButton : confirmButton).focus = true
+    onAboutToShow: proposed.focus = true
+    onOpened: proposed.focusReason = Qt.TabFocusReason // nobody should have to guess what Return will do
 
     contentItem: ColumnLayout {
         spacing: Theme.gap
