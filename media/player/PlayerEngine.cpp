@@ -345,8 +345,11 @@ void PlayerEngine::hear(const mpv_event& event) {
 
 // The player reports when its picture began; on the way, where it comes from.
 void PlayerEngine::hearTime(double time) {
-    if (!m_movements.isUnderWay() && !m_file.isAtEnd && !m_file.isPlaced)
-        m_time = std::isfinite(time) ? time : 0;
+    if (m_movements.isUnderWay() || m_file.isAtEnd || m_file.isPlaced)
+        return;
+    // Its last picture may begin a little after the end that the file tells of.
+    const double last = m_duration > 0 ? m_duration.value() : time;
+    m_time = std::isfinite(time) ? std::min(time, last) : 0;
 }
 
 void PlayerEngine::hearTracks(const mpv_node& tracks) {

@@ -258,6 +258,17 @@ private Q_SLOTS:
         QVERIFY(player.engine.isPlaying());
     }
 
+    void aSurfaceThatComesAtTheEndOfAFilmLeavesItThere() {
+        Player player;
+        player.engine.load(Clips::clip("blink.mp4"), true);
+        QTRY_COMPARE(player.ends, 1);
+        Stage stage(player.engine);
+        QTRY_VERIFY(stage.surface->counts()->frames > 0);
+        QTRY_VERIFY(player.engine.isStanding());
+        QTRY_COMPARE(player.engine.time(), player.engine.duration());
+        QCOMPARE(player.ends, 1);
+    }
+
     void aSurfaceOutlivesItsPlayer() {
         auto player = std::make_unique<Player>();
         Stage stage(player->engine);
