@@ -37,7 +37,7 @@ using namespace lumbra;
 namespace {
 
 constexpr int rounds = 7;
-constexpr double fromClickToKey = 250; // milliseconds
+constexpr double fromClickToKey = 400; // milliseconds
 constexpr int pictures = 5;
 constexpr QSize pictureSize(6000, 4000);
 constexpr double playFor = 8; // seconds

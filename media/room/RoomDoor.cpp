@@ -53,7 +53,9 @@ void RoomDoor::expect(const Asset& asset) {
 }
 
 void RoomDoor::rehearse() {
-    m_rehearsal = std::make_unique<ScreeningRoom>(m_library, m_options);
+    RoomOptions options = m_options;
+    options.mpv = nullptr; // which is for the room that opens
+    m_rehearsal = std::make_unique<ScreeningRoom>(m_library, options);
     Asset film;
     film.kind = AssetKind::video;
     m_rehearsal->rehearse(film);

@@ -198,6 +198,9 @@ void ScreeningRoom::setStagePixels(const QSize& size) {
 
 void ScreeningRoom::rehearse(const Asset& asset) {
     m_asset = asset;
+    QImage light(16, 9, QImage::Format_RGB32);
+    light.fill(Qt::gray);
+    m_ambient = light;
     Q_EMIT assetChanged();
     describe();
 }

@@ -194,7 +194,7 @@ public:
     QBindable<bool> bindableFocused() const { return &m_focused; }
     void setFocused(bool focused) { m_focused = focused; }
 
-    // Of a room that is not open: has the stage and the controls of this file, which is not touched.
+    // Of a room that is not open: has the stage, the controls and some light, as for this file, which is not touched.
     void rehearse(const Asset& asset);
 
     // To another entry of the order, counted from this one; nothing where there is none.

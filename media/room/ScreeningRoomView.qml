@@ -18,7 +18,7 @@ FocusScope {
     // Once it can no longer be seen.
     signal faded()
 
-    readonly property real unseen: 0.001
+    readonly property real unseen: 0.0015 // just enough for the scene to draw it
     readonly property int focusAgain: 300 // milliseconds; by then the window has given its own focus away
     // In the smallest window what the capsule and the panel leave is shared out beside and between them.
     readonly property int narrowest: 560 // of the capsule
@@ -71,6 +71,7 @@ FocusScope {
     onOpacityChanged: if (opacity === 0 && !room.open) faded()
 
     Behavior on opacity {
+        enabled: !view.rehearses
         NumberAnimation { duration: Theme.room; easing.type: Theme.easeOut }
     }
     Timer {
