@@ -8,6 +8,7 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <memory>
 
 namespace lumbra {
 
@@ -32,6 +33,17 @@ Starring writeStars(const QList<Location>& urls, bool starred) {
     return result;
 }
 
+AssetIndex::Changes starChanges(const Starring& result, const AssetIndex& index) {
+    AssetIndex::Changes changes;
+    for (const auto& [url, date] : result.written) {
+        if (auto asset = index.find(url)) {
+            asset->starred = date;
+            changes.assets.append(*std::move(asset));
+        }
+    }
+    return changes;
+}
+
 QString starredText(qsizetype count, bool starred) {
     const QString verb = starred ? QStringLiteral("Added") : QStringLiteral("Removed");
     const QString items = count > 1 ? QStringLiteral(" %1 items").arg(count) : QString();
@@ -44,17 +56,28 @@ void Library::toggleStar(const QList<Location>& urls) {
     if (urls.isEmpty())
         return;
     m_starring.add({m_root}, [this, urls](const OperationQueue::Done& done) {
-        const bool starred = !std::ranges::all_of(urls, [this](const Location& url) { return isStarred(url); });
-        setStar(urls, starred, [this, urls, starred, done] {
-            const auto undo = [library = QPointer(this), urls, starred] {
-                if (library)
-                    library->undoStar(urls, starred);
-            };
-            // Since QPointer looks whether it is given null, the analyzer thinks that this might be.
-            // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage)
-            setToast(Toast{.text = starredText(urls.size(), starred), .starred = starred, .undo = undo});
-            done();
-        });
+        const auto set = [this, urls, done](bool starred) {
+            setStar(urls, starred, [this, urls, starred, done] {
+                const auto undo = [library = QPointer(this), urls, starred] {
+                    if (library)
+                        library->undoStar(urls, starred);
+                };
+                // Since QPointer looks whether it is given null, the analyzer thinks that this might be.
+                // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage)
+                setToast(Toast{.text = starredText(urls.size(), starred), .starred = starred, .undo = undo});
+                done();
+            });
+        };
+        const auto lacksStar = [urls, index = index()] {
+            return !std::ranges::all_of(urls, [&index](const Location& url) {
+                const auto asset = index.find(url);
+                return asset ? asset->isStarred() : Stars::read(url).has_value();
+            });
+        };
+        if (urls.size() <= mostAtOnce)
+            set(lacksStar());
+        else
+            Tasks::run(Tasks::Pool::userInitiated, lacksStar).then(this, set);
     });
 }
 
@@ -68,23 +91,26 @@ void Library::undoStar(const QList<Location>& urls, bool starred) {
 }
 
 void Library::setStar(const QList<Location>& urls, bool starred, const OperationQueue::Done& done) {
-    const auto take = [this, done](const Starring& result) {
-        AssetIndex::Changes changes;
-        for (const auto& [url, date] : result.written) {
-            if (auto asset = index().find(url)) {
-                asset->starred = date;
-                changes.assets.append(*std::move(asset));
-            }
-        }
-        if (result.lastFailed)
-            setLastError(QStringLiteral("Couldn't change the star on ") + *result.lastFailed + u'.');
+    const auto take = [this, done](AssetIndex::Changes changes, const std::optional<QString>& lastFailed) {
+        if (lastFailed)
+            setLastError(QStringLiteral("Couldn't change the star on ") + *lastFailed + u'.');
         // A batch of its own, so that those before it, which may have read the stars of before, do not win.
         apply(m_batches.begin(), std::move(changes), done);
     };
-    if (urls.size() <= mostAtOnce)
-        take(writeStars(urls, starred));
-    else
-        Tasks::run(Tasks::Pool::lasting, [urls, starred] { return writeStars(urls, starred); }).then(this, take);
+    if (urls.size() <= mostAtOnce) {
+        const Starring result = writeStars(urls, starred);
+        return take(starChanges(result, index()), result.lastFailed);
+    }
+    const auto write = [urls, starred] { return std::make_shared<const Starring>(writeStars(urls, starred)); };
+    Tasks::run(Tasks::Pool::lasting, write).then(this, [this, take](const std::shared_ptr<const Starring>& result) {
+        // The files may have changed otherwise while their stars were written.
+        const AssetIndex before = index();
+        Tasks::run(Tasks::Pool::userInitiated, [result, before] {
+            return starChanges(*result, before);
+        }).then(this, [this, take, result, before](const AssetIndex::Changes& changes) {
+            take(before == index() ? changes : starChanges(*result, index()), result->lastFailed);
+        });
+    });
 }
 
 } // namespace lumbra
