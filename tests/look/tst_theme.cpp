@@ -16,12 +16,16 @@ double luminance(const QColor& color) {
     return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
 }
 
-double contrast(const QColor& over, const QColor& ground) {
+// What is seen of a colour that lies over another.
+QColor onto(const QColor& over, const QColor& ground) {
     const double alpha = over.alphaF();
-    const auto mix = [alpha](double above, double below) { return above * alpha + below * (1 - alpha); };
-    const QColor seen =
-        QColor::fromRgbF(float(mix(over.redF(), ground.redF())), float(mix(over.greenF(), ground.greenF())),
-                         float(mix(over.blueF(), ground.blueF())));
+    const auto mix = [alpha](double above, double below) { return float(above * alpha + below * (1 - alpha)); };
+    return QColor::fromRgbF(mix(over.redF(), ground.redF()), mix(over.greenF(), ground.greenF()),
+                            mix(over.blueF(), ground.blueF()));
+}
+
+double contrast(const QColor& over, const QColor& ground) {
+    const QColor seen = onto(over, ground);
     const double a = luminance(seen) + 0.05;
     const double b = luminance(ground) + 0.05;
     return std::max(a, b) / std::min(a, b);
@@ -45,6 +49,9 @@ private Q_SLOTS:
     void theAccentIsAmber();
     void textCanBeRead_data();
     void textCanBeRead();
+    void textCanBeReadInEachState_data();
+    void textCanBeReadInEachState();
+    void whatMayBeMissedCanStillBeSeen();
     void highContrastStrengthensTextAndLines();
     void reducedMotionMakesEveryMovementInstant();
     void reducedMotionLeavesWaitsAlone();
@@ -96,6 +103,43 @@ void tst_theme::textCanBeRead() {
     QFETCH(QByteArray, ink);
     QFETCH(QByteArray, ground);
     QVERIFY(contrast(color(ink), color(ground)) >= 4.5);
+}
+
+// Of controls under the pointer, pressed, selected: each ink that stands on such a bed, on every surface.
+void tst_theme::textCanBeReadInEachState_data() {
+    QTest::addColumn<QByteArray>("ink");
+    QTest::addColumn<QByteArray>("bed");
+    const QList<std::pair<const char*, QList<const char*>>> beds{
+        {"text", {"hover", "press", "menuHover", "control", "controlHover", "controlPress", "amberSoft"}},
+        {"textSoft", {"hover", "press", "menuHover", "control", "controlHover", "controlPress", "amberSoft"}},
+        {"amber", {"hover", "press", "amberSoft"}},
+        {"danger", {"dangerSoft", "dangerHover", "dangerPress"}},
+        {"amberInk", {"amber", "amberHover", "amberPress"}}};
+    for (const auto& [ink, all] : beds)
+        for (const char* bed : all)
+            QTest::addRow("%s on %s", ink, bed) << QByteArray(ink) << QByteArray(bed);
+}
+
+void tst_theme::textCanBeReadInEachState() {
+    QFETCH(QByteArray, ink);
+    QFETCH(QByteArray, bed);
+    for (const bool strong : {false, true}) {
+        Look::setAppearance(m_window->engine(), strong, false);
+        for (const char* ground : {"window", "pane", "raised"})
+            QVERIFY2(contrast(color(ink), onto(color(bed), color(ground))) >= 4.5, ground);
+    }
+}
+
+void tst_theme::whatMayBeMissedCanStillBeSeen() {
+    for (const char* ground : {"window", "pane", "raised"}) {
+        for (const char* bed : {"clear", "hover", "menuHover", "amberSoft"})
+            QVERIFY2(contrast(color("textFaint"), onto(color(bed), color(ground))) >= 3, bed);
+        QVERIFY2(contrast(color("amber"), color(ground)) >= 3, ground); // the ring of what has the keys
+        Look::setAppearance(m_window->engine(), true, false);
+        QVERIFY2(contrast(color("edge"), color(ground)) >= 3, ground);
+        QVERIFY2(contrast(color("textFaint"), color(ground)) >= 7, ground);
+        Look::setAppearance(m_window->engine(), false, false);
+    }
 }
 
 void tst_theme::highContrastStrengthensTextAndLines() {
