@@ -22,8 +22,9 @@ constexpr auto settlingTime = std::chrono::milliseconds(200);
 void restoreFirst(QWindow& window, QSize screen) {
     constexpr QSize grip(80, 80); // beside a window that no longer fills the screen, to take hold of it
     const QSize usual = WindowMemory::usualSize;
-    const bool fills = usual.width() >= screen.width() && usual.height() >= screen.height();
-    window.resize((fills ? screen - grip : usual.boundedTo(screen)).expandedTo(WindowMemory::leastSize));
+    const QSize least = WindowMemory::leastSize;
+    const bool fills = usual.boundedTo(screen) == screen && least.boundedTo(screen) == least;
+    window.resize((fills ? screen - grip : usual.boundedTo(screen)).expandedTo(least));
     if (fills)
         window.setWindowStates(Qt::WindowMaximized);
 }

@@ -39,8 +39,8 @@ public:
     static QRect fitting(const QRect& kept, const QList<QRect>& screens);
 
     // Puts the window, which is not shown yet, where the last one stood, and remembers from then on what becomes of it.
-    // Whoever shows it must not reset its state, as QWindow::show does. A first window that is no smaller than the
-    // screen fills it; any other gives way to its frame, which is known once it shows.
+    // Whoever shows it must not reset its state, as QWindow::show does. A first window that would be no smaller than
+    // the screen fills it; any other gives way to its frame, which is known once it shows.
     void attach(QWindow& window);
 
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -39,9 +39,9 @@ private:
         if (!file.open(QIODevice::ReadOnly))
             return {};
         QStringList all;
-        for (const QJsonValue& group : QJsonDocument::fromJson(file.readAll()).object()[u"groups"].toArray()) {
+        for (const QJsonValue group : QJsonDocument::fromJson(file.readAll()).object()[u"groups"].toArray()) {
             QStringList members;
-            for (const QJsonValue& member : group[u"projects"].toArray())
+            for (const QJsonValue member : group[u"projects"].toArray())
                 members << member.toString();
             all << group[u"name"].toString() + u'(' + members.join(u' ') + u')';
         }

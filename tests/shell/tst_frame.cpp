@@ -43,6 +43,7 @@ private Q_SLOTS:
     void assistiveTechnologyReadsTheNameSheet();
     void assistiveTechnologyReadsTheAlert();
     void assistiveTechnologyReadsTheToast();
+    void assistiveTechnologyReadsTheFirstRun();
     void theToastsSymbolBouncesOnce();
 
 private:
@@ -344,6 +345,21 @@ void tst_frame::assistiveTechnologyReadsTheAlert() {
     const auto* const button = read(QAccessible::Button, QStringLiteral("OK"));
     QVERIFY(button);
     QTRY_VERIFY(button->state().focused);
+}
+
+void tst_frame::assistiveTechnologyReadsTheFirstRun() {
+    QAccessible::setActive(true);
+    show();
+    m_onboarding->choose(QStringLiteral("~/Media"));
+    m_library->setOnboarding(true);
+    QVERIFY(read(QAccessible::Dialog, QStringLiteral("Welcome to Lumbra")));
+    QVERIFY(read(QAccessible::Heading, QStringLiteral("Welcome to Lumbra")));
+    QVERIFY(read(QAccessible::StaticText, QStringLiteral("Library folder")));
+    QVERIFY(read(QAccessible::StaticText, m_onboarding->folderText()));
+    QVERIFY(read(QAccessible::Button, QStringLiteral("Change…")));
+    const auto* const open = read(QAccessible::Button, QStringLiteral("Open Library"));
+    QVERIFY(open);
+    QTRY_VERIFY(open->state().focused);
 }
 
 void tst_frame::assistiveTechnologyReadsTheToast() {
