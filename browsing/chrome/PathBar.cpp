@@ -3,12 +3,21 @@
 
 #include "browsing/DroppedFiles.h"
 #include "browsing/MenuEntry.h"
-#include "core/Clipboard.h"
+#include "library/Actions.h"
 #include "library/Scanner.h"
 #include "platform/Desktop.h"
 #include "platform/Tasks.h"
 
 namespace lumbra {
+
+namespace {
+
+// What lies in the library is named as the disk has it, which is not asked: a share may have stopped answering.
+Location resolved(const Location& url, const Location& root) {
+    return url.isAtOrBelow(root) ? url : url.canonical();
+}
+
+} // namespace
 
 PathBar::PathBar(Library* library, QObject* parent) : QObject(parent), m_library(library) {
     connect(library, &Library::placeChanged, this, &PathBar::refresh);
@@ -46,9 +55,10 @@ void PathBar::listSiblings() {
     const Place place = m_library->place();
     const auto url = place.folderUrl();
     const auto project = url ? m_library->projectContaining(*url) : std::nullopt;
-    if (!project || url->canonical() == project->url)
+    const Location here = url ? resolved(*url, m_library->root()) : Location();
+    if (!project || here == project->url)
         return;
-    Tasks::run(Tasks::Pool::userInitiated, [parent = url->canonical().parent()] {
+    Tasks::run(Tasks::Pool::userInitiated, [parent = here.parent()] {
         return Scanner::list(parent).folders;
     }).then(this, [this, place](const QList<Location>& folders) {
         if (place != m_library->place())
@@ -73,7 +83,7 @@ QVariantList PathBar::menu() const {
     if (!url)
         return {};
     QList<MenuEntry> entries;
-    const Location here = url->canonical();
+    const Location here = resolved(*url, m_library->root());
     for (const Location& sibling : m_siblings)
         entries.append(MenuEntry::item(sibling.name(), [library = m_library, sibling] {
                            library->setPlace(Place::folder(sibling));
@@ -81,8 +91,7 @@ QVariantList PathBar::menu() const {
     if (!entries.isEmpty())
         entries.append(MenuEntry::divider());
     entries.append(MenuEntry::item(QStringLiteral("Show in Finder"), [folder = *url] { Desktop::reveal({folder}); }));
-    entries.append(
-        MenuEntry::item(QStringLiteral("Copy Path"), [folder = *url] { Clipboard::copyText(folder.toString()); }));
+    entries.append(MenuEntry::item(QStringLiteral("Copy Path"), [folder = *url] { Actions::copyPaths({folder}); }));
     return MenuEntry::toVariants(entries);
 }
 

@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace lumbra;
@@ -104,6 +105,19 @@ private Q_SLOTS:
         QCOMPARE(library.place(), Place::folder(a.parent().child("b")));
         path.go(0);
         QCOMPARE(library.place(), Place::folder(a.parent()));
+        QVERIFY(path.siblings().isEmpty());
+        QCOMPARE(path.menu().size(), 2);
+    }
+
+    void aFolderThatIsGoneHasNoSiblings() {
+        const TestHome home;
+        const Location project = home.folder("Library/pro");
+        Library library(home.path().child("Library"), true);
+        PathBar path(&library);
+        const QSignalSpy listed(&path, &PathBar::siblingsChanged);
+        library.setPlace(Place::folder(project.child("gone/deeper")));
+        QCOMPARE(titles(path.steps()), strings({"pro@pro", "gone", "deeper"}));
+        QTRY_COMPARE(listed.size(), 2); // none at first, and then the answer
         QVERIFY(path.siblings().isEmpty());
         QCOMPARE(path.menu().size(), 2);
     }
