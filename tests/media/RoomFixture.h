@@ -15,6 +15,10 @@
 
 namespace lumbra {
 
+inline QString named(const char* name) {
+    return QString::fromUtf8(name);
+}
+
 struct Room {
     Location path(const char* relative) const { return home.path().child("Library").child(std::string_view(relative)); }
 
