@@ -190,7 +190,7 @@ void MpvHandle::ask(Request request) {
 quint64 MpvHandle::tagFor(Then then) {
     if (!then || m_state == State::none || m_state == State::absent)
         return 0;
-    m_answered.insert(++m_lastTag, std::move(then));
+    m_answered.emplace(++m_lastTag, std::move(then));
     return m_lastTag;
 }
 

@@ -23,7 +23,7 @@ namespace lumbra {
                     entry(render_context_update) entry(render_context_render) entry(render_context_free)
 
 struct MpvLibrary {
-#define LUMBRA_MPV_FUNCTION(name) decltype(&mpv_##name) name = nullptr;
+#define LUMBRA_MPV_FUNCTION(name) decltype(&mpv_##name) name = nullptr; // NOLINT(bugprone-macro-parentheses): a name
     LUMBRA_MPV_FUNCTIONS(LUMBRA_MPV_FUNCTION)
 #undef LUMBRA_MPV_FUNCTION
 
