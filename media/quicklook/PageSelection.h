@@ -77,7 +77,7 @@ private:
     QPointer<DocumentPages> m_pages;
     bool m_isMarked = false;
     bool m_byWords = false;
-    PageLayout::Spot m_from, m_to; // as the pointer came to them
+    PageLayout::Spot m_from, m_to;  // as the pointer came to them
     std::map<int, Marked> m_marked; // by page
     MediaRequest m_copying;
     int m_version = 0;
