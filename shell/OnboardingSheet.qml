@@ -18,7 +18,7 @@ Sheet {
     contentWidth: measure
     padding: Theme.blockGap
     dismissable: false
-    onOpened: openLibrary.forceActiveFocus()
+    onOpened: openLibrary.forceActiveFocus(Qt.TabFocusReason)
     Component.onCompleted: Qt.callLater(follow) // by then there is a window to open in
 
     function follow() { onboarding.shown ? open() : close() }
