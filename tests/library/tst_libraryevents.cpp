@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "IndexContent.h"
 #include "library/Library.h"
 #include "library/Scanner.h"
 #include "library/state/StateStore.h"
@@ -22,18 +23,6 @@ namespace {
 std::optional<QByteArray> whyNothingCanBeMounted;
 
 constexpr int patience = 20'000; // ms
-
-std::string text(const Location& location) {
-    return std::string(location.view());
-}
-
-std::map<Location, Asset> content(const AssetIndex& index) {
-    std::map<Location, Asset> content;
-    for (const auto& folder : index.folders())
-        for (size_t i = 0; i < folder->size(); ++i)
-            content[folder->assetAt(i).url] = folder->assetAt(i);
-    return content;
-}
 
 // The library holds what a walk would find now.
 bool isTrue(const Library& library) {

@@ -14,6 +14,18 @@ using namespace lumbra;
 class TransferTroubleTest : public QObject, TwoDisks {
     Q_OBJECT
 
+    struct Move {
+        Location source, project;
+        QFuture<QList<Location>> future;
+    };
+    // A folder of the library is on its way to a project on the other disk.
+    Move moveShots() {
+        Move move{filled(m_library->at("one/shots")), farProject(), {}};
+        m_library->open();
+        move.future = (*m_library)->bring({move.source}, move.project);
+        return move;
+    }
+
 private Q_SLOTS:
     void init() {
         if (!openDisks())
@@ -43,10 +55,7 @@ private Q_SLOTS:
 
     void aCancelledMoveLeavesTheSourceAsItWas() {
         OpenLibrary& library = *m_library;
-        const Location project = farProject();
-        const Location source = filled(library.at("one/shots"));
-        library.open();
-        const auto future = library->bring({source}, project);
+        const auto [source, project, future] = moveShots();
         QVERIFY(meetHalfWay());
         library->cancelTransfer();
         QVERIFY(resultOf(future).isEmpty());
@@ -56,10 +65,7 @@ private Q_SLOTS:
 
     void aLibraryThatEndsCancelsAndCleans() {
         OpenLibrary& library = *m_library;
-        const Location project = farProject();
-        const Location source = filled(library.at("one/shots"));
-        library.open();
-        const auto future = library->bring({source}, project);
+        const auto [source, project, future] = moveShots();
         QVERIFY(meetHalfWay());
         library.close();
         Tasks::pool(Tasks::Pool::lasting).waitForDone(); // as the application does at its end
@@ -70,10 +76,7 @@ private Q_SLOTS:
 
     void wordsAddedToASourceMeanwhileAreNotLost() {
         OpenLibrary& library = *m_library;
-        const Location project = farProject();
-        const Location source = filled(library.at("one/shots"));
-        library.open();
-        const auto future = library->bring({source}, project);
+        const auto [source, project, future] = moveShots();
         QVERIFY(meetHalfWay());
         for (const int number : {0, shots / 2, shots - 1}) {
             QFile file(shot(source, number).toString());

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "IndexContent.h"
 #include "core/Stars.h"
 #include "library/Resolver.h"
 #include "library/Scanner.h"
@@ -15,18 +16,6 @@ using namespace lumbra;
 namespace fs = std::filesystem;
 
 namespace {
-
-std::string text(const Location& location) {
-    return std::string(location.view());
-}
-
-std::map<Location, Asset> content(const AssetIndex& index) {
-    std::map<Location, Asset> content;
-    for (const auto& folder : index.folders())
-        for (size_t i = 0; i < folder->size(); ++i)
-            content[folder->assetAt(i).url] = folder->assetAt(i);
-    return content;
-}
 
 // A library that is kept by its events alone.
 class Kept {

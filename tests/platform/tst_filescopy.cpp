@@ -1,14 +1,12 @@
 // Copies carry all that there is to a file and a folder.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/Files.h"
+#include "Copying.h"
 #include "platform/files/Removal.h"
 #include "support/FileSystems.h"
 #include "support/FileTrees.h"
-#include "support/TestHome.h"
 
 #include <QTest>
-#include <QThread>
 
 #include <sys/sysmacros.h>
 
@@ -19,19 +17,6 @@ using namespace lumbra;
 using Files::Transfer;
 
 namespace {
-
-QList<Files::Arrival> copy(const TestHome& home, const Location& source, const Location& target,
-                           const std::function<void(const Files::Progress&)>& report = {}) {
-    return Files::carryOut({{source, target, Transfer::Kind::copy}}, home.path().child("journal"), {}, report);
-}
-
-// A report that takes so long that the next one is due at every step.
-std::function<void(const Files::Progress&)> atEveryStep(const std::function<void(const Files::Progress&)>& act) {
-    return [act](const Files::Progress& progress) {
-        act(progress);
-        QThread::msleep(51);
-    };
-}
 
 // What no path leads to, or is read-only, temporary folders can't remove.
 int removeTree(const Location& location) {

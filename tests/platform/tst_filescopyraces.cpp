@@ -1,34 +1,14 @@
 // Copies of what changes, goes or is renamed while it is copied.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/Files.h"
+#include "Copying.h"
 #include "support/FileTrees.h"
-#include "support/TestHome.h"
 
 #include <QTest>
-#include <QThread>
 
 #include <cerrno>
 
 using namespace lumbra;
-using Files::Transfer;
-
-namespace {
-
-QList<Files::Arrival> copy(const TestHome& home, const Location& source, const Location& target,
-                           const std::function<void(const Files::Progress&)>& report = {}) {
-    return Files::carryOut({{source, target, Transfer::Kind::copy}}, home.path().child("journal"), {}, report);
-}
-
-// A report that takes so long that the next one is due at every step.
-std::function<void(const Files::Progress&)> atEveryStep(const std::function<void(const Files::Progress&)>& act) {
-    return [act](const Files::Progress& progress) {
-        act(progress);
-        QThread::msleep(51);
-    };
-}
-
-} // namespace
 
 class FilesCopyRacesTest : public QObject {
     Q_OBJECT
