@@ -76,7 +76,8 @@ void PageLoader::loadFolder(const Location& url, const LoadKey& key, const PageF
         return recursive ? PageLoad::recursive(index, url, filter, sort, shown)
                          : PageLoad::folder(Scanner::list(url), filter, sort, shown);
     };
-    Tasks::run(pool, compute).then(this, [this, key](const ListPage& page) {
+    // A disk that is asleep takes its time, and a share that has gone never answers: other pages do not wait behind it.
+    Tasks::run(key.recursive ? pool : Tasks::Pool::lasting, compute).then(this, [this, key](const ListPage& page) {
         Q_EMIT arriving(key.place);
         m_kindCounts = page.kindCounts;
         m_folders = page.folders;

@@ -58,7 +58,7 @@ void PathBar::listSiblings() {
     const Location here = url ? resolved(*url, m_library->root()) : Location();
     if (!project || here == project->url)
         return;
-    Tasks::run(Tasks::Pool::userInitiated, [parent = here.parent()] {
+    Tasks::run(Tasks::Pool::lasting, [parent = here.parent()] {
         return Scanner::list(parent).folders;
     }).then(this, [this, place](const QList<Location>& folders) {
         if (place != m_library->place())

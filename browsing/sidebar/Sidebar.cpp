@@ -276,7 +276,8 @@ void Sidebar::dropOnProject(const QString& dropped, const SidebarRow& target) {
 void Sidebar::followPlace() {
     if (const auto folder = m_library->place().folderUrl()) {
         const auto project = m_library->projectContaining(*folder);
-        m_open.unite(SidebarRules::openedBy(folder->canonical(), m_library->root(),
+        const bool isInLibrary = folder->isAtOrBelow(m_library->root()); // and so named as the disk has it
+        m_open.unite(SidebarRules::openedBy(isInLibrary ? *folder : folder->canonical(), m_library->root(),
                                             project ? std::optional(project->url) : std::nullopt));
     }
     refreshLater();
