@@ -30,4 +30,17 @@ struct FreeFfmpeg {
 template <typename Type>
 using Owned = std::unique_ptr<Type, FreeFfmpeg>;
 
+// A decoder for the stream, which is still to be opened; null without a stream or where it can't be decoded.
+inline Owned<AVCodecContext> decoderOf(const AVStream* stream) {
+    const AVCodec* const decoder = stream ? avcodec_find_decoder(stream->codecpar->codec_id) : nullptr;
+    if (!decoder)
+        return nullptr;
+    Owned<AVCodecContext> codec(avcodec_alloc_context3(decoder));
+    if (!codec || avcodec_parameters_to_context(codec.get(), stream->codecpar) < 0)
+        return nullptr;
+    codec->pkt_timebase = stream->time_base;
+    codec->thread_count = 1; // more would hold pictures back, and other readers work beside
+    return codec;
+}
+
 } // namespace lumbra::reader

@@ -5,15 +5,8 @@ namespace lumbra::reader {
 
 std::unique_ptr<SoundDecoder> SoundDecoder::open(MediaFile& media, int rate) {
     AVStream* const stream = media.sound();
-    const AVCodec* const decoder = stream ? avcodec_find_decoder(stream->codecpar->codec_id) : nullptr;
-    if (!decoder)
-        return nullptr;
-    Owned<AVCodecContext> codec(avcodec_alloc_context3(decoder));
-    if (!codec || avcodec_parameters_to_context(codec.get(), stream->codecpar) < 0)
-        return nullptr;
-    codec->pkt_timebase = stream->time_base;
-    codec->thread_count = 1;
-    if (avcodec_open2(codec.get(), decoder, nullptr) != 0)
+    Owned<AVCodecContext> codec = decoderOf(stream);
+    if (!codec || avcodec_open2(codec.get(), nullptr, nullptr) != 0)
         return nullptr;
     media.keepOnly(stream);
     return std::unique_ptr<SoundDecoder>(new SoundDecoder(media, stream, std::move(codec), rate));

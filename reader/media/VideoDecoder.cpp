@@ -54,17 +54,12 @@ QImage turned(const QImage& image, int quarterTurns) {
 
 std::unique_ptr<VideoDecoder> VideoDecoder::open(MediaFile& media) {
     AVStream* const stream = media.pictures();
-    const AVCodec* const decoder = stream ? avcodec_find_decoder(stream->codecpar->codec_id) : nullptr;
-    if (!decoder)
+    Owned<AVCodecContext> codec = decoderOf(stream);
+    if (!codec)
         return nullptr;
-    Owned<AVCodecContext> codec(avcodec_alloc_context3(decoder));
-    if (!codec || avcodec_parameters_to_context(codec.get(), stream->codecpar) < 0)
-        return nullptr;
-    codec->pkt_timebase = stream->time_base;
-    codec->thread_count = 1; // more would hold pictures back, and other readers work beside
     codec->skip_loop_filter = AVDISCARD_NONREF;
     codec->max_pixels = pixelsInMemory;
-    if (avcodec_open2(codec.get(), decoder, nullptr) != 0)
+    if (avcodec_open2(codec.get(), nullptr, nullptr) != 0)
         return nullptr;
     media.keepOnly(stream);
     return std::unique_ptr<VideoDecoder>(new VideoDecoder(media, stream, std::move(codec)));
