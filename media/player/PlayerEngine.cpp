@@ -53,6 +53,7 @@ PlayerEngine::PlayerEngine(Preferences& preferences, std::shared_ptr<MpvHandle> 
             return openWhenSeen();
         if (m_url.isEmpty() || m_isPlaying)
             return;
+        setSight(Sight::nothing);
         m_movements.seek(m_time, true);
         move();
     });
