@@ -3,16 +3,12 @@
 
 namespace lumbra {
 
-void ColumnSlots::setCount(int count) {
-    if (count > m_count) {
-        beginInsertRows({}, m_count, count - 1);
-        m_count = count;
-        endInsertRows();
-    } else if (count < m_count) {
-        beginRemoveRows({}, count, m_count - 1);
-        m_count = count;
-        endRemoveRows();
-    }
+void ColumnSlots::grow(int count) {
+    if (count <= m_count)
+        return;
+    beginInsertRows({}, m_count, count - 1);
+    m_count = count;
+    endInsertRows();
 }
 
 } // namespace lumbra
