@@ -33,9 +33,6 @@ Item {
                                  : isTitle ? Theme.blockGap - Theme.grid : isCue ? Theme.gap : Theme.grid * 3
     readonly property bool isFigure: rowStyle === "picture" || rowStyle === "rule"
     readonly property bool isMarked: marked.x < marked.y
-    // Only for what needs them: they take longer to read than most rows.
-    readonly property string styles: "<style>b { font-weight: 600 } code { font-family: '" + Theme.familyCode + "'; color: " + Theme.bars
-                                     + " } a { color: " + Theme.amber + "; text-decoration: none }</style>"
 
     // The character before which a point of the row lies; a row of a table has a beginning and an end.
     function spotAt(x: real, y: real): int {
@@ -88,10 +85,20 @@ Item {
 
     // Text that shows what is selected. It hears of no pointer: what is selected may reach over many rows.
     component Words: TextEdit {
+        required property bool isRich
+        required property bool isMono
         property string words
         property int spacing: Theme.lineDocument // from line to line
-        readonly property bool needsStyles: row.isRich && words.includes("<")
-        property point marked: row.marked
+        property point marked
+        // Only for what needs them: they take longer to read than most rows.
+        readonly property string styles: isRich && words.includes("<")
+            ? "<style>b { font-weight: 600 } code { font-family: '" + Theme.familyCode + "'; color: " + Theme.bars
+              + " } a { color: " + Theme.amber + "; text-decoration: none }</style>"
+            : ""
+
+        function escaped(words: string): string {
+            return words.replace(/&/g, "&amp;").replace(/</g, "&lt;").replace(/\n/g, "<br>")
+        }
 
         function showMarked() {
             if (marked.x < marked.y)
@@ -105,14 +112,14 @@ Item {
         activeFocusOnPress: false
         persistentSelection: true
         textFormat: TextEdit.RichText
-        text: (needsStyles ? row.styles : "") + "<p style='white-space: pre-wrap; -qt-line-height-type: fixed; line-height: "
-              + spacing + "px'>" + (row.isRich ? words : row.escaped(words)) + "</p>"
+        text: styles + "<p style='white-space: pre-wrap; -qt-line-height-type: fixed; line-height: "
+              + spacing + "px'>" + (isRich ? words : escaped(words)) + "</p>"
         wrapMode: TextEdit.Wrap
         color: Theme.text
         selectedTextColor: color
         selectionColor: Theme.amberSelection
-        font.family: row.isMono ? Theme.familyCode : Theme.family
-        font.pixelSize: row.isMono ? Theme.sizeFact : Theme.sizeBody
+        font.family: isMono ? Theme.familyCode : Theme.family
+        font.pixelSize: isMono ? Theme.sizeFact : Theme.sizeBody
 
         Accessible.role: Accessible.StaticText
         Accessible.name: getText(0, length)
@@ -120,10 +127,6 @@ Item {
         onMarkedChanged: showMarked()
         // Not with the text, which says that it changes when it is selected in, too.
         onWordsChanged: Qt.callLater(showMarked)
-    }
-
-    function escaped(words: string): string {
-        return words.replace(/&/g, "&amp;").replace(/</g, "&lt;").replace(/\n/g, "<br>")
     }
 
     Component {
@@ -142,6 +145,9 @@ Item {
             }
             Words {
                 id: text
+                isRich: row.isRich
+                isMono: row.isMono
+                marked: row.marked
                 x: row.rowStyle === "quote" ? Theme.pageMargin : 0
                 width: parent.width - x
                 // An empty line is as high as any other.
@@ -166,6 +172,9 @@ Item {
 
             Words {
                 id: codeText
+                isRich: row.isRich
+                isMono: row.isMono
+                marked: row.marked
                 x: Theme.pageMargin - Theme.grid
                 y: Theme.gap
                 width: parent.width - 2 * x
@@ -202,7 +211,9 @@ Item {
         Item {
             height: cellRow.height + 1
 
-            function wordsAt(point: point): TextEdit { return cellRow.childAt(point.x, Math.max(0, Math.min(point.y, cellRow.height - 1))) }
+            function wordsAt(point: point): TextEdit {
+                return cellRow.childAt(point.x, Math.max(0, Math.min(point.y, cellRow.height - 1))) as TextEdit
+            }
 
             Rectangle {
                 anchors.fill: parent
@@ -218,13 +229,14 @@ Item {
                     Words {
                         required property int index
                         required property string modelData
+                        isRich: row.isRich
+                        isMono: row.isMono
                         width: Math.floor(cellRow.width / row.cells.length)
                         topPadding: Theme.grid - 1
                         bottomPadding: Theme.gap - 1
                         rightPadding: Theme.pageMargin
                         words: modelData
                         horizontalAlignment: row.alignments[index] ?? Qt.AlignLeft
-                        marked: Qt.point(0, 0)
                         font.weight: row.rowStyle === "tableHead" ? Theme.semibold : Theme.regular
                         color: row.rowStyle === "tableHead" ? Theme.text : Theme.textSoft
                     }

@@ -34,7 +34,7 @@ MouseArea {
     function spotAt(x: real, y: real): var {
         const inside = Math.max(0, Math.min(y, height - 1))
         const row = rowAt(inside)
-        const item = view.itemAtIndex(row)
+        const item = view.itemAtIndex(row) as DocumentRowView
         if (!item)
             return { row: row, at: 0 }
         const point = pointer.mapToItem(item, x, inside)
@@ -43,7 +43,7 @@ MouseArea {
     }
 
     function look(x: real, y: real) {
-        const item = view.itemAt(column, y + view.contentY)
+        const item = view.itemAt(column, y + view.contentY) as DocumentRowView
         const point = item ? pointer.mapToItem(item, x, y) : null
         overWords = item !== null && point.x >= 0 && point.x < item.width && !item.isFigure
         link = item?.linkAt(point.x, point.y) ?? ""
