@@ -2,6 +2,7 @@
 #include "ThumbnailPicture.h"
 
 #include "ComposedPicture.h"
+#include "KindSymbol.h"
 #include "RoundedPicture.h"
 
 #include <QQuickWindow>
@@ -85,17 +86,7 @@ void ThumbnailPicture::setCornerRadius(double radius) {
 }
 
 QString ThumbnailPicture::kindSymbol() const {
-    switch (m_asset.kind) {
-    case AssetKind::image:
-        return QStringLiteral("photo");
-    case AssetKind::video:
-        return QStringLiteral("film");
-    case AssetKind::audio:
-        return QStringLiteral("waveform");
-    case AssetKind::document:
-        break;
-    }
-    return QStringLiteral("doc");
+    return lumbra::kindSymbol(m_asset.kind);
 }
 
 void ThumbnailPicture::componentComplete() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PageText.h"
 
+#include "media/KindSymbol.h"
 #include "platform/Phrases.h"
 
 namespace lumbra::PageText {
@@ -46,20 +47,6 @@ EmptyState emptyFolder(const EmptyFacts& facts) {
 }
 
 } // namespace
-
-QString symbol(AssetKind kind) {
-    switch (kind) {
-    case AssetKind::image:
-        return QStringLiteral("photo");
-    case AssetKind::video:
-        return QStringLiteral("film");
-    case AssetKind::audio:
-        return QStringLiteral("waveform");
-    case AssetKind::document:
-        break;
-    }
-    return QStringLiteral("doc");
-}
 
 QString symbol(const Place& place) {
     switch (place.which()) {
@@ -132,7 +119,7 @@ SectionHeader shelfHeader(qsizetype starred) {
 }
 
 SectionHeader sectionHeader(AssetKind kind, qsizetype total) {
-    return {symbol(kind), pluralLabel(kind), QStringLiteral("%1 new").arg(total), {}};
+    return {kindSymbol(kind), pluralLabel(kind), QStringLiteral("%1 new").arg(total), {}};
 }
 
 QString showMore(AssetKind kind) {

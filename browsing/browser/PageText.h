@@ -8,12 +8,15 @@
 #include "library/state/LibraryState.h"
 
 #include <QObject>
+#include <QtQml/qqmlregistration.h>
 
 namespace lumbra {
 
 // What a page shows in place of its tiles.
 class EmptyState {
     Q_GADGET
+    QML_ANONYMOUS
+
     Q_PROPERTY(bool shown MEMBER shown)
     Q_PROPERTY(bool busy MEMBER busy)
     Q_PROPERTY(QString symbol MEMBER symbol)
@@ -53,8 +56,7 @@ public:
 
 namespace PageText {
 
-// The symbol of a kind, and of the pages that no folder stands for; empty for a folder.
-QString symbol(AssetKind kind);
+// The symbol of the pages that no folder stands for; empty for a folder.
 QString symbol(const Place& place);
 
 // `group` is the place's group and `project` the one that contains the place's folder, where there is one.
