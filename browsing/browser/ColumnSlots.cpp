@@ -3,12 +3,16 @@
 
 namespace lumbra {
 
-void ColumnSlots::grow(int count) {
-    if (count <= m_count)
-        return;
-    beginInsertRows({}, m_count, count - 1);
-    m_count = count;
-    endInsertRows();
+void ColumnSlots::setCount(int count) {
+    if (count > m_count) {
+        beginInsertRows({}, m_count, count - 1);
+        m_count = count;
+        endInsertRows();
+    } else if (count < m_count) {
+        beginRemoveRows({}, count, m_count - 1);
+        m_count = count;
+        endRemoveRows();
+    }
 }
 
 } // namespace lumbra

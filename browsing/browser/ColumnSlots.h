@@ -14,8 +14,7 @@ class ColumnSlots : public QAbstractListModel {
 public:
     using QAbstractListModel::QAbstractListModel;
 
-    // At least so many. None ever goes: to make tiles anew takes longer than to keep them unseen.
-    void grow(int count);
+    void setCount(int count);
 
     int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : m_count; }
     QVariant data(const QModelIndex&, int) const override { return {}; }

@@ -44,8 +44,6 @@ Item {
 
             required property int index
             readonly property var cell: view.row.cell(index)
-            readonly property Component wanted: cell.isAsset ? assetTile : cell.isFolder ? folderTile
-                                                             : cell.isStack ? stackTile : null
 
             // A tile in a column that has come since, when there is time: while tiles shrink each row gets one, and all
             // of them at once would take longer than a frame.
@@ -54,9 +52,7 @@ Item {
             onLoaded: late = false
 
             x: Math.round(view.rows.firstTile + index * view.rows.tileStep)
-            // An empty place keeps its tile unseen: while tiles grow and shrink, columns go and come.
-            visible: wanted !== null
-            onWantedChanged: if (wanted) sourceComponent = wanted
+            sourceComponent: cell.isAsset ? assetTile : cell.isFolder ? folderTile : cell.isStack ? stackTile : null
 
             TapHandler {
                 acceptedButtons: Qt.RightButton

@@ -45,7 +45,7 @@ PageBlock::Item PageBlock::item(qsizetype position) const {
 }
 
 PageRows::PageRows(Facts facts, QObject* parent) : QAbstractListModel(parent), m_facts(std::move(facts)) {
-    m_slots.grow(m_columns.count);
+    m_slots.setCount(m_columns.count);
 }
 
 void PageRows::setWidth(double width) {
@@ -78,7 +78,7 @@ void PageRows::layOut() {
         return;
     const bool moved = next.count != m_columns.count;
     m_columns = next;
-    m_slots.grow(next.count);
+    m_slots.setCount(next.count);
     if (moved)
         for (qsizetype block = 0; block < m_shown.size(); ++block)
             updateBlock(block, PageBlock(m_shown.at(block).block), true);
