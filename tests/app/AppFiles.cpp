@@ -72,6 +72,18 @@ void text(const Location& location, const QByteArray& words) {
     reveal(hidden, location);
 }
 
+void insight(const Location& library, std::initializer_list<const char*> files, const char* words) {
+    QProcess sqlite;
+    sqlite.start(QStringLiteral("sqlite3"), {QStringLiteral("-batch"), QStringLiteral("-bail"),
+                                             library.child(".lumbra/insights.sqlite").toString()});
+    for (const char* const file : files)
+        sqlite.write("INSERT INTO insights_fts(path, text) VALUES('" + library.child(file).path() + "', '" + words
+                     + "');\n");
+    sqlite.closeWriteChannel();
+    if (!sqlite.waitForFinished() || sqlite.exitCode() != 0)
+        qFatal("sqlite3 can't write: %s", sqlite.readAllStandardError().constData());
+}
+
 QColor colour(int number) {
     // Steps of the golden angle keep neighbours apart; two lightnesses tell the next round from the last.
     const int hue = int(std::fmod(number * 137.508, 360));

@@ -29,16 +29,8 @@ void TestContentSearch::initTestCase() {
     APP_WAIT(m_app, m_app.state().complete());
 
     // The database is there by now; another process adds to it what it has understood.
-    const Location database = root.child(".lumbra/insights.sqlite");
-    APP_WAIT(m_app, database.exists());
-    QProcess sqlite;
-    sqlite.start(QStringLiteral("sqlite3"), {QStringLiteral("-batch"), QStringLiteral("-bail"), database.toString()});
-    for (const char* file : {"/site/hero-3.png", "/film/poster.png"})
-        sqlite.write("INSERT INTO insights_fts(path, text) VALUES('" + root.path() + file
-                     + "', 'Évening lighthouse');\n");
-    sqlite.closeWriteChannel();
-    QVERIFY(sqlite.waitForFinished());
-    QCOMPARE(sqlite.exitCode(), 0);
+    APP_WAIT(m_app, root.child(".lumbra/insights.sqlite").exists());
+    AppFiles::insight(root, {"site/hero-3.png", "film/poster.png"}, "Évening lighthouse");
 }
 
 void TestContentSearch::aWordThatNoNameHoldsFindsTheFile() {

@@ -54,15 +54,8 @@ void TestPalette::initTestCase() {
     APP_WAIT(m_app, m_app.state().complete());
 
     // The database is there by now; another process adds to it what it has understood.
-    const Location database = root.child(".lumbra/insights.sqlite");
-    APP_WAIT(m_app, database.exists());
-    QProcess sqlite;
-    sqlite.start(QStringLiteral("sqlite3"), {QStringLiteral("-batch"), QStringLiteral("-bail"), database.toString()});
-    sqlite.write("INSERT INTO insights_fts(path, text) VALUES('" + root.path()
-                 + "/film/renders/shot-01.mp4', 'Évening lighthouse');\n");
-    sqlite.closeWriteChannel();
-    QVERIFY(sqlite.waitForFinished());
-    QCOMPARE(sqlite.exitCode(), 0);
+    APP_WAIT(m_app, root.child(".lumbra/insights.sqlite").exists());
+    AppFiles::insight(root, {"film/renders/shot-01.mp4"}, "Évening lighthouse");
     m_app.window();
 }
 
