@@ -31,6 +31,9 @@ void Browser::toggleStar(const PageCell& cell) {
 }
 
 bool Browser::press(int key, Qt::KeyboardModifiers modifiers, bool repeated) {
+    // The order of a page without tiles is the feed's: all of it, selected and trashed by two keys, unseen.
+    if (!drawsTiles(m_library->place()))
+        return false;
     if (key == Qt::Key_A && modifiers == Qt::ControlModifier) {
         selectAll();
         return true;

@@ -40,6 +40,10 @@ bool listsAssets(const Place& place) {
     return place.is(Place::Case::folder) || place.is(Place::Case::starred);
 }
 
+bool drawsTiles(const Place& place) {
+    return listsAssets(place) || place.is(Place::Case::recent);
+}
+
 QList<PageBlock> pageBlocks(const Place& place, const PageContent& content, const SectionLimits& limits) {
     switch (place.which()) {
     case Place::Case::folder:

@@ -36,6 +36,9 @@ struct PageContent {
 // Whether the page of the place draws `assets`; the Recent page draws the shelf and the sections.
 bool listsAssets(const Place& place);
 
+// Whether the page of the place draws tiles of files at all. A group's draws cards, that of Tidy suggestions.
+bool drawsTiles(const Place& place);
+
 // The grids of the place's page, from the top.
 QList<PageBlock> pageBlocks(const Place& place, const PageContent& content, const SectionLimits& limits);
 

@@ -146,6 +146,21 @@ private Q_SLOTS:
         QVERIFY(!browser.press(Qt::Key_Escape, Qt::NoModifier, true));
     }
 
+    void keysSelectNothingOnAPageWithoutTiles() {
+        Window window;
+        window.file("p/a.png");
+        window.open();
+        Browser& browser = *window.browser;
+        QTRY_COMPARE(totalOf(browser), 1);
+        window.library->setPlace(Place::tidy());
+        QTRY_VERIFY(browser.loaded());
+        QVERIFY(!browser.order().isEmpty());
+        QVERIFY(!browser.press(Qt::Key_A, Qt::ControlModifier, false));
+        QVERIFY(!browser.press(Qt::Key_Right, Qt::NoModifier, false));
+        QVERIFY(!browser.press(Qt::Key_Delete, Qt::NoModifier, false));
+        QVERIFY(browser.selection().isEmpty());
+    }
+
     void allOfAPageIsSelectedAndStaysSoWhileFilesComeAndGo() {
         Window window;
         const Location a = window.file("p/a.png", 10);
