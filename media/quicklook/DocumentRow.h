@@ -34,11 +34,12 @@ public:
     Q_ENUM(Style)
 
     Style style = Style::body;
-    QString text = {};    // rich: HTML of a few inline elements, all else escaped
-    bool isRich = false;  // the cells too
-    int indent = 0;       // levels of lists and quotes around it
-    QString mark = {};    // what stands before the text of an item: a bullet, a number, a box, a time
-    bool isTight = false; // belongs to the row before, with no space between
+    QString text = {};     // rich: HTML of a few inline elements, all else escaped
+    QString withTabs = {}; // the text before its tabs became blanks; may be empty if it had none
+    bool isRich = false;   // the cells too
+    int indent = 0;        // levels of lists and quotes around it
+    QString mark = {};     // what stands before the text of an item: a bullet, a number, a box, a time
+    bool isTight = false;  // belongs to the row before, with no space between
     QStringList cells = {};
     QList<int> alignments = {}; // of the cells, as Qt::AlignmentFlag
     Location picture = {};

@@ -349,10 +349,16 @@ private:
         m_hasWords = false;
         const DocumentRows lines = textRows(std::exchange(m_text, {}), Style::code);
         for (qsizetype i = 0; i < lines.size(); i += linesOfPiece) {
-            QStringList piece;
-            for (qsizetype line = i; line < std::min(lines.size(), i + linesOfPiece); ++line)
+            QStringList piece, withTabs;
+            for (qsizetype line = i; line < std::min(lines.size(), i + linesOfPiece); ++line) {
                 piece.append(lines[line].text);
-            m_rows.append({.style = Style::code, .text = piece.join(u'\n'), .indent = indent(), .isTight = i > 0});
+                withTabs.append(lines[line].withTabs.isEmpty() ? lines[line].text : lines[line].withTabs);
+            }
+            m_rows.append({.style = Style::code,
+                           .text = piece.join(u'\n'),
+                           .withTabs = withTabs.join(u'\n'),
+                           .indent = indent(),
+                           .isTight = i > 0});
         }
     }
 

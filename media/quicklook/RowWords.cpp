@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "RowWords.h"
 
+#include "TextRows.h"
+
 #include <QTextBoundaryFinder>
 #include <QTextDocumentFragment>
 
@@ -47,6 +49,13 @@ QString withoutLooks(const QString& rich) {
     return words;
 }
 
+// What is copied of the characters of a row that are marked one by one.
+QString wordsWithin(const DocumentRow& row, int from, int to) {
+    if (from >= to)
+        return {};
+    return row.withTabs.isEmpty() ? wordsOf(row).mid(from, to - from) : textWithTabs(row.withTabs, from, to);
+}
+
 // What stands between a row and the one before it.
 QString gapBefore(const DocumentRow& row) {
     using Style = DocumentRow::Style;
@@ -85,7 +94,7 @@ QString wordsBetween(const DocumentRows& rows, TextSpot from, TextSpot to) {
         if (lengthOf(row) == 1 && wordsOf(row).size() != 1)
             words += first < end ? wordsOf(row) : QString();
         else
-            words += QStringView(wordsOf(row)).mid(first, std::max(0, end - first));
+            words += wordsWithin(row, first, end);
     }
     return words;
 }

@@ -25,8 +25,8 @@ QString wordsOf(const DocumentRow& row);
 // How many characters of a row can be marked one by one. A row of a table is marked whole, as if it were one.
 int lengthOf(const DocumentRow& row);
 
-// What stands between two spots, the first not behind the second: lines as lines, paragraphs with a line between them,
-// and the pieces of a line that is too long for a row in one.
+// What stands between two spots, the first not behind the second: tabs as tabs, lines as lines, paragraphs with a line
+// between them, and the pieces of a line that is too long for a row in one.
 QString wordsBetween(const DocumentRows& rows, TextSpot from, TextSpot to);
 
 // The word at a character, or the blanks, from its beginning to its end.

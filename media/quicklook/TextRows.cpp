@@ -9,7 +9,24 @@ namespace lumbra {
 
 namespace {
 
-constexpr int tabStop = 4;
+bool isPlain(QChar character) {
+    return character.category() != QChar::Other_Control;
+}
+
+// The blanks, or else the one character, that stand for a character of the text before which the line has `column`.
+qsizetype widthOf(QChar character, qsizetype column) {
+    return character == u'\t' ? tabStop - column % tabStop : 1;
+}
+
+// The text with blanks for all that has no shape but its tabs; nothing if it has none.
+QString withTabsAlone(QString text) {
+    if (!text.contains(u'\t'))
+        return {};
+    for (QChar& character : text)
+        if (!isPlain(character) && character != u'\t')
+            character = u' ';
+    return text;
+}
 
 // Where a piece of the text that is too long for a row ends: behind a blank if there is one not far from its end, and
 // never within a character.
@@ -27,7 +44,9 @@ void appendLine(DocumentRows& rows, QStringView line, DocumentRow::Style style) 
     bool isFirst = true;
     do {
         const qsizetype end = endOfPiece(line);
-        rows.append({.style = style, .text = printableText(line.left(end).toString()), .isTight = !isFirst});
+        const QString piece = line.left(end).toString();
+        rows.append(
+            {.style = style, .text = printableText(piece), .withTabs = withTabsAlone(piece), .isTight = !isFirst});
         line = line.mid(end);
         isFirst = false;
     } while (!line.isEmpty() && rows.size() < mostRows);
@@ -46,18 +65,32 @@ bool isTime(QStringView line) {
 } // namespace
 
 QString printableText(const QString& text) {
-    const auto isPlain = [](QChar character) { return character.category() != QChar::Other_Control; };
     if (std::all_of(text.begin(), text.end(), isPlain))
         return text;
     QString made;
     made.reserve(text.size() + tabStop);
     for (const QChar character : text) {
-        if (character == u'\t')
-            made.append(QString(tabStop - made.size() % tabStop, u' '));
+        if (isPlain(character))
+            made.append(character);
         else
-            made.append(isPlain(character) ? character : QChar(u' '));
+            made.append(QString(widthOf(character, made.size()), u' '));
     }
     return made;
+}
+
+QString textWithTabs(const QString& text, int from, int to) {
+    QString words;
+    qsizetype shown = 0, lineBegin = 0; // in the text that is shown
+    for (const QChar character : text) {
+        if (shown >= to)
+            break;
+        shown += widthOf(character, shown - lineBegin);
+        if (shown > from)
+            words.append(character);
+        if (character == u'\n')
+            lineBegin = shown;
+    }
+    return words;
 }
 
 DocumentRows textRows(const QString& text, DocumentRow::Style style) {

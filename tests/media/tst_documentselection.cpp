@@ -87,6 +87,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("words");
         QTest::newRow("a text") << m_home.file("all.txt", "one\n\ntwo\n") << "text"
                                 << "one\n\ntwo";
+        QTest::newRow("a text with tabs") << m_home.file("Makefile.txt", "all:\n\tcc  a.c\tb.c\n") << "text"
+                                          << "all:\n\tcc  a.c\tb.c";
         QTest::newRow("Markdown") << m_home.file("all.md",
                                                  "# a\n\n- b *c*\n- d &amp; e\n\n| f | g |\n|---|---|\n| h | i |\n")
                                   << "text"

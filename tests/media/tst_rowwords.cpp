@@ -51,6 +51,35 @@ private Q_SLOTS:
         QCOMPARE(wordsBetween(rows, {0, 0}, {3, 1}), line + QStringLiteral("\ny"));
     }
 
+    void tabsAreCopiedAsTabs() {
+        const DocumentRows rows = textRows(QStringLiteral("\tif\tx\nab\t\ty\x01z\n"), DocumentRow::Style::line);
+        QCOMPARE(wordsOf(rows[0]), QStringLiteral("    if  x"));
+        QCOMPARE(wordsOf(rows[1]), QStringLiteral("ab      y z"));
+        QCOMPARE(wordsBetween(rows, {0, 0}, {1, 11}), QStringLiteral("\tif\tx\nab\t\ty z"));
+        QCOMPARE(wordsBetween(rows, {0, 4}, {0, 6}), QStringLiteral("if"));
+        QCOMPARE(wordsBetween(rows, {0, 2}, {0, 9}), QStringLiteral("\tif\tx")); // of the first tab a part
+        QCOMPARE(wordsBetween(rows, {0, 5}, {0, 7}), QStringLiteral("f\t"));
+        QCOMPARE(wordsBetween(rows, {0, 2}, {0, 2}), QString());
+        QCOMPARE(wordsBetween(rows, {1, 3}, {1, 9}), QStringLiteral("\t\ty"));
+    }
+
+    void tabsOfCodeAreCopiedAsTabs() {
+        const DocumentRows rows =
+            markdownRows(QStringLiteral("```\nall:\n  cc\ta.c\nab\tc\n```\n\n```\nplain  one\n```\n"), {});
+        QCOMPARE(rows.size(), 2);
+        QCOMPARE(wordsOf(rows[0]), QStringLiteral("all:\n  cc    a.c\nab  c"));
+        QCOMPARE(wordsBetween(rows, {0, 0}, {1, 10}), QStringLiteral("all:\n  cc\ta.c\nab\tc\n\nplain  one"));
+        QCOMPARE(wordsBetween(rows, {0, 7}, {0, 14}), QStringLiteral("cc\ta"));
+    }
+
+    void tabsOfALongLineStayInIt() {
+        const QString line = QStringLiteral("a\tbc\t").repeated(longestRow);
+        const DocumentRows rows = textRows(line, DocumentRow::Style::line);
+        QVERIFY(rows.size() > 1);
+        const int last = int(rows.size()) - 1;
+        QCOMPARE(wordsBetween(rows, {0, 0}, {last, lengthOf(rows[last])}), line);
+    }
+
     void paragraphsArePartedByALineAndItemsAreNot() {
         const DocumentRows rows = markdownRows(QStringLiteral("# a\n\n**b** c\n\n- d\n- e\n"), {});
         QCOMPARE(wordsBetween(rows, {0, 0}, {3, 1}), QStringLiteral("a\n\nb c\n\nd\ne"));
