@@ -44,8 +44,8 @@ bool App::show() {
     m_sidebar->setInsights(m_insights.get());
     m_door = std::make_unique<RoomDoor>(&library());
     connect(m_browser.get(), &Browser::selectedChanged, m_door.get(), [this] {
-        if (const Assets selected = m_browser->selected(); !selected.isEmpty())
-            m_door->expect(selected.first());
+        if (m_browser->selectedCount() > 0)
+            m_door->expect(m_browser->firstSelected());
     });
     m_palette = std::make_unique<Palette>(&library());
     m_frame = std::make_unique<Frame>(&library());

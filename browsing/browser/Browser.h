@@ -88,6 +88,7 @@ public:
 
     // The selected assets that the page still shows, in page order: what the inspector tells of.
     Assets selected() const { return m_selected.assets(); }
+    QList<Location> selectedPaths() const { return m_selected.paths(); }
 
     qint64 selectedCount() const { return m_selected.size(); }
     Asset firstSelected() const { return m_selected.first().value_or(Asset()); } // an empty one if there is none
@@ -146,7 +147,7 @@ public:
     Q_INVOKABLE QVariantList menu(const lumbra::PageCell& cell);
 
     // What a menu over a tile of this path applies to.
-    QList<Location> targets(const Location& url) const { return selectionValue().targets(url, m_order); }
+    PathSet targets(const Location& url) const { return selectionValue().targets(url, m_order); }
 
 Q_SIGNALS:
     void searchChanged();

@@ -13,11 +13,11 @@ BrowserCommands::BrowserCommands(Browser* browser, QObject* parent) : QObject(pa
 }
 
 void BrowserCommands::open() const {
-    Actions::open(selectedPaths());
+    Actions::open(m_browser->selectedPaths());
 }
 
 void BrowserCommands::reveal() const {
-    QList<Location> locations = selectedPaths();
+    QList<Location> locations = m_browser->selectedPaths();
     if (locations.isEmpty())
         if (const auto folder = library()->place().folderUrl())
             locations.append(*folder);
@@ -25,20 +25,20 @@ void BrowserCommands::reveal() const {
 }
 
 void BrowserCommands::copyPaths() const {
-    Actions::copyPaths(selectedPaths());
+    Actions::copyPaths(m_browser->selectedPaths());
 }
 
 void BrowserCommands::exportFiles() const {
-    Actions::exportFiles(selectedPaths(), library());
+    Actions::exportFiles(m_browser->selectedPaths(), library());
 }
 
 void BrowserCommands::star() const {
-    library()->toggleStar(selectedPaths());
+    library()->toggleStar(m_browser->selectedPaths());
 }
 
 void BrowserCommands::rename() const {
-    if (const auto selected = selectedPaths(); selected.size() == 1)
-        m_browser->rename(selected.first());
+    if (m_browser->selectedCount() == 1)
+        m_browser->rename(m_browser->firstSelected().url);
 }
 
 void BrowserCommands::trash() const {
@@ -57,10 +57,6 @@ void BrowserCommands::addFiles() const {
 void BrowserCommands::toggleInspector() const {
     BrowserSettings& settings = *m_browser->settings();
     settings.setShowInspector(!settings.showInspector());
-}
-
-QList<Location> BrowserCommands::selectedPaths() const {
-    return urlsOf(m_browser->selected());
 }
 
 void BrowserCommands::follow() {

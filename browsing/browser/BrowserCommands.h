@@ -50,7 +50,6 @@ Q_SIGNALS:
 
 private:
     Library* library() const { return m_browser->library(); }
-    QList<Location> selectedPaths() const;
     void follow();
 
     Browser* m_browser;

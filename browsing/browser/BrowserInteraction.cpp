@@ -27,7 +27,7 @@ void Browser::play(const Asset& asset) {
 }
 
 void Browser::toggleStar(const PageCell& cell) {
-    m_library->toggleStar(targets(cell.url));
+    m_library->toggleStar(targets(cell.url).paths());
 }
 
 bool Browser::press(int key, Qt::KeyboardModifiers modifiers, bool repeated) {
@@ -41,7 +41,7 @@ bool Browser::press(int key, Qt::KeyboardModifiers modifiers, bool repeated) {
     if (key == Qt::Key_C && modifiers == Qt::ControlModifier) {
         // A turn later, when whoever asks the pasteboard during this one is done.
         QMetaObject::invokeMethod(
-            this, [this, urls = urlsOf(selected())] { Actions::copy(urls, m_library); }, Qt::QueuedConnection);
+            this, [this, urls = selectedPaths()] { Actions::copy(urls, m_library); }, Qt::QueuedConnection);
         return true;
     }
     if (modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))
@@ -57,7 +57,7 @@ bool Browser::press(int key, Qt::KeyboardModifiers modifiers, bool repeated) {
     case Qt::Key_S:
         if (m_selected.isEmpty())
             return false;
-        m_library->toggleStar(urlsOf(selected()));
+        m_library->toggleStar(selectedPaths());
         return true;
     case Qt::Key_Delete:
         trashSelected();
@@ -138,7 +138,7 @@ void Browser::trash(const QList<Location>& urls) {
 }
 
 void Browser::trashSelected() {
-    trash(urlsOf(selected()));
+    trash(selectedPaths());
     m_selection = PathSet();
 }
 

@@ -161,6 +161,17 @@ QList<Location> PathSet::paths() const {
     return paths + m_others.values();
 }
 
+bool PathSet::holdsForAll(const std::function<bool(const Asset& asset)>& condition) const {
+    for (qsizetype position = 0, left = m_marked; left > 0; ++position)
+        if (m_marks.testBit(position)) {
+            if (!condition(m_list.at(position)))
+                return false;
+            --left;
+        }
+    return std::all_of(m_others.begin(), m_others.end(),
+                       [&condition](const Location& path) { return condition(Asset{.url = path, .starred = {}}); });
+}
+
 bool PathSet::containsAll(const PathSet& other) const {
     qsizetype next = 0;
     for (const Location& path : other.paths()) {

@@ -11,6 +11,8 @@
 #include <QBitArray>
 #include <QSet>
 
+#include <functional>
+
 namespace lumbra {
 
 class PathSet {
@@ -39,6 +41,12 @@ public:
     std::optional<Asset> first() const;
     qint64 bytes() const;
 
+    // In the order of the list, then those that it does not hold, in no order.
+    QList<Location> paths() const;
+
+    // Asks for each until it fails for one. Of a path that the list does not hold nothing else is known.
+    bool holdsForAll(const std::function<bool(const Asset& asset)>& condition) const;
+
     // The assets of the list whose path is in the set, in the order of the list; one that stands there twice counts
     // once.
     Assets among(const PageList& list) const { return on(list).assets(); }
@@ -55,7 +63,6 @@ private:
     void setMark(qsizetype position, bool marked);
     template <typename Visit>
     void forEachMark(const Visit& visit) const;
-    QList<Location> paths() const; // in the order of the list, then the others
     bool containsAll(const PathSet& other) const;
 
     PageList m_list;

@@ -27,10 +27,10 @@ Selection Selection::stepped(int step, const PageList& order) const {
     return just(order.at(to).url);
 }
 
-QList<Location> Selection::targets(const Location& url, const PageList& order) const {
+PathSet Selection::targets(const Location& url, const PageList& order) const {
     if (!paths.contains(url))
         return {url};
-    return urlsOf(paths.among(order));
+    return paths.on(order);
 }
 
 std::optional<Asset> revealed(const std::optional<Location>& pending, const PageList& assets) {

@@ -23,7 +23,7 @@ struct Selection {
 
     // What an action on a tile applies to: all selected files that the page still shows if the tile is one of the
     // selected, otherwise the tile alone.
-    QList<Location> targets(const Location& url, const PageList& order) const;
+    PathSet targets(const Location& url, const PageList& order) const;
 
     friend bool operator==(const Selection&, const Selection&) = default;
 };

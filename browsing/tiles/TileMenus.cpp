@@ -8,19 +8,24 @@
 
 #include <QPointer>
 
-#include <algorithm>
-
 namespace lumbra::TileMenus {
 
 namespace {
 
-MenuEntry showInFinder(const QList<Location>& urls) {
-    return MenuEntry::item(QStringLiteral("Show in Finder"), [urls] { Desktop::reveal(urls); });
+// The page's own list tells of a file at once. One that has no star there may have got it since, which the library
+// knows.
+bool areAllStarred(const Library* library, const PathSet& targets) {
+    return targets.holdsForAll(
+        [library](const Asset& asset) { return asset.isStarred() || library->isStarred(asset.url); });
 }
 
-MenuEntry copyPaths(const QList<Location>& urls) {
-    return MenuEntry::item(urls.size() == 1 ? QStringLiteral("Copy Path") : QStringLiteral("Copy Paths"),
-                           [urls] { Actions::copyPaths(urls); });
+MenuEntry showInFinder(const PathSet& targets) {
+    return MenuEntry::item(QStringLiteral("Show in Finder"), [targets] { Desktop::reveal(targets.paths()); });
+}
+
+MenuEntry copyPaths(const PathSet& targets) {
+    return MenuEntry::item(targets.size() == 1 ? QStringLiteral("Copy Path") : QStringLiteral("Copy Paths"),
+                           [targets] { Actions::copyPaths(targets.paths()); });
 }
 
 // The page acts on the reveal when the folder has loaded, so the file is named before the place changes.
@@ -31,26 +36,26 @@ MenuEntry goToFolder(Library* library, const Location& url) {
     });
 }
 
-MenuEntry bringTo(Library* library, const QString& title, const QList<Location>& urls, const Location& folder) {
-    return MenuEntry::item(title, [library, urls, folder] { library->bring(urls, folder); });
+MenuEntry bringTo(Library* library, const QString& title, const PathSet& targets, const Location& folder) {
+    return MenuEntry::item(title, [library, targets, folder] { library->bring(targets.paths(), folder); });
 }
 
-MenuEntry otherFolder(Library* library, const Location& near, const QList<Location>& urls) {
-    return MenuEntry::item(QStringLiteral("Other Folder…"), [library = QPointer(library), near, urls] {
+MenuEntry otherFolder(Library* library, const Location& near, const PathSet& targets) {
+    return MenuEntry::item(QStringLiteral("Other Folder…"), [library = QPointer(library), near, targets] {
         Actions::chooseFolder(QStringLiteral("Move Here"), near.parent(),
-                              [library, urls](const std::optional<Location>& folder) {
+                              [library, targets](const std::optional<Location>& folder) {
                                   if (library && folder)
-                                      library->bring(urls, *folder);
+                                      library->bring(targets.paths(), *folder);
                               });
     });
 }
 
-MenuEntry newFolderHere(Library* library, const Page& page, const Location& near, const QList<Location>& urls) {
-    const auto make = [library = QPointer(library), near, urls](const QString& name) {
+MenuEntry newFolderHere(Library* library, const Page& page, const Location& near, const PathSet& targets) {
+    const auto make = [library = QPointer(library), near, targets](const QString& name) {
         if (!library)
             return;
         if (const auto folder = library->newFolderIn(near.parent(), name))
-            library->bring(urls, *folder);
+            library->bring(targets.paths(), *folder);
     };
     return MenuEntry::item(QStringLiteral("New Folder Here…"), [page, make] {
         page.ask(NamePrompt::request(QStringLiteral("New Folder"), QStringLiteral("untitled folder"), make));
@@ -59,7 +64,7 @@ MenuEntry newFolderHere(Library* library, const Page& page, const Location& near
 
 } // namespace
 
-MenuEntry move(Library* library, const Page& page, const Location& near, const QList<Location>& targets) {
+MenuEntry move(Library* library, const Page& page, const Location& near, const PathSet& targets) {
     const QList<MenuEntry> anywhere{otherFolder(library, near, targets), newFolderHere(library, page, near, targets)};
     const QString title = QStringLiteral("Move To");
     const auto project = library->projectContaining(near);
@@ -79,30 +84,30 @@ MenuEntry move(Library* library, const Page& page, const Location& near, const Q
     return MenuEntry::submenu(title, with({}), list);
 }
 
-QList<MenuEntry> asset(Library* library, const Page& page, const Location& url, const QList<Location>& targets) {
-    const bool allStarred =
-        std::ranges::all_of(targets, [library](const Location& target) { return library->isStarred(target); });
+QList<MenuEntry> asset(Library* library, const Page& page, const Location& url, const PathSet& targets) {
+    const bool allStarred = areAllStarred(library, targets);
     QList<MenuEntry> entries{
         MenuEntry::item(QStringLiteral("Play"), [page] { page.play(); }),
         MenuEntry::item(allStarred ? QStringLiteral("Unstar") : QStringLiteral("Star"),
-                        [library, targets] { library->toggleStar(targets); }),
-        MenuEntry::item(QStringLiteral("Open"), [targets] { Actions::open(targets); }),
+                        [library, targets] { library->toggleStar(targets.paths()); }),
+        MenuEntry::item(QStringLiteral("Open"), [targets] { Actions::open(targets.paths()); }),
         showInFinder(targets),
     };
     if (!library->place().is(Place::Case::folder))
         entries += goToFolder(library, url);
     entries += MenuEntry::divider();
-    entries += MenuEntry::item(QStringLiteral("Copy"), [library, targets] { Actions::copy(targets, library); });
+    entries += MenuEntry::item(QStringLiteral("Copy"), [library, targets] { Actions::copy(targets.paths(), library); });
     entries += copyPaths(targets);
-    entries +=
-        MenuEntry::item(QStringLiteral("Export…"), [library, targets] { Actions::exportFiles(targets, library); });
+    entries += MenuEntry::item(QStringLiteral("Export…"),
+                               [library, targets] { Actions::exportFiles(targets.paths(), library); });
     entries += move(library, page, url, targets);
     entries += MenuEntry::divider();
     if (targets.size() == 1)
-        entries +=
-            MenuEntry::item(QStringLiteral("Rename…"), [page, target = targets.first()] { page.rename(target); });
-    entries +=
-        MenuEntry::item(QStringLiteral("Move to Trash"), [page, targets] { page.trash(targets); }).thatDestroys();
+        entries += MenuEntry::item(QStringLiteral("Rename…"),
+                                   [page, target = targets.paths().first()] { page.rename(target); });
+    entries += MenuEntry::item(QStringLiteral("Move to Trash"), [page, targets] {
+                   page.trash(targets.paths());
+               }).thatDestroys();
     return entries;
 }
 

@@ -7,6 +7,7 @@
 
 #include "browsing/MenuEntry.h"
 #include "browsing/NamePrompt.h"
+#include "browsing/browser/PathSet.h"
 #include "library/Library.h"
 
 #include <functional>
@@ -21,11 +22,12 @@ struct Page {
     std::function<void(const NamePrompt& prompt)> ask;
 };
 
-// For the file's tile. `targets` are what the actions apply to: the file alone, or all that is selected with it.
-QList<MenuEntry> asset(Library* library, const Page& page, const Location& url, const QList<Location>& targets);
+// For the file's tile. `targets` are what the actions apply to: the file alone, or all that is selected with it. They
+// may be 100,000, so their paths are listed only by the action that is chosen.
+QList<MenuEntry> asset(Library* library, const Page& page, const Location& url, const PathSet& targets);
 
 // "Move To": the folders of the project that holds `near`, any other folder, and a new one beside `near`.
-MenuEntry move(Library* library, const Page& page, const Location& near, const QList<Location>& targets);
+MenuEntry move(Library* library, const Page& page, const Location& near, const PathSet& targets);
 
 QList<MenuEntry> folder(Library* library, const Location& url);
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "BrowserWindow.h"
+#include "browsing/MenuEntry.h"
 #include "browsing/browser/BrowserCommands.h"
 #include "library/Actions.h"
 #include "support/TestPanels.h"
@@ -148,6 +149,30 @@ private Q_SLOTS:
         QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("before"));
         m_commands->copyPaths();
         QCOMPARE(QGuiApplication::clipboard()->text(), QString()); // paths of nothing are no text
+    }
+
+    void theMenuOfATileActsOnAllThatIsSelectedWithIt() {
+        selectBoth();
+        const auto entry = [this](const Location& file, const char* title) {
+            for (const QVariant& each : browser().menu(cellOf(file)))
+                if (const auto found = each.value<MenuEntry>(); found.title == QString::fromUtf8(title))
+                    return std::optional(found);
+            return std::optional<MenuEntry>();
+        };
+        QVERIFY(!entry(m_a, "Rename…") && !entry(m_a, "Copy Path"));
+        const auto copy = entry(m_a, "Copy Paths");
+        QVERIFY(copy);
+        copy->run();
+        QStringList paths = QGuiApplication::clipboard()->text().split(u'\n');
+        paths.sort();
+        QCOMPARE(paths, QStringList({m_a.toString(), m_b.toString()}));
+        entry(m_b, "Star")->run();
+        QTRY_VERIFY(Stars::read(m_a) && Stars::read(m_b));
+        QVERIFY(entry(m_a, "Unstar"));
+        QTRY_VERIFY(names(browser().selected()).size() == 2 && browser().firstSelected().isStarred());
+        QVERIFY(entry(m_a, "Unstar"));
+        select(m_a);
+        QVERIFY(entry(m_b, "Rename…") && entry(m_b, "Copy Path")); // which is not selected
     }
 
     void aNewFolderIsMadeInTheFolderThatIsShown() {

@@ -121,6 +121,34 @@ private Q_SLOTS:
         QCOMPARE(set, PathSet::range(PageList(assets(1, 4)), 0, 3));
     }
 
+    void itsPathsStandInTheOrderOfTheListAndThenTheOthers() {
+        PathSet set = PathSet::range(PageList(assets(0, 9)), 2, 5);
+        set.remove(path(4));
+        set.insert(path(40));
+        set.insert(path(8));
+        QCOMPARE(set.paths(), (QList{path(2), path(3), path(5), path(8), path(40)}));
+        QVERIFY(PathSet().paths().isEmpty());
+    }
+
+    void whatHoldsForAllIsAskedUpToTheFirstForWhichItDoesNot() {
+        PathSet set = PathSet::range(PageList(assets(0, 9)), 2, 5);
+        set.insert(path(40));
+        QList<Location> asked;
+        const auto allBut = [&asked, &set](const Location& path) {
+            asked.clear();
+            return set.holdsForAll([&asked, path](const Asset& asset) {
+                asked.append(asset.url);
+                return asset.url != path;
+            });
+        };
+        QVERIFY(allBut(path(9)));
+        QCOMPARE(asked, (QList{path(2), path(3), path(4), path(5), path(40)}));
+        QVERIFY(!allBut(path(3)));
+        QCOMPARE(asked, (QList{path(2), path(3)}));
+        QVERIFY(!allBut(path(40)));
+        QVERIFY(PathSet().holdsForAll([](const Asset&) { return false; }));
+    }
+
     void twoSetsOfTheSamePathsAreEqualHoweverMade() {
         const PageList upwards(assets(0, 99));
         Assets reversed = assets(0, 99);

@@ -39,6 +39,14 @@ QList<MenuEntry> filled(const MenuEntry& menu) {
     return *entries;
 }
 
+// As a page that shows these files has them all selected.
+PathSet selected(const QList<Location>& files) {
+    Assets assets;
+    for (const Location& file : files)
+        assets.append({.url = file, .starred = Stars::read(file)});
+    return PathSet::all(PageList(assets));
+}
+
 struct Home {
     TestHome home;
     Library library{home.folder("Library"), true};
@@ -85,7 +93,7 @@ private Q_SLOTS:
     void pathsAreCopiedALineEach() {
         Home home;
         const Location other = home.url.parent().child("b.png");
-        const auto menu = TileMenus::asset(&home.library, home.page(), home.url, {home.url, other});
+        const auto menu = TileMenus::asset(&home.library, home.page(), home.url, selected({home.url, other}));
         QVERIFY(titles(menu).contains(u"Copy Paths"_qs));
         run(menu, u"Copy Paths"_qs);
         QCOMPARE(QGuiApplication::clipboard()->text(), home.url.toString() + u'\n' + other.toString());
@@ -94,21 +102,22 @@ private Q_SLOTS:
     void starIsOfferedUnlessAllAreStarred() {
         Home home;
         const Location other = home.home.file("Library/p/b.png");
-        const QList<Location> both{home.url, other};
+        const PathSet both = selected({home.url, other}); // which stays as it is while stars come and go
         run(TileMenus::asset(&home.library, home.page(), home.url, {home.url}), u"Star"_qs);
         QVERIFY(Stars::read(home.url));
         QCOMPARE(titles(TileMenus::asset(&home.library, home.page(), home.url, {home.url})).at(1), u"Unstar"_qs);
         const auto mixed = TileMenus::asset(&home.library, home.page(), home.url, both);
         run(mixed, u"Star"_qs);
         QVERIFY(Stars::read(home.url) && Stars::read(other));
-        run(TileMenus::asset(&home.library, home.page(), home.url, both), u"Unstar"_qs);
+        QCOMPARE(titles(TileMenus::asset(&home.library, home.page(), home.url, both)).at(1), u"Unstar"_qs);
+        run(TileMenus::asset(&home.library, home.page(), home.url, selected({home.url, other})), u"Unstar"_qs);
         QVERIFY(!Stars::read(home.url) && !Stars::read(other));
     }
 
     void onlyOneFileIsRenamed() {
         Home home;
         const Location other = home.url.parent().child("b.png");
-        const auto several = TileMenus::asset(&home.library, home.page(), home.url, {home.url, other});
+        const auto several = TileMenus::asset(&home.library, home.page(), home.url, selected({home.url, other}));
         QVERIFY(!titles(several).contains(u"Rename…"_qs));
         run(TileMenus::asset(&home.library, home.page(), home.url, {home.url}), u"Rename…"_qs);
         QCOMPARE(home.renamed, QList{home.url});
@@ -153,8 +162,7 @@ private Q_SLOTS:
         Home home;
         TestPanels panels;
         Actions::usePanels(&panels);
-        const QList<Location> urls{home.url};
-        run(TileMenus::move(&home.library, home.page(), home.url, urls).children, u"Other Folder…"_qs);
+        run(TileMenus::move(&home.library, home.page(), home.url, {home.url}).children, u"Other Folder…"_qs);
         QCOMPARE(panels.button, u"Move Here"_qs);
         panels.answerFolder({});
         QVERIFY(home.url.exists());
