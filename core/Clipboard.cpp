@@ -15,12 +15,13 @@ namespace lumbra::Clipboard {
 
 namespace {
 
+constexpr qsizetype mostAtOnce = 1000;  // files whose addresses are made well within a frame
 constexpr qint64 largestPng = 64 << 20; // bytes that are handed on as they are
 constexpr QSize largestPicture{4096, 4096};
 constexpr QSize drawingSize{1024, 1024}; // a drawing has no pixels of its own
 
-Pasteboard::Flavour text(const QString& text) {
-    return {QStringLiteral("text/plain"), text.toUtf8()};
+Pasteboard::Flavour text(const QByteArray& utf8) {
+    return {QStringLiteral("text/plain"), utf8};
 }
 
 QByteArray extensionOf(const Location& file) {
@@ -84,21 +85,47 @@ void addPng(const Location& file, Pasteboard& pasteboard, quint64 number, Reader
     });
 }
 
-} // namespace
-
-void write(const QList<Location>& urls, Pasteboard& pasteboard, Reader& reader) {
+Pasteboard::Contents filesOf(const QList<Location>& urls) {
     QByteArray list;
     QByteArray copied = "copy"; // and not cut, as file managers tell them apart
-    QStringList names;
+    QByteArray names;
     for (const Location& url : urls) {
         const QByteArray encodedUrl = url.toUrl().toEncoded();
         list += encodedUrl + "\r\n";
         copied += '\n' + encodedUrl;
-        names.append(url.name());
+        const std::string_view name = url.lastComponent();
+        if (&url != &urls.front())
+            names += '\n';
+        names.append(name.data(), qsizetype(name.size()));
     }
-    const quint64 number = pasteboard.set({{QStringLiteral("text/uri-list"), list},
-                                           {QStringLiteral("x-special/gnome-copied-files"), copied},
-                                           text(names.join(u'\n'))});
+    return {
+        {QStringLiteral("text/uri-list"), list}, {QStringLiteral("x-special/gnome-copied-files"), copied}, text(names)};
+}
+
+Pasteboard::Contents pathsOf(const QList<Location>& urls) {
+    QByteArrayList paths;
+    paths.reserve(urls.size());
+    for (const Location& url : urls)
+        paths.append(url.path());
+    return {text(paths.join('\n'))};
+}
+
+void supplyLater(const QList<Location>& urls, Pasteboard::Contents (*make)(const QList<Location>&),
+                 Pasteboard& pasteboard) {
+    const quint64 number = pasteboard.announce();
+    Tasks::run(Tasks::Pool::userInitiated, [urls, make] {
+        return make(urls);
+    }).then(&pasteboard, [&pasteboard, number](const Pasteboard::Contents& contents) {
+        pasteboard.supply(number, contents);
+    });
+}
+
+} // namespace
+
+void write(const QList<Location>& urls, Pasteboard& pasteboard, Reader& reader) {
+    if (urls.size() > mostAtOnce)
+        return supplyLater(urls, filesOf, pasteboard);
+    const quint64 number = pasteboard.set(filesOf(urls));
     if (urls.size() != 1)
         return;
     const Location& lone = urls.first();
@@ -109,8 +136,14 @@ void write(const QList<Location>& urls, Pasteboard& pasteboard, Reader& reader) 
         addPicture(lone, pasteboard, number, reader);
 }
 
+void writePaths(const QList<Location>& urls, Pasteboard& pasteboard) {
+    if (urls.size() > mostAtOnce)
+        return supplyLater(urls, pathsOf, pasteboard);
+    pasteboard.set(pathsOf(urls));
+}
+
 void copyText(const QString& copied, Pasteboard& pasteboard) {
-    pasteboard.set({text(copied)});
+    pasteboard.set({text(copied.toUtf8())});
 }
 
 } // namespace lumbra::Clipboard

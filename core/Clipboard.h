@@ -1,6 +1,7 @@
 // Copies files and text in every form that another program may ask for.
 //
-// Nothing is kept here. Main thread.
+// Nothing is kept here. What is made of many files is made in the background and is there a moment later, unless
+// something else has been copied by then. Main thread.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
@@ -18,6 +19,9 @@ namespace lumbra::Clipboard {
 // one that can't be read stays a file and a name. The reader must outlive the pasteboard.
 void write(const QList<Location>& urls, Pasteboard& pasteboard = Pasteboard::general(),
            Reader& reader = Reader::shared());
+
+// Replaces everything by the paths as text, a line each.
+void writePaths(const QList<Location>& urls, Pasteboard& pasteboard = Pasteboard::general());
 
 // Replaces everything by the text.
 void copyText(const QString& text, Pasteboard& pasteboard = Pasteboard::general());

@@ -40,10 +40,7 @@ void copy(const QList<Location>& urls, Library* library) {
 }
 
 void copyPaths(const QList<Location>& urls) {
-    QStringList paths;
-    for (const Location& url : urls)
-        paths.append(url.toString());
-    Clipboard::copyText(paths.join(u'\n'));
+    Clipboard::writePaths(urls);
 }
 
 void importFiles(const Location& folder, Library* library) {

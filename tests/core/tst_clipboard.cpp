@@ -3,12 +3,17 @@
 #include "support/TestHome.h"
 
 #include <QBuffer>
+#include <QClipboard>
 #include <QGuiApplication>
 #include <QImage>
+#include <QMimeData>
 #include <QProcess>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <sys/stat.h>
+
+#include <functional>
 
 using namespace lumbra;
 
@@ -86,6 +91,8 @@ public:
         contents = set;
         return 1;
     }
+    quint64 announce() override { return 1; }
+    void supply(quint64, const Contents& supplied) override { contents = supplied; }
     void add(quint64, const Contents& flavours) override {
         contents += flavours;
         ++additions;
@@ -238,7 +245,110 @@ private Q_SLOTS:
         other.waitForFinished();
     }
 
+    void manyFilesArriveAMomentLaterInTheSameForms() {
+        QByteArray list, copied = "copy", names;
+        for (const Location& file : m_many) {
+            const QByteArray url = file.toUrl().toEncoded();
+            list += url + "\r\n";
+            copied += '\n' + url;
+            names += (names.isEmpty() ? "" : "\n") + file.name().toUtf8();
+        }
+        Clipboard::write(m_many);
+        QTRY_VERIFY(offered().contains("text/uri-list"));
+        QCOMPARE(pasted("text/uri-list"), list);
+        QCOMPARE(pasted("x-special/gnome-copied-files"), copied);
+        QCOMPARE(pasted("UTF8_STRING"), names);
+        QCOMPARE(QGuiApplication::clipboard()->mimeData()->urls().size(), m_many.size());
+    }
+
+    void manyPathsArriveAMomentLater() {
+        Clipboard::copyText(QStringLiteral("before"));
+        QByteArrayList paths;
+        for (const Location& file : m_many)
+            paths.append(file.path());
+        Clipboard::writePaths(m_many);
+        QTRY_COMPARE(pasted("UTF8_STRING"), paths.join('\n'));
+        QVERIFY(!offered().contains("text/uri-list"));
+    }
+
+    void whatIsCopiedMeanwhileWins_data() {
+        QTest::addColumn<std::function<void()>>("copy");
+        QTest::newRow("text") << std::function([] { Clipboard::copyText(QStringLiteral("next")); });
+        QTest::newRow("text of a field") << std::function(
+            [] { QGuiApplication::clipboard()->setText(QStringLiteral("next")); });
+        QTest::newRow("a file") << std::function([] { Clipboard::write({Location(QByteArray("/next"))}); });
+        QTest::newRow("many files") << std::function(
+            [] { Clipboard::write(QList<Location>(3000, Location(QByteArray("/next")))); });
+    }
+    void whatIsCopiedMeanwhileWins() {
+        QFETCH(std::function<void()>, copy);
+        Clipboard::copyText(QStringLiteral("before"));
+        Clipboard::write(m_many);
+        copy();
+        settle();
+        QTRY_VERIFY(pasted("UTF8_STRING").startsWith("next"));
+        Clipboard::writePaths(m_many);
+        copy();
+        settle();
+        QTRY_VERIFY(pasted("UTF8_STRING").startsWith("next"));
+    }
+
+    void whatAnotherProgramCopiesMeanwhileWins() {
+        Pasteboard& pasteboard = Pasteboard::general();
+        pasteboard.set({{QStringLiteral("text/plain"), "ours"}});
+        const quint64 number = pasteboard.announce();
+        QProcess other;
+        other.start(QStringLiteral("xclip"), {QStringLiteral("-i"), QStringLiteral("-quiet"),
+                                              QStringLiteral("-selection"), QStringLiteral("clipboard")});
+        other.write("theirs");
+        other.closeWriteChannel();
+        QTRY_COMPARE(pasted("UTF8_STRING"), QByteArray("theirs"));
+        pasteboard.supply(number, {{QStringLiteral("text/plain"), "late"}});
+        QCOMPARE(pasted("UTF8_STRING"), QByteArray("theirs"));
+        other.kill();
+        other.waitForFinished();
+    }
+
+    void aProgramThatEndsMeanwhileLeavesNothingToKeep() {
+        QProcess other;
+        other.start(QStringLiteral("xclip"), {QStringLiteral("-i"), QStringLiteral("-quiet"),
+                                              QStringLiteral("-selection"), QStringLiteral("clipboard")});
+        other.write("theirs");
+        other.closeWriteChannel();
+        QTRY_COMPARE(pasted("UTF8_STRING"), QByteArray("theirs"));
+        Pasteboard& pasteboard = Pasteboard::general();
+        const quint64 number = pasteboard.announce();
+        QSignalSpy changed(QGuiApplication::clipboard(), &QClipboard::dataChanged);
+        other.kill();
+        other.waitForFinished();
+        QTRY_VERIFY(!changed.isEmpty());
+        pasteboard.supply(number, {{QStringLiteral("text/plain"), "ours"}});
+        QCOMPARE(pasted("UTF8_STRING"), QByteArray("ours"));
+    }
+
+    void whatIsAnnouncedLeavesWhatIsThere() {
+        Pasteboard& pasteboard = Pasteboard::general();
+        const quint64 before = pasteboard.set({{QStringLiteral("text/plain"), "before"}});
+        const quint64 number = pasteboard.announce();
+        pasteboard.add(before, {{QStringLiteral("image/png"), "late"}});
+        QCOMPARE(pasted("UTF8_STRING"), QByteArray("before"));
+        QVERIFY(!offersPicture());
+        pasteboard.supply(number, {{QStringLiteral("text/plain"), "then"}});
+        pasteboard.add(number, {{QStringLiteral("image/png"), "in time"}});
+        QCOMPARE(pasted("UTF8_STRING"), QByteArray("then"));
+        QVERIFY(offersPicture());
+    }
+
 private:
+    // More than are copied at once.
+    static QList<Location> manyFiles() {
+        QList<Location> files;
+        for (int i = 0; i < 3000; ++i)
+            files.append(Location(QStringLiteral("/a folder/%1 ä.txt").arg(i)));
+        return files;
+    }
+    const QList<Location> m_many = manyFiles();
+
     // Everything that was begun is done: what is read, then decoded, then encoded.
     void settle() {
         Tasks::pool(Tasks::Pool::userInitiated).waitForDone();
