@@ -53,12 +53,14 @@ Rectangle {
 
             PageGrid {
                 anchors.fill: parent
-                visible: !view.empty.shown && view.browser.page !== "group"
+                idle: view.empty.shown || view.browser.page === "group"
                 browser: view.browser
             }
             Loader {
                 anchors.fill: parent
                 active: view.browser.page === "group"
+                // The keys were on a card, and are not lost with it.
+                onItemChanged: if (!item && activeFocus) view.browser.gridFocused = true
                 sourceComponent: GroupPage { browser: view.browser }
             }
             EmptyState {

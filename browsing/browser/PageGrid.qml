@@ -12,6 +12,10 @@ FocusScope {
 
     required property Browser browser
 
+    // The page shows something else than tiles. What had the keys keeps them, for the next page and for the Tab key, which
+    // from an item that is hidden leads anywhere; but it leads here no more.
+    required property bool idle
+
     readonly property TileMetrics metrics: TileMetrics { size: grid.browser.rows.zoom }
 
     // To the pictures of the first column and of the last, with which the heads of sections are flush.
@@ -121,8 +125,9 @@ FocusScope {
 
         anchors.fill: parent
         focus: true
-        activeFocusOnTab: true
+        activeFocusOnTab: !grid.idle || activeFocus
 
+        Accessible.ignored: !activeFocusOnTab
         Accessible.role: Accessible.List
         Accessible.name: grid.browser.title
         Accessible.focusable: true
@@ -133,6 +138,8 @@ FocusScope {
             readonly property real headHeight: Theme.controlHeight + 2 * Theme.gap
 
             anchors.fill: parent
+            visible: !grid.idle
+            onVisibleChanged: grid.takeFocusBack()
             onHeightChanged: Qt.callLater(grid.resized)
             model: grid.browser.rows
             reuseItems: true

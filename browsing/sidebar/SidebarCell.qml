@@ -26,6 +26,9 @@ Item {
         return drag.source?.payload ?? drag.text
     }
 
+    // The Tab key goes back from the first of the buttons in the rows.
+    signal wayBack()
+
     implicitHeight: loader.height
 
     // Here and not on the row in it: the list gives the keyboard to this item.
@@ -102,6 +105,7 @@ Item {
                 symbol: "plus"
                 text: qsTr("New project or group")
                 entries: () => cell.sidebar.newMenu()
+                Keys.onBacktabPressed: cell.wayBack()
             }
         }
     }

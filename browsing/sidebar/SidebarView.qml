@@ -51,6 +51,13 @@ Rectangle {
             go(row)
         }
 
+        // To the row where the keys were last, or else to the page on view.
+        function enterAgain(reason: int) {
+            const selected = pane.sidebar.selectedRow()
+            go(currentIndex >= 0 ? currentIndex : selected >= 0 ? selected : pane.sidebar.step(-1, 1))
+            currentItem?.forceActiveFocus(reason)
+        }
+
         property bool following: false // the keyboard, until the view is moved in another way
 
         function reach() {
@@ -101,8 +108,13 @@ Rectangle {
         Accessible.role: Accessible.Tree
         Accessible.name: qsTr("Sidebar")
 
-        // A button in a row may have got the focus instead.
-        onActiveFocusChanged: if (currentIndex < 0 && Window.activeFocusItem === list) go(pane.sidebar.selectedRow())
+        // The Tab key comes to the rows before the buttons in them, even if it was a button that had the keys last and so
+        // gets them again. Who comes backwards, or closes the menu of a button, is meant to be on the button.
+        onActiveFocusChanged: {
+            const item = Window.activeFocusItem
+            if (activeFocus && (item === list || item.focusReason === Qt.TabFocusReason))
+                enterAgain(Qt.TabFocusReason)
+        }
         Keys.onUpPressed: go(pane.sidebar.step(currentIndex, -1))
         Keys.onDownPressed: go(pane.sidebar.step(currentIndex, 1))
         Keys.onLeftPressed: go(pane.sidebar.collapse(currentIndex))
@@ -126,6 +138,7 @@ Rectangle {
             width: list.width
             sidebar: pane.sidebar
             ghost: dragGhost
+            onWayBack: list.enterAgain(Qt.BacktabFocusReason)
             onFilesOverChanged: {
                 if (filesOver)
                     list.under = this

@@ -140,6 +140,29 @@ private Q_SLOTS:
                                  "Group as Acme", "Not now", "Library options", "Find a project"}));
     }
 
+    void tabComesToTheRowsThoughAButtonAmongThemHadTheKeys() {
+        folder("cats");
+        open();
+        auto* const filter = m_window->find<QQuickItem>("filter");
+        filter->forceActiveFocus(Qt::TabFocusReason);
+        for (int step = 0; step < 4; ++step)
+            press(Qt::Key_Tab);
+        QCOMPARE(name(current()), text("Library options"));
+        press(Qt::Key_Backtab);
+        QCOMPARE(name(current()), text("New project or group"));
+        press(Qt::Key_Backtab);
+        QCOMPARE(name(current()), text("Recent"));
+        press(Qt::Key_Down);
+        press(Qt::Key_Tab);
+        QCOMPARE(name(current()), text("New project or group"));
+        filter->forceActiveFocus(Qt::TabFocusReason);
+        press(Qt::Key_Tab);
+        press(Qt::Key_Tab);
+        QCOMPARE(name(current()), text("Starred"));
+        press(Qt::Key_Backtab);
+        QCOMPARE(name(current()), text("Jump to anything"));
+    }
+
     void theRowWithTheKeyboardHasARing() {
         folder("cats");
         open();

@@ -258,7 +258,7 @@ void tst_SidebarView::theSuggestionIsAnsweredByItsButtons() {
     auto* accept = cell("2 projects start with acme. Group them?")->findChild<QQuickItem*>(text("accept"));
     QVERIFY(accept);
     QCOMPARE(accept->property("text").toString(), text("Group as Acme"));
-    accept->forceActiveFocus(Qt::TabFocusReason);
+    accept->forceActiveFocus(Qt::BacktabFocusReason); // as from the foot
     QVERIFY(accept->hasActiveFocus());
     press(Qt::Key_Return);
     QCOMPARE(groups(), text("Acme(acme-a acme-b)"));
