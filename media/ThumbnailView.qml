@@ -15,6 +15,9 @@ Item {
     readonly property alias hasImage: picture.hasImage
     readonly property alias failed: picture.failed
 
+    // Another where the picture is asked for in a size that is not the view's.
+    property real symbolSize: Math.round(0.22 * size)
+
     // Nothing stands for the file before it is known to have no picture.
     property bool plainWhileLoading: false
 
@@ -22,7 +25,7 @@ Item {
         anchors.centerIn: parent
         visible: !view.hasImage && (view.failed || !view.plainWhileLoading)
         name: picture.kindSymbol
-        size: Math.round(0.22 * view.size)
+        size: view.symbolSize
         color: Theme.textFaint
     }
     ThumbnailPicture {

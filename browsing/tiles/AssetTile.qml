@@ -14,6 +14,7 @@ Item {
     required property TileMetrics metrics
 
     readonly property bool hovering: hover.hovered
+    property bool touched: false // by the pointer, at some time: only then is made what it alone needs
 
     signal clicked(modifiers: int)
     signal opened()
@@ -31,7 +32,7 @@ Item {
 
     HoverHandler {
         id: hover
-        onHoveredChanged: skim.wanted = true
+        onHoveredChanged: tile.touched = true
     }
 
     Rectangle {
@@ -54,9 +55,8 @@ Item {
         // Once hovered, a film keeps its frames as long as it has its tile.
         Loader {
             id: skim
-            property bool wanted: false
             anchors.fill: parent
-            active: wanted && tile.cell.isVideo
+            active: tile.touched && tile.cell.isVideo
             sourceComponent: film
         }
 
@@ -90,13 +90,14 @@ Item {
         onDoubleClicked: tile.opened()
         onPulled: FileDrag.start(tile.cell.asset, this, Theme)
     }
+    // Below the star, which has a tip of its own.
+    TileHint { tile: tile; text: lines.elided ? tile.cell.name : "" }
     // A button under the pointer, otherwise a mark that lets clicks through to the tile.
     Loader {
         anchors { top: well.top; right: well.right; margins: Theme.grid + 2 }
         enabled: tile.hovering
-        sourceComponent: tile.hovering || tile.cell.starred ? star : null
+        sourceComponent: tile.touched || tile.cell.starred ? star : null
     }
-    TileHint { tile: tile; text: lines.elided ? tile.cell.name : "" }
 
     Component {
         id: film
@@ -139,6 +140,7 @@ Item {
 
         StarButton {
             starred: tile.cell.starred
+            near: tile.hovering
             onClicked: tile.starToggled()
         }
     }

@@ -24,6 +24,7 @@ Rectangle {
         asset: card.asset
         size: card.thumbnailSize
         backdrop: true
+        symbolSize: Math.round(0.22 * card.width)
         plainWhileLoading: true
         cornerRadius: Theme.radiusFan
     }

@@ -23,7 +23,7 @@ constexpr double nameHeight = 16;
 constexpr double gap = 6;
 constexpr double pad = 8;
 constexpr double radius = 10;
-constexpr double offset = 12; // of the pointer from the corner of what moves
+constexpr int offset = 12; // of the pointer from what moves, which is not to hide where it may land
 
 QImage knownPicture(const Asset& asset) {
     for (const double size : {140.0, 240.0, 420.0})
@@ -91,7 +91,7 @@ void FileDrag::start(const Asset& asset, QQuickItem* from, QObject* theme) {
             drag->setMimeData(dataOf(asset.url).release());
             drag->setPixmap(
                 pictureOf(asset.url.name(), knownPicture(asset), style, window->effectiveDevicePixelRatio()));
-            drag->setHotSpot(QPoint(int(offset), int(offset)));
+            drag->setHotSpot(QPoint(-offset, -offset));
             // Never a move: some file managers would take the file out of its project without asking.
             drag->exec(Qt::CopyAction | Qt::LinkAction, Qt::CopyAction);
         },

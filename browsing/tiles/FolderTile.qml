@@ -52,9 +52,11 @@ PlaceTile {
                 radius: parent.radius
                 targeted: true
             }
+            // Above the middle: what is dragged hangs below the pointer.
             Label {
                 objectName: "moveHere"
-                anchors.centerIn: parent
+                anchors.horizontalCenter: parent.horizontalCenter
+                y: Math.round((parent.height / 2 - height) / 2)
                 style: Label.Section
                 text: qsTr("Move here")
             }

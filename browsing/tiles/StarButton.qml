@@ -1,4 +1,5 @@
-// The star on a file's picture, on a bed, since amber alone is lost on a bright one.
+// The star on a file's picture, on a bed, since amber alone is lost on a bright one. It comes and goes with the pointer
+// unless the file is starred.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
@@ -9,6 +10,16 @@ T.AbstractButton {
     id: button
 
     required property bool starred
+    required property bool near // the pointer is over the file
+
+    property bool lit: false
+    property real light: lit ? 1 : 0
+    Behavior on light { EaseNumber {} }
+    Component.onCompleted: lit = Qt.binding(() => button.near)
+
+    // A file that wears its star has it at once, also where another file has the tile now.
+    opacity: starred ? 1 : light
+    visible: lit || opacity > 0
 
     implicitWidth: Theme.sizeSymbolSmall + Theme.gap
     implicitHeight: implicitWidth
@@ -18,6 +29,7 @@ T.AbstractButton {
 
     Accessible.role: Accessible.Button
     Accessible.name: text
+    Accessible.ignored: !enabled
     Accessible.onPressAction: clicked()
 
     contentItem: Symbol {

@@ -147,6 +147,13 @@ private Q_SLOTS:
         QVERIFY(state(tile).selected);
         pane.library->toggleStar({file});
         QTRY_COMPARE(description(pane.items("AssetTile").first()), u"Document, Starred"_qs);
+        // The star that it wears is a mark, which has been told of, and no button.
+        QCOMPARE(pane.items("StarButton").size(), 1);
+        QCOMPARE(access(pane.items("AssetTile").first())->childCount(), 0);
+        QTest::mouseMove(pane.view.get(), Pane::centre(pane.items("AssetTile").first()));
+        QTRY_COMPARE(access(pane.items("AssetTile").first())->childCount(), 1);
+        QTest::mouseMove(pane.view.get(), QPoint(1, 1));
+        QTRY_COMPARE(access(pane.items("AssetTile").first())->childCount(), 0);
         const QQuickItem* const folder = pane.tile("FolderTile", u"sub"_qs);
         QCOMPARE(role(folder), QAccessible::Button);
         QCOMPARE(name(folder), u"sub"_qs);
