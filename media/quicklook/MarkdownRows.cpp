@@ -9,6 +9,7 @@
 #include <md4c.h>
 
 #include <algorithm>
+#include <functional>
 
 namespace lumbra {
 
@@ -86,8 +87,12 @@ public:
             return static_cast<MarkdownReader*>(reader)->leaveSpan(type, detail);
         };
         parser.text = [](MD_TEXTTYPE type, const MD_CHAR* bytes, MD_SIZE size, void* reader) {
-            return static_cast<MarkdownReader*>(reader)->text(type, QString::fromUtf8(bytes, qsizetype(size)));
+            auto* const self = static_cast<MarkdownReader*>(reader);
+            if (self->m_style == Style::code)
+                self->takeTabsBefore(bytes);
+            return self->text(type, QString::fromUtf8(bytes, qsizetype(size)));
         };
+        m_source = text;
         md_parse(text.constData(), MD_SIZE(text.size()), &parser, this);
         return std::move(m_rows);
     }
@@ -276,6 +281,30 @@ private:
         return goOn();
     }
 
+    // The parser hands out what a line of code begins with as blanks, and then the line as it is in the source. The
+    // tabs there take the place of the blanks that they are as wide as.
+    void takeTabsBefore(const MD_CHAR* line) {
+        constexpr qptrdiff deepest = 100;
+        const MD_CHAR* const begin = m_source.constData();
+        if (std::less<>()(line, begin) || !std::less<>()(line, begin + m_source.size()))
+            return;
+        const MD_CHAR* from = line;
+        while (from > begin && line - from < deepest && (from[-1] == ' ' || from[-1] == '\t'))
+            --from;
+        const QString margin = QString::fromLatin1(from, line - from); // some of it may be the block's
+        if (!margin.contains(u'\t') || (from > begin && from[-1] != '\n'))
+            return;
+        const qsizetype blanks = m_text.size() - 1 - m_text.lastIndexOf(u'\n');
+        const qsizetype block = printableText(margin).size() - blanks;
+        qsizetype ofBlock = 0;
+        while (ofBlock < margin.size() && printableText(margin.left(ofBlock)).size() < block)
+            ++ofBlock;
+        const QString own = margin.mid(ofBlock);
+        const QString shown = printableText(own);
+        if (shown.size() == blanks && m_text.endsWith(shown))
+            m_text.replace(m_text.size() - blanks, blanks, own);
+    }
+
     static Style headingOf(unsigned level) {
         return level == 1 ? Style::title : level == 2 ? Style::heading : Style::subheading;
     }
@@ -385,6 +414,7 @@ private:
     }
 
     const Location m_folder;
+    QByteArray m_source;
     DocumentRows m_rows;
     QList<List> m_lists;
     int m_quotes = 0;

@@ -72,6 +72,35 @@ private Q_SLOTS:
         QCOMPARE(wordsBetween(rows, {0, 7}, {0, 14}), QStringLiteral("cc\ta"));
     }
 
+    void tabsThatCodeBeginsWithAreCopiedAsTabs_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("shown");
+        QTest::addColumn<QString>("copied");
+        const auto row = [](const char* name, const char* text, const char* shown, const char* copied) {
+            QTest::newRow(name) << QString::fromUtf8(text) << QString::fromUtf8(shown) << QString::fromUtf8(copied);
+        };
+        row("fenced", "```\nall:\n\tcc a.c\n\t\tld\n```", "all:\n    cc a.c\n        ld", "all:\n\tcc a.c\n\t\tld");
+        row("its first line", "```\n\tcc a.c\n```", "    cc a.c", "\tcc a.c");
+        row("blanks before a tab", "```\n  \tcc\n```", "    cc", "  \tcc");
+        row("blanks alone", "```\n    cc\n```", "    cc", "    cc");
+        row("indented by a tab", "\tif\n\t\tx\n", "if\n    x", "if\n\tx");
+        row("indented by blanks", "    if\n    \tx\n", "if\n    x", "if\n\tx");
+        row("a tab that is the block's in part", "  ```\n\tx\n  ```\n", "  x", "  x");
+        row("of a quote", "> ```\n> \tx\n> ```\n", "  x", "  x");
+        row("of an item", "- a\n\n    ```\n    if\n    \tx\n    ```\n", "a\n\nif\n    x", "a\n\nif\n\tx");
+    }
+    void tabsThatCodeBeginsWithAreCopiedAsTabs() {
+        QFETCH(QString, text);
+        QFETCH(QString, shown);
+        const DocumentRows rows = markdownRows(text, {});
+        QStringList words;
+        for (const DocumentRow& row : rows)
+            words.append(wordsOf(row));
+        QCOMPARE(words.join(QStringLiteral("\n\n")), shown);
+        const int last = int(rows.size()) - 1;
+        QTEST(wordsBetween(rows, {0, 0}, {last, lengthOf(rows[last])}), "copied");
+    }
+
     void tabsOfALongLineStayInIt() {
         const QString line = QStringLiteral("a\tbc\t").repeated(longestRow);
         const DocumentRows rows = textRows(line, DocumentRow::Style::line);
