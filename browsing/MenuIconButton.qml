@@ -15,8 +15,12 @@ IconButton {
 
     ContextMenu {
         id: context
+        // No binding: a menu that is made anew while it is read loses the entry that the keys are at.
         menu: Component {
-            EntriesMenu { entries: button.entries() }
+            EntriesMenu {
+                id: filled
+                Component.onCompleted: filled.entries = button.entries()
+            }
         }
     }
 }

@@ -182,8 +182,12 @@ Item {
     ContextMenu {
         id: context
         enabled: line.row.hasMenu
+        // No binding: a menu that is made anew while it is read loses the entry that the keys are at.
         menu: Component {
-            EntriesMenu { entries: line.entries() }
+            EntriesMenu {
+                id: filled
+                Component.onCompleted: filled.entries = line.entries()
+            }
         }
     }
 }
