@@ -51,13 +51,13 @@ private Q_SLOTS:
         TwoPictures two;
         QTRY_VERIFY(isNear(two.window->at(0.5, 0.5), Qt::red));
         auto* const still = two.window->window.find<StagePicture>("still");
+        QTRY_COMPARE(still->image().height(), int(still->height())); // a smaller one may stand in for it until then
         QVERIFY(still->y() >= 52);
         QVERIFY(still->y() + still->height() <= 540 - 40);
         // 4 to 3, in the middle.
         const QRectF place = StagePicture::place(still->size(), still->image().size(), 1);
         QVERIFY(isNear(two.window->at((still->x() + place.left() + 3) / 900, 0.5), Qt::red));
         QVERIFY(!isNear(two.window->at((still->x() + place.left() - 6) / 900, 0.5), Qt::red, 100));
-        QCOMPARE(still->image().height(), int(still->height()));
     }
 
     void theNextImageTakesItsPlaceInOneFrame() {
