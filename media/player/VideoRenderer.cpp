@@ -231,7 +231,8 @@ void VideoRenderer::glow() {
         m_glowFile = m_file;
         m_isGlowOld = true;
     }
-    if (!m_file || !m_isGlowOld)
+    // Before its shape is known nobody can tell the film from the bars beside it.
+    if (!m_file || !m_isGlowOld || m_videoSize.isEmpty())
         return;
     if (m_sinceGlow.isValid() && m_sinceGlow.elapsed() < glowInterval) {
         if (!std::exchange(m_isGlowAwaited, true))

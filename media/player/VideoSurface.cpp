@@ -27,6 +27,7 @@ void VideoSurface::setPlayer(PlayerEngine* player) {
     if (player) {
         player->addSurface(this);
         connect(player, &QObject::destroyed, this, &QQuickItem::update);
+        connect(player, &PlayerEngine::videoSizeChanged, this, &QQuickItem::update); // the glow waits for it
     }
     Q_EMIT playerChanged();
 }
