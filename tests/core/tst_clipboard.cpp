@@ -44,6 +44,26 @@ private:
     QProcess m_server;
 };
 
+// Another program that has copied a text and offers it until it ends.
+class OtherProgram {
+public:
+    explicit OtherProgram(const QByteArray& text) {
+        m_process.start(QStringLiteral("xclip"), {QStringLiteral("-i"), QStringLiteral("-quiet"),
+                                                  QStringLiteral("-selection"), QStringLiteral("clipboard")});
+        m_process.write(text);
+        m_process.closeWriteChannel();
+    }
+    ~OtherProgram() { end(); }
+
+    void end() {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+
+private:
+    QProcess m_process;
+};
+
 // What another program gets when it pastes.
 QByteArray pasted(const char* type) {
     QProcess program;
@@ -233,16 +253,10 @@ private Q_SLOTS:
         Pasteboard& pasteboard = Pasteboard::general();
         const quint64 ours = pasteboard.set({{QStringLiteral("text/plain"), "ours"}});
         QCOMPARE(pasted("UTF8_STRING"), QByteArray("ours"));
-        QProcess other;
-        other.start(QStringLiteral("xclip"), {QStringLiteral("-i"), QStringLiteral("-quiet"),
-                                              QStringLiteral("-selection"), QStringLiteral("clipboard")});
-        other.write("theirs");
-        other.closeWriteChannel();
+        OtherProgram other("theirs");
         QTRY_COMPARE(pasted("UTF8_STRING"), QByteArray("theirs"));
         pasteboard.add(ours, {{QStringLiteral("image/png"), "late"}});
         QCOMPARE(pasted("UTF8_STRING"), QByteArray("theirs"));
-        other.kill();
-        other.waitForFinished();
     }
 
     void manyFilesArriveAMomentLaterInTheSameForms() {
@@ -297,30 +311,19 @@ private Q_SLOTS:
         Pasteboard& pasteboard = Pasteboard::general();
         pasteboard.set({{QStringLiteral("text/plain"), "ours"}});
         const quint64 number = pasteboard.announce();
-        QProcess other;
-        other.start(QStringLiteral("xclip"), {QStringLiteral("-i"), QStringLiteral("-quiet"),
-                                              QStringLiteral("-selection"), QStringLiteral("clipboard")});
-        other.write("theirs");
-        other.closeWriteChannel();
+        OtherProgram other("theirs");
         QTRY_COMPARE(pasted("UTF8_STRING"), QByteArray("theirs"));
         pasteboard.supply(number, {{QStringLiteral("text/plain"), "late"}});
         QCOMPARE(pasted("UTF8_STRING"), QByteArray("theirs"));
-        other.kill();
-        other.waitForFinished();
     }
 
     void aProgramThatEndsMeanwhileLeavesNothingToKeep() {
-        QProcess other;
-        other.start(QStringLiteral("xclip"), {QStringLiteral("-i"), QStringLiteral("-quiet"),
-                                              QStringLiteral("-selection"), QStringLiteral("clipboard")});
-        other.write("theirs");
-        other.closeWriteChannel();
+        OtherProgram other("theirs");
         QTRY_COMPARE(pasted("UTF8_STRING"), QByteArray("theirs"));
         Pasteboard& pasteboard = Pasteboard::general();
         const quint64 number = pasteboard.announce();
         QSignalSpy changed(QGuiApplication::clipboard(), &QClipboard::dataChanged);
-        other.kill();
-        other.waitForFinished();
+        other.end();
         QTRY_VERIFY(!changed.isEmpty());
         pasteboard.supply(number, {{QStringLiteral("text/plain"), "ours"}});
         QCOMPARE(pasted("UTF8_STRING"), QByteArray("ours"));
