@@ -8,6 +8,10 @@
 #include "support/QmlWindow.h"
 
 #include <QAccessible>
+#include <QGuiApplication>
+#include <QTest>
+
+#include <clocale>
 
 Q_IMPORT_QML_PLUGIN(Lumbra_MediaPlugin)
 
@@ -34,6 +38,24 @@ public:
 private:
     QmlWindow m_window;
 };
+
+// A film of ten seconds that stands at its beginning, and a view of it.
+inline RoomPiece film(OpenRoom& in, const char* body) {
+    in.open(in.clip("long.mp4"));
+    in.settle();
+    return RoomPiece(in, body);
+}
+
+// The main of a test in which films may be drawn, where there is a display.
+template <typename Test>
+int runWithPlayer(int argc, char** argv) {
+    if (qEnvironmentVariable("QT_QPA_PLATFORM") != u"offscreen")
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
+    QGuiApplication application(argc, argv);
+    std::setlocale(LC_NUMERIC, "C");
+    Test test;
+    return QTest::qExec(&test, argc, argv);
+}
 
 inline constexpr char wholeRoom[] = "ScreeningRoomView { anchors.fill: parent; room: parent ? parent.room : null }";
 

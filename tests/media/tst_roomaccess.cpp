@@ -9,8 +9,6 @@
 #include <QMetaEnum>
 #include <QtTest>
 
-#include <clocale>
-
 using namespace lumbra;
 
 namespace {
@@ -216,11 +214,6 @@ private:
 };
 
 int main(int argc, char** argv) {
-    if (qEnvironmentVariable("QT_QPA_PLATFORM") != u"offscreen")
-        QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
-    QGuiApplication application(argc, argv);
-    std::setlocale(LC_NUMERIC, "C");
-    tst_RoomAccess test;
-    return QTest::qExec(&test, argc, argv);
+    return runWithPlayer<tst_RoomAccess>(argc, argv);
 }
 #include "tst_roomaccess.moc"

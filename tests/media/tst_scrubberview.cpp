@@ -5,8 +5,6 @@
 
 #include <QtTest>
 
-#include <clocale>
-
 using namespace lumbra;
 
 namespace {
@@ -86,22 +84,10 @@ private Q_SLOTS:
     }
 
 private:
-    // A film of ten seconds that stands at its beginning, and a view of it.
-    static RoomPiece film(OpenRoom& in, const char* body) {
-        in.open(in.clip("long.mp4"));
-        in.settle();
-        return RoomPiece(in, body);
-    }
-
     TestHome m_home;
 };
 
 int main(int argc, char** argv) {
-    if (qEnvironmentVariable("QT_QPA_PLATFORM") != u"offscreen")
-        QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
-    QGuiApplication application(argc, argv);
-    std::setlocale(LC_NUMERIC, "C");
-    tst_ScrubberView test;
-    return QTest::qExec(&test, argc, argv);
+    return runWithPlayer<tst_ScrubberView>(argc, argv);
 }
 #include "tst_scrubberview.moc"
