@@ -94,7 +94,8 @@ void Pool::run() {
             [[maybe_unused]] const auto taken = ::read(m_wakeUp, &count, sizeof count);
         }
         for (size_t i = 0; i < m_seats.size(); ++i) {
-            if (waited[i + 1].revents)
+            // To hear one may have been to ask another, and to find it gone.
+            if (waited[i + 1].revents && m_seats[i].child)
                 hear(m_seats[i]);
             watch(m_seats[i]);
         }
