@@ -2,14 +2,11 @@
 #include "Clipboard.h"
 
 #include "platform/FileTypes.h"
+#include "platform/RegularFile.h"
 #include "platform/Tasks.h"
 
 #include <QBuffer>
-#include <QFile>
 #include <QImageWriter>
-
-#include <fcntl.h>
-#include <sys/stat.h>
 
 namespace lumbra::Clipboard {
 
@@ -27,21 +24,6 @@ Pasteboard::Flavour text(const QByteArray& utf8) {
 QByteArray extensionOf(const Location& file) {
     const std::string_view extension = file.extension();
     return QByteArray(extension.data(), qsizetype(extension.size())).toLower();
-}
-
-// The whole file; nothing for one that is too large or can't be read.
-QByteArray bytesOf(const Location& file) {
-    // What only bears a picture's name may be a pipe, and opening that would wait for somebody at its other end.
-    const int descriptor = ::open(file.path().constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-    if (descriptor < 0)
-        return {};
-    QFile opened;
-    opened.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
-    struct stat status;
-    if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))
-        return {};
-    const QByteArray bytes = opened.read(largestPng + 1);
-    return bytes.size() <= largestPng ? bytes : QByteArray();
 }
 
 Pasteboard::Contents encoded(const QImage& picture) {
@@ -77,7 +59,7 @@ void addPicture(const Location& file, Pasteboard& pasteboard, quint64 number, Re
 
 void addPng(const Location& file, Pasteboard& pasteboard, quint64 number, Reader& reader) {
     Tasks::run(Tasks::Pool::userInitiated, [file] {
-        return bytesOf(file);
+        return RegularFile::bytes(file, largestPng).value_or(QByteArray());
     }).then(&pasteboard, [&pasteboard, &reader, file, number](const QByteArray& bytes) {
         if (bytes.isEmpty())
             return addPicture(file, pasteboard, number, reader);

@@ -2,29 +2,20 @@
 #include "JsonFile.h"
 
 #include "CoreError.h"
+#include "platform/RegularFile.h"
 
-#include <QFile>
 #include <QJsonDocument>
 #include <QSaveFile>
-
-#include <fcntl.h>
-#include <sys/stat.h>
 
 #include <filesystem>
 
 namespace lumbra::JsonFile {
 
 std::optional<QJsonObject> read(const Location& file, qint64 largest) {
-    // Not by QFile's own open, which would wait for the other end of a pipe that somebody left under the name.
-    const int descriptor = ::open(file.path().constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-    if (descriptor < 0)
+    const auto bytes = RegularFile::bytes(file, largest);
+    if (!bytes)
         return std::nullopt;
-    QFile opened;
-    opened.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
-    struct stat status;
-    if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > largest)
-        return std::nullopt;
-    const QJsonDocument document = QJsonDocument::fromJson(opened.read(largest));
+    const QJsonDocument document = QJsonDocument::fromJson(*bytes);
     if (!document.isObject())
         return std::nullopt;
     return document.object();

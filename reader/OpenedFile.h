@@ -4,6 +4,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/RegularFile.h"
+
 #include <QByteArray>
 #include <QFile>
 
@@ -17,12 +19,9 @@ public:
     // Nothing when the path is no regular file, can't be read or is empty.
     static std::unique_ptr<OpenedFile> open(const QByteArray& path);
 
-    ~OpenedFile();
+    Q_DISABLE_COPY_MOVE(OpenedFile)
 
-    OpenedFile(const OpenedFile&) = delete;
-    OpenedFile& operator=(const OpenedFile&) = delete;
-
-    int descriptor() const { return m_descriptor; }
+    int descriptor() const { return m_file.descriptor(); }
 
     // Bytes, when it was opened; it may grow and shrink since.
     qint64 size() const { return m_identity.size; }
@@ -49,9 +48,9 @@ public:
     QByteArray bytes(qint64 limit);
 
 private:
-    OpenedFile(int descriptor, const Identity& identity, QByteArray extension);
+    OpenedFile(RegularFile file, const Identity& identity, QByteArray extension);
 
-    int m_descriptor;
+    RegularFile m_file;
     Identity m_identity;
     QByteArray m_head;
     QByteArray m_extension;

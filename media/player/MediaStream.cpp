@@ -2,9 +2,8 @@
 #include "MediaStream.h"
 
 #include "MpvLibrary.h"
-#include "platform/Descriptor.h"
+#include "platform/RegularFile.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -76,10 +75,8 @@ private:
     }
 
     void work() {
-        // Without waiting for whoever writes into a pipe; a regular file does not mind.
-        const Descriptor file(::open(m_path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+        const auto file = RegularFile::open(Location(m_path));
         struct stat status {};
-        const bool isFile = file && ::fstat(file.number(), &status) == 0 && S_ISREG(status.st_mode);
         std::unique_lock lock(m_mutex);
         for (;;) {
             m_changed.wait(lock, [this] { return m_task != Task::none || m_isCancelled; });
@@ -91,9 +88,9 @@ private:
             lock.unlock();
             // The buffer is this thread's while there is a task: mpv's side has either asked for it or given up.
             qint64 answer = MPV_ERROR_LOADING_FAILED;
-            if (isFile && task == Task::read)
-                answer = ::pread(file.number(), m_buffer.data(), count, position);
-            else if (isFile && ::fstat(file.number(), &status) == 0)
+            if (file && task == Task::read)
+                answer = ::pread(file->descriptor(), m_buffer.data(), count, position);
+            else if (file && ::fstat(file->descriptor(), &status) == 0)
                 answer = status.st_size;
             lock.lock();
             m_answer = answer;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Archive.h"
 
-#include <fcntl.h>
-#include <unistd.h>
+#include "platform/Descriptor.h"
+
 #include <zip.h>
 
 namespace lumbra::reader {
@@ -14,15 +14,12 @@ constexpr qsizetype step = 256 * 1024;
 } // namespace
 
 std::unique_ptr<Archive> Archive::open(const OpenedFile& file) {
-    const int own = ::fcntl(file.descriptor(), F_DUPFD_CLOEXEC, 0);
-    if (own < 0)
-        return nullptr;
+    Descriptor own(::fcntl(file.descriptor(), F_DUPFD_CLOEXEC, 0));
     int error = 0;
-    zip_t* const opened = zip_fdopen(own, 0, &error); // takes the descriptor when it succeeds
-    if (!opened) {
-        ::close(own);
+    zip_t* const opened = own ? zip_fdopen(own.number(), 0, &error) : nullptr;
+    if (!opened)
         return nullptr;
-    }
+    own.release(); // it is the archive's now
     return std::unique_ptr<Archive>(new Archive(opened));
 }
 
