@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "FileEvents.h"
 
+#include "Descriptor.h"
 #include "Startup.h"
 #include "Tasks.h"
 #include "events/ChangeReader.h"
@@ -32,21 +33,6 @@ constexpr auto seekInterval = 1s;
 
 // In an endless stream of events a batch still leaves in time.
 constexpr auto longestRead = 50ms;
-
-class Descriptor {
-public:
-    explicit Descriptor(int fd) : m_fd(fd) {}
-    ~Descriptor() {
-        if (m_fd >= 0)
-            ::close(m_fd);
-    }
-    Q_DISABLE_COPY_MOVE(Descriptor)
-
-    int get() const { return m_fd; }
-
-private:
-    int m_fd;
-};
 
 } // namespace
 
@@ -100,7 +86,7 @@ private:
 
     void wake() {
         const quint64 one = 1;
-        [[maybe_unused]] const ssize_t written = ::write(m_wake.get(), &one, sizeof one);
+        [[maybe_unused]] const ssize_t written = ::write(m_wake.number(), &one, sizeof one);
     }
 
     void run();
@@ -198,11 +184,11 @@ void FileEvents::Worker::sleep() {
             int(std::max<qint64>(0, std::chrono::ceil<std::chrono::milliseconds>(*deadline - Clock::now()).count()));
 
     std::array<pollfd, 3> sources{
-        {{m_watches.inotify().fd(), POLLIN, 0}, {m_wake.get(), POLLIN, 0}, {m_mounts.get(), POLLPRI, 0}}};
+        {{m_watches.inotify().fd(), POLLIN, 0}, {m_wake.number(), POLLIN, 0}, {m_mounts.number(), POLLPRI, 0}}};
     ::poll(sources.data(), sources.size(), timeout);
     if (sources[1].revents) {
         quint64 count;
-        [[maybe_unused]] const ssize_t taken = ::read(m_wake.get(), &count, sizeof count);
+        [[maybe_unused]] const ssize_t taken = ::read(m_wake.number(), &count, sizeof count);
     }
     if (sources[2].revents & (POLLPRI | POLLERR)) {
         m_roots.verify();

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "FolderEntries.h"
 
+#include "platform/Descriptor.h"
+
 #include <dirent.h>
-#include <fcntl.h>
-#include <unistd.h>
 
 #include <string_view>
 
@@ -11,18 +11,15 @@ namespace lumbra::events {
 
 void forEachEntry(const std::string& folder,
                   const std::function<void(int descriptor, const char* name, unsigned char type)>& visit) {
-    const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK);
-    if (descriptor < 0)
+    Descriptor opened = openFolder(AT_FDCWD, folder.c_str());
+    DIR* const stream = ::fdopendir(opened.number());
+    if (!stream)
         return;
-    DIR* stream = ::fdopendir(descriptor);
-    if (!stream) {
-        ::close(descriptor);
-        return;
-    }
+    opened.release();
     while (const dirent* entry = ::readdir(stream)) {
         const std::string_view name(entry->d_name);
         if (name != "." && name != "..")
-            visit(descriptor, entry->d_name, entry->d_type);
+            visit(::dirfd(stream), entry->d_name, entry->d_type);
     }
     ::closedir(stream);
 }

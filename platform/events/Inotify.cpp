@@ -26,21 +26,16 @@ constexpr size_t mostInMemory = 64 * 1024 * 1024;
 
 } // namespace
 
-Inotify::~Inotify() {
-    if (m_fd >= 0)
-        ::close(m_fd);
-}
-
 bool Inotify::open() {
-    if (m_fd < 0)
-        m_fd = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-    return m_fd >= 0;
+    if (!m_queue)
+        m_queue = Descriptor(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+    return bool(m_queue);
 }
 
 Inotify::Result Inotify::add(const std::string& folder, int& watch) {
     if (!open())
         return Result::noSpace;
-    watch = ::inotify_add_watch(m_fd, folder.c_str(), watchedEvents | watchOptions);
+    watch = ::inotify_add_watch(fd(), folder.c_str(), watchedEvents | watchOptions);
     if (watch >= 0)
         return Result::watching;
     return errno == ENOSPC || errno == ENOMEM ? Result::noSpace : Result::failed;
@@ -48,11 +43,11 @@ Inotify::Result Inotify::add(const std::string& folder, int& watch) {
 
 void Inotify::remove(int watch) {
     // Fails when the folder is gone already, and the watch with it.
-    ::inotify_rm_watch(m_fd, watch);
+    ::inotify_rm_watch(fd(), watch);
 }
 
 bool Inotify::take() {
-    if (m_fd < 0)
+    if (!m_queue)
         return false;
     if (m_read == m_bytes.size()) {
         m_bytes.clear();
@@ -64,7 +59,7 @@ bool Inotify::take() {
         return false;
     if (!m_chunk)
         m_chunk = std::make_unique_for_overwrite<char[]>(chunkSize);
-    const ssize_t count = ::read(m_fd, m_chunk.get(), chunkSize);
+    const ssize_t count = ::read(fd(), m_chunk.get(), chunkSize);
     if (count <= 0)
         return false;
     m_bytes.insert(m_bytes.end(), m_chunk.get(), m_chunk.get() + count);

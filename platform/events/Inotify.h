@@ -6,6 +6,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/Descriptor.h"
+
 #include <QtGlobal>
 
 #include <memory>
@@ -28,11 +30,10 @@ public:
     enum class Result { watching, noSpace, failed };
 
     Inotify() { open(); }
-    ~Inotify();
     Q_DISABLE_COPY_MOVE(Inotify)
 
     // To wait on; -1 while the kernel gives no queue, and so every watch is refused for want of space.
-    int fd() const { return m_fd; }
+    int fd() const { return m_queue.number(); }
 
     // The same folder gives the same watch again, whatever its path. Never follows a symbolic link.
     Result add(const std::string& folder, int& watch);
@@ -48,7 +49,7 @@ public:
 private:
     bool open();
 
-    int m_fd = -1;
+    Descriptor m_queue;
     std::unique_ptr<char[]> m_chunk; // what one read takes
     std::vector<char> m_bytes;
     size_t m_read = 0;

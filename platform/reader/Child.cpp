@@ -28,29 +28,10 @@ namespace {
 constexpr int ioPriorityOfProcess = 1;
 constexpr int ioPriorityIdle = 3 << 13;
 
-class Descriptor {
-public:
-    explicit Descriptor(int number) : m_number(number) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() {
-        if (m_number >= 0)
-            ::close(m_number);
-    }
-
-    int get() const { return m_number; }
-    int release() { return std::exchange(m_number, -1); }
-
-    // Moves the descriptor away from the numbers that the child is given, so that filling one does not close another.
-    bool lift() {
-        const int higher = ::fcntl(m_number, F_DUPFD_CLOEXEC, 16);
-        ::close(std::exchange(m_number, higher));
-        return higher >= 0;
-    }
-
-private:
-    int m_number;
-};
+// Moved away from the numbers that the child is given, so that filling one does not close another.
+Descriptor lifted(const Descriptor& descriptor) {
+    return Descriptor(::fcntl(descriptor.number(), F_DUPFD_CLOEXEC, 16));
+}
 
 // The parent's environment but for what leads to a display or a bus, and what the decoders must know when they start.
 class Environment {
@@ -125,33 +106,32 @@ std::unique_ptr<Child> Child::start(const Options& options) {
     int pair[2];
     if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, pair) != 0)
         return nullptr;
-    Descriptor ours(pair[0]), theirs(pair[1]);
-    Descriptor memory(::memfd_create("lumbra-reader", MFD_CLOEXEC | MFD_ALLOW_SEALING));
-    if (!theirs.lift() || !memory.lift() || ::ftruncate(memory.get(), SharedBlock::size) != 0
-        || ::fcntl(memory.get(), F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL) != 0)
+    Descriptor ours(pair[0]);
+    const Descriptor theirs = lifted(Descriptor(pair[1]));
+    Descriptor memory = lifted(Descriptor(::memfd_create("lumbra-reader", MFD_CLOEXEC | MFD_ALLOW_SEALING)));
+    if (!theirs || !memory || ::ftruncate(memory.number(), SharedBlock::size) != 0
+        || ::fcntl(memory.number(), F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL) != 0)
         return nullptr;
     void* const mapped =
-        ::mmap(nullptr, size_t(SharedBlock::size), PROT_READ | PROT_WRITE, MAP_SHARED, memory.get(), 0);
+        ::mmap(nullptr, size_t(SharedBlock::size), PROT_READ | PROT_WRITE, MAP_SHARED, memory.number(), 0);
     if (mapped == MAP_FAILED)
         return nullptr;
-    const pid_t process = spawn(options, theirs.get(), memory.get());
+    const pid_t process = spawn(options, theirs.number(), memory.number());
     if (process < 0) {
         ::munmap(mapped, size_t(SharedBlock::size));
         return nullptr;
     }
     return std::unique_ptr<Child>(
-        new Child(process, ours.release(), memory.release(), SharedBlock(static_cast<uchar*>(mapped))));
+        new Child(process, std::move(ours), std::move(memory), SharedBlock(static_cast<uchar*>(mapped))));
 }
 
-Child::Child(pid_t process, int socket, int memory, SharedBlock block)
-    : m_process(process), m_socket(socket), m_memory(memory), m_block(block) {}
+Child::Child(pid_t process, Descriptor socket, Descriptor memory, SharedBlock block)
+    : m_process(process), m_socket(std::move(socket)), m_memory(std::move(memory)), m_block(block) {}
 
 Child::~Child() {
     ::kill(m_process, SIGKILL);
     EndedProcesses::add(m_process, m_files.isEmpty() ? QByteArray() : m_files.first());
     ::munmap(m_block.memory(), size_t(SharedBlock::size));
-    ::close(m_memory);
-    ::close(m_socket);
 }
 
 bool Child::send(const Request& request) {
@@ -160,14 +140,14 @@ bool Child::send(const Request& request) {
     m_files.append(request.path);
     const QByteArray message = encoded(request);
     return message.size() <= messageLimit
-           && ::send(m_socket, message.constData(), size_t(message.size()), MSG_DONTWAIT | MSG_NOSIGNAL)
+           && ::send(socket(), message.constData(), size_t(message.size()), MSG_DONTWAIT | MSG_NOSIGNAL)
                   == message.size();
 }
 
 Child::Received Child::receive(Answer* answer) {
     // One byte more than a message may have, so that a longer one shows itself.
     QByteArray message(messageLimit + 1, Qt::Uninitialized);
-    const ssize_t size = ::recv(m_socket, message.data(), size_t(message.size()), MSG_DONTWAIT);
+    const ssize_t size = ::recv(socket(), message.data(), size_t(message.size()), MSG_DONTWAIT);
     if (size < 0)
         return errno == EAGAIN || errno == EINTR ? Received::nothing : Received::gone;
     if (size == 0)
@@ -187,7 +167,8 @@ QByteArray Child::bulk(quint32 number, qsizetype size) const {
     QByteArray copy(reinterpret_cast<const char*>(m_block.arenaOf(number).data()), size);
     // Pages once touched stay; after a large answer they go back.
     if (size > kept)
-        ::fallocate(m_memory, FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE, SharedBlock::placeOf(number), arenaSize);
+        ::fallocate(m_memory.number(), FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE, SharedBlock::placeOf(number),
+                    arenaSize);
     return copy;
 }
 

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "SharedBlock.h"
+#include "platform/Descriptor.h"
 
 #include <QByteArray>
 #include <QList>
@@ -34,7 +35,7 @@ public:
     Child& operator=(const Child&) = delete;
 
     // To poll for input.
-    int socket() const { return m_socket; }
+    int socket() const { return m_socket.number(); }
 
     // False if the process does not take it, which it does not do when it is well.
     bool send(const Request& request);
@@ -51,11 +52,11 @@ public:
     QByteArray bulk(quint32 number, qsizetype size) const;
 
 private:
-    Child(pid_t process, int socket, int memory, SharedBlock block);
+    Child(pid_t process, Descriptor socket, Descriptor memory, SharedBlock block);
 
     pid_t m_process;
-    int m_socket;
-    int m_memory; // a descriptor of the block's
+    Descriptor m_socket;
+    Descriptor m_memory; // of the block
     SharedBlock m_block;
     QList<QByteArray> m_files; // that it works on, or did last, and one that waits
     int m_unanswered = 0;

@@ -48,7 +48,6 @@ Pool::~Pool() {
     }
     wake();
     m_thread.join();
-    ::close(m_wakeUp);
 }
 
 void Pool::ask(size_t level, Job job) {
@@ -72,7 +71,7 @@ void Pool::warmUp() {
 
 void Pool::wake() {
     const quint64 one = 1;
-    [[maybe_unused]] const auto written = ::write(m_wakeUp, &one, sizeof one);
+    [[maybe_unused]] const auto written = ::write(m_wakeUp.number(), &one, sizeof one);
 }
 
 void Pool::run() {
@@ -85,13 +84,13 @@ void Pool::run() {
         feed();
         startWanted();
 
-        std::vector<pollfd> waited{{m_wakeUp, POLLIN, 0}};
+        std::vector<pollfd> waited{{m_wakeUp.number(), POLLIN, 0}};
         for (const Seat& seat : m_seats)
             waited.push_back({seat.child ? seat.child->socket() : -1, POLLIN, 0});
         ::poll(waited.data(), waited.size(), pause());
         if (waited[0].revents) {
             quint64 count;
-            [[maybe_unused]] const auto taken = ::read(m_wakeUp, &count, sizeof count);
+            [[maybe_unused]] const auto taken = ::read(m_wakeUp.number(), &count, sizeof count);
         }
         for (size_t i = 0; i < m_seats.size(); ++i) {
             // To hear one may have been to ask another, and to find it gone.

@@ -100,7 +100,7 @@ private:
     int m_failedStarts = 0;
     Clock::time_point m_noStartBefore;
 
-    int m_wakeUp; // an eventfd
+    const Descriptor m_wakeUp; // an eventfd
     std::thread m_thread;
 };
 
