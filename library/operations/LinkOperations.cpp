@@ -18,6 +18,16 @@ std::optional<QString> queryValue(const QUrl& url, QLatin1String name) {
     return found == items.end() || found->second.isEmpty() ? std::nullopt : std::optional(found->second);
 }
 
+Assets assetsBeside(const AssetIndex& index, const Location& file) {
+    Assets beside;
+    const auto folders = index.foldersUnder(file.parent());
+    for (const AssetIndex::FolderPointer& folder : folders)
+        if (folder->path() == file.parent().view())
+            for (size_t position = 0; position < folder->size(); ++position)
+                beside.append(folder->assetAt(position));
+    return beside;
+}
+
 } // namespace
 
 void Library::handleLink(const QUrl& url) {
@@ -37,13 +47,15 @@ void Library::play(const Location& file) {
     const auto asset = known ? known : Asset::read(file);
     if (!asset)
         return;
-    Assets beside;
-    const auto folders = index().foldersUnder(file.parent());
-    for (const AssetIndex::FolderPointer& folder : folders)
-        if (folder->path() == file.parent().view())
-            for (size_t position = 0; position < folder->size(); ++position)
-                beside.append(folder->assetAt(position));
-    setPlaying(PlayRequest{*asset, sorted(SortOrder::newest, beside)});
+    setPlaying(PlayRequest{*asset, sorted(SortOrder::newest, assetsBeside(index(), file))});
+    if (!indexing())
+        return;
+    // A link that starts the application comes before there is an index to find the others in.
+    const auto complete = [this] {
+        if (const auto early = playing(); early && early->order.isEmpty())
+            setPlaying(PlayRequest{early->asset, sorted(SortOrder::newest, assetsBeside(index(), early->asset.url))});
+    };
+    connect(this, &Library::indexingChanged, this, complete, Qt::SingleShotConnection);
 }
 
 } // namespace lumbra

@@ -83,6 +83,7 @@ void ScreeningRoom::playingChanged() {
         m_order.setAssets(m_request.order);
         m_order.setIndex(m_library->index());
         put(freshAsset(), !wasOpen || m_asset.url.isEmpty());
+        readAhead(); // another order has other neighbours
         placeQueue();
     } else {
         m_engine->stop();

@@ -41,7 +41,11 @@ public:
 
     // Begins the walk of what has been made so far, and ends with it.
     void open() {
-        m_library = std::make_unique<Library>(m_root, true);
+        beginToOpen();
+        waitForIndex();
+    }
+    void beginToOpen() { m_library = std::make_unique<Library>(m_root, true); }
+    void waitForIndex() const {
         if (!QTest::qWaitFor([this] { return !m_library->indexing(); }, 10'000))
             qFatal("the first walk does not end");
     }

@@ -116,6 +116,42 @@ private Q_SLOTS:
         QVERIFY(library->playing()->order.isEmpty());
     }
 
+    void aFileThatIsPlayedBeforeThereIsAnIndexFindsTheOthersOnceThereIs() {
+        OpenLibrary& library = *m_library;
+        const Location oldest = library.file("one/a.png");
+        const Location newest = library.file("one/b.png");
+        TestHome::touch(oldest, 1000);
+        TestHome::touch(newest, 3000);
+        library.beginToOpen();
+        follow(QStringLiteral("lumbra://play?path=") + encoded(oldest));
+        QVERIFY(library->indexing());
+        QCOMPARE(library->playing()->asset.url, oldest);
+        QVERIFY(library->playing()->order.isEmpty());
+        library.waitForIndex();
+        QCOMPARE(library->playing()->asset.url, oldest);
+        QCOMPARE(library->playing()->order.size(), 2);
+        QCOMPARE(library->playing()->order[0].url, newest);
+        QCOMPARE(library->playing()->order[1].url, oldest);
+    }
+
+    void whatIsPlayedOrClosedMeanwhileStaysSo() {
+        OpenLibrary& library = *m_library;
+        const Location file = library.file("one/a.png");
+        const Location other = library.file("one/b.png");
+        library.beginToOpen();
+        follow(QStringLiteral("lumbra://play?path=") + encoded(file));
+        const PlayRequest given{library->playing()->asset, {library->playing()->asset}};
+        library->setPlaying(given);
+        library.waitForIndex();
+        QVERIFY(library->playing() == given);
+
+        library.beginToOpen();
+        follow(QStringLiteral("lumbra://play?path=") + encoded(other));
+        library->setPlaying(std::nullopt);
+        library.waitForIndex();
+        QVERIFY(!library->playing());
+    }
+
     void whatIsNoFileIsNotPlayed() {
         OpenLibrary& library = *m_library;
         library.folder("one/sub");
