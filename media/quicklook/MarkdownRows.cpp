@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "MarkdownRows.h"
 
+#include "MarkdownPieces.h"
 #include "TextRows.h"
-#include "platform/FileTypes.h"
-
-#include <QUrl>
 
 #include <md4c.h>
 
 #include <algorithm>
-#include <functional>
 
 namespace lumbra {
 
@@ -17,54 +14,8 @@ namespace {
 
 using Style = DocumentRow::Style;
 
-// A head of "key: value" lines between dashes, which programs read, is not part of the text.
-QStringView withoutHead(QStringView text) {
-    if (!text.startsWith(u"---\n"))
-        return text;
-    const qsizetype end = text.indexOf(u"\n---\n", 3);
-    return end < 0 ? text : text.mid(end + 5);
-}
-
-// The words of a piece of a web page.
-QString withoutTags(QStringView markup) {
-    QString words;
-    bool inTag = false;
-    for (const QChar character : markup) {
-        if (character == u'<')
-            inTag = true;
-        else if (character == u'>')
-            inTag = false;
-        else if (!inTag)
-            words += character;
-    }
-    return words;
-}
-
-// As many blanks as stand together are one.
-QString withSingleBlanks(const QString& text) {
-    QString made;
-    made.reserve(text.size());
-    for (const QChar character : text)
-        if (character != u' ' || !made.endsWith(u' '))
-            made += character;
-    return made;
-}
-
 QString textOf(const MD_ATTRIBUTE& attribute) {
     return QString::fromUtf8(attribute.text, qsizetype(attribute.size));
-}
-
-// The file that a picture's address means; empty if it is elsewhere, behind a link included.
-Location pictureAt(const QString& address, const Location& folder) {
-    const QUrl url(address);
-    if (folder.isEmpty() || !url.isValid() || !url.isRelative() || url.hasQuery() || address.startsWith(u'/'))
-        return {};
-    const QString path = QUrl::fromPercentEncoding(url.path(QUrl::FullyEncoded).toUtf8());
-    const Location file = path.isEmpty() ? Location() : folder.child(path);
-    if (fileTypeOf(SmallExtension(file.lastComponent()).view()) != FileType::image || !file.exists()
-        || !file.isInside(folder))
-        return {};
-    return file.canonical();
 }
 
 class MarkdownReader {
@@ -89,7 +40,7 @@ public:
         parser.text = [](MD_TEXTTYPE type, const MD_CHAR* bytes, MD_SIZE size, void* reader) {
             auto* const self = static_cast<MarkdownReader*>(reader);
             if (self->m_style == Style::code)
-                self->takeTabsBefore(bytes);
+                takeTabsBefore(bytes, self->m_source, self->m_text);
             return self->text(type, QString::fromUtf8(bytes, qsizetype(size)));
         };
         m_source = text;
@@ -279,30 +230,6 @@ private:
             breakIfLong();
         }
         return goOn();
-    }
-
-    // The parser hands out what a line of code begins with as blanks, and then the line as it is in the source. The
-    // tabs there take the place of the blanks that they are as wide as.
-    void takeTabsBefore(const MD_CHAR* line) {
-        constexpr qptrdiff deepest = 100;
-        const MD_CHAR* const begin = m_source.constData();
-        if (std::less<>()(line, begin) || !std::less<>()(line, begin + m_source.size()))
-            return;
-        const MD_CHAR* from = line;
-        while (from > begin && line - from < deepest && (from[-1] == ' ' || from[-1] == '\t'))
-            --from;
-        const QString margin = QString::fromLatin1(from, line - from); // some of it may be the block's
-        if (!margin.contains(u'\t') || (from > begin && from[-1] != '\n'))
-            return;
-        const qsizetype blanks = m_text.size() - 1 - m_text.lastIndexOf(u'\n');
-        const qsizetype block = printableText(margin).size() - blanks;
-        qsizetype ofBlock = 0;
-        while (ofBlock < margin.size() && printableText(margin.left(ofBlock)).size() < block)
-            ++ofBlock;
-        const QString own = margin.mid(ofBlock);
-        const QString shown = printableText(own);
-        if (shown.size() == blanks && m_text.endsWith(shown))
-            m_text.replace(m_text.size() - blanks, blanks, own);
     }
 
     static Style headingOf(unsigned level) {
