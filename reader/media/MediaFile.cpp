@@ -46,6 +46,12 @@ bool isDescribed(const AVFormatContext& context) {
     });
 }
 
+// Seconds in the stream's own units. What a hostile file makes too large to be counted is as far as can be.
+int64_t stampOf(double seconds, const AVStream& stream) {
+    constexpr double farthest = 4e18;
+    return int64_t(std::clamp(seconds / av_q2d(stream.time_base), -farthest, farthest));
+}
+
 } // namespace
 
 std::unique_ptr<MediaFile> MediaFile::open(const OpenedFile& file, std::chrono::milliseconds limit) {
@@ -134,7 +140,7 @@ double MediaFile::findDuration() {
         const AVStream& stream = *m_context->streams[packet->stream_index];
         const int64_t begin = packet->pts == AV_NOPTS_VALUE ? packet->dts : packet->pts;
         if (begin != AV_NOPTS_VALUE)
-            end = std::max(end, double(begin + packet->duration) * av_q2d(stream.time_base) - start());
+            end = std::max(end, (double(begin) + double(packet->duration)) * av_q2d(stream.time_base) - start());
         av_packet_unref(packet.get());
     }
     if (end > 0 && end <= longestDuration)
@@ -161,7 +167,7 @@ bool MediaFile::seek(const AVStream* stream, double seconds) {
     // Without an index, packets are sought by when they are decoded, and the first is decoded some time before it is
     // seen.
     const double lead = seconds <= 0 && !hasIndex() ? 10 : 0;
-    const auto time = int64_t((seconds + start() - lead) / av_q2d(stream->time_base));
+    const int64_t time = stampOf(seconds + start() - lead, *stream);
     return av_seek_frame(m_context, stream->index, time, AVSEEK_FLAG_BACKWARD) >= 0;
 }
 
@@ -173,7 +179,7 @@ bool MediaFile::hasIndex() const {
 double MediaFile::keyFrame(AVStream* stream, double seconds, bool before) const {
     if (!hasIndex())
         return -1;
-    const auto time = int64_t((seconds + start()) / av_q2d(stream->time_base));
+    const int64_t time = stampOf(seconds + start(), *stream);
     const AVIndexEntry* const entry =
         avformat_index_get_entry_from_timestamp(stream, time, before ? AVSEEK_FLAG_BACKWARD : 0);
     return entry ? double(entry->timestamp) * av_q2d(stream->time_base) - start() : -1;

@@ -61,7 +61,8 @@ bool SoundDecoder::makeConverter() {
     m_format = m_frame->format;
     m_channels = m_frame->ch_layout.nb_channels;
     m_sourceRate = m_frame->sample_rate;
-    AVChannelLayout layout;
+    m_converter.reset();      // whatever fails below: it doesn't fit what was just noted
+    AVChannelLayout layout{}; // copying into it first gives back what it holds
     if (m_frame->ch_layout.order == AV_CHANNEL_ORDER_UNSPEC)
         av_channel_layout_default(&layout, m_channels);
     else if (av_channel_layout_copy(&layout, &m_frame->ch_layout) != 0)
