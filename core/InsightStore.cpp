@@ -191,7 +191,7 @@ int InsightStore::count() {
     int count = 0;
     if (ready()) {
         m_database.read("SELECT count(*) FROM insights", {}, [&count](const Database::Row& row) {
-            count = row.text(0).toInt();
+            count = int(row.integer(0));
             return false;
         });
     }
