@@ -75,15 +75,13 @@ QtObject {
     readonly property int linePage: 26
     readonly property int sizeWelcome: 28
     readonly property int lineWelcome: 36
-    // The same in the order of Label.Style, with the half of each line's spare height that belongs above its letters.
+    // The same in the order of Label.Style.
     readonly property var sizes: [sizeBody, sizeFact, sizeBody, sizeSheet, sizePage, sizeWelcome]
     readonly property var lines: [lineBody, lineFact, lineBody, lineSheet, linePage, lineWelcome]
     readonly property FontMetrics metrics: FontMetrics {
         font.family: theme.family
         font.pixelSize: 1000
     }
-    readonly property var leading: sizes.map((size, i) =>
-        Math.max(0, Math.round((lines[i] - Math.ceil(metrics.height * size / 1000)) / 2)))
     readonly property int sizeSymbol: 16
     readonly property int sizeSymbolSmall: 14
     readonly property int sizeSymbolEmpty: 40
@@ -141,6 +139,7 @@ QtObject {
     readonly property int easeInOut: Easing.InOutSine
     readonly property real paletteScale: 0.98
     readonly property int hintDelay: 600
+    readonly property int patience: 300 // that something may take before there is a sign of it
 
     // The spring of the design: how long one swing would take undamped, in seconds, and how much of it is damped away.
     readonly property real springResponse: 0.35

@@ -23,14 +23,11 @@ Text {
     font.pixelSize: Theme.sizes[style]
     font.weight: style >= Label.Section ? Theme.semibold : Theme.regular
     lineHeightMode: Text.FixedHeight
-    lineHeight: lineSpacing
-    // A fixed line height puts the extra room below the letters; half of it belongs above them.
-    topPadding: Theme.leading[style]
-    bottomPadding: -topPadding
+    lineHeight: lineSpacing // centred, a line has what it is higher than its letters half above them
 
     // Some scripts stand in taller lines, which would push their letters below those around them.
     readonly property real sunk: verticalAlignment !== Text.AlignVCenter ? 0
-        : baselineOffset - topPadding - (height - contentHeight) / 2 - Theme.metrics.ascent * font.pixelSize / 1000
+        : baselineOffset - (height - contentHeight) / 2 - Theme.metrics.ascent * font.pixelSize / 1000
     transform: Translate { y: label.sunk > 0.5 ? -label.sunk : 0 }
 
     Accessible.role: Accessible.StaticText

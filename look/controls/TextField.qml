@@ -50,8 +50,6 @@ T.TextField {
         text: control.placeholderText
         color: control.placeholderTextColor
         font.pixelSize: control.font.pixelSize
-        topPadding: 0
-        bottomPadding: 0
         lineHeightMode: Text.ProportionalHeight
         lineHeight: 1
         Accessible.ignored: true
