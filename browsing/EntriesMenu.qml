@@ -48,7 +48,7 @@ Menu {
 
             required property var entry
 
-            text: entry.title
+            text: Bidi.inOneLine(entry.title)
             enabled: entry.enabled
             destructive: entry.destructive
             checkable: entry.checkable

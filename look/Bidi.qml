@@ -1,4 +1,4 @@
-// Lines that are put together of several names and facts, some of which may be written from right to left.
+// Lines that show names: of any script, with anything in them that a file may be called.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 pragma Singleton
@@ -10,5 +10,10 @@ QtObject {
     function inOrder(line: string): string {
         const mark = "\u200e"
         return mark + line.replace(/ [·\/›] /g, mark + "$&" + mark)
+    }
+
+    // The name without what would break its line or tear it apart.
+    function inOneLine(name: string): string {
+        return name.replace(/[\u0000-\u001f\u007f\u0085\u2028\u2029]+/g, " ")
     }
 }

@@ -26,7 +26,7 @@ struct Glyph {
 
 // Sorted by name, since it is searched by halves.
 constexpr std::array glyphs{
-    Glyph{u"archivebox", 0xF5C4},
+    Glyph{u"archivebox", 0xF03C},
     Glyph{u"arrow.clockwise", 0xF450},
     Glyph{u"arrow.left.arrow.right", 0xF4E1},
     Glyph{u"arrow.right", 0xF054},

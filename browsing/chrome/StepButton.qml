@@ -50,7 +50,7 @@ T.AbstractButton {
                 width: Math.min(implicitWidth, step.availableWidth - step.besideName)
                 style: step.current ? Label.Section : Label.Body
                 color: step.current || step.hovered ? Theme.text : Theme.textSoft
-                text: step.title
+                text: Bidi.inOneLine(step.title)
                 elide: Text.ElideMiddle
                 Accessible.ignored: true
             }

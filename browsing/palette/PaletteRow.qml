@@ -107,7 +107,7 @@ Item {
 
             Label {
                 width: parent.width
-                text: line.row.title
+                text: Bidi.inOneLine(line.row.title)
                 elide: Text.ElideMiddle
                 maximumLineCount: 1
                 Accessible.ignored: true
@@ -115,7 +115,7 @@ Item {
             Label {
                 width: parent.width
                 style: Label.Fact
-                text: Bidi.inOrder(line.row.subtitle)
+                text: Bidi.inOneLine(Bidi.inOrder(line.row.subtitle))
                 elide: Text.ElideMiddle
                 maximumLineCount: 1
                 Accessible.ignored: true

@@ -106,7 +106,7 @@ Item {
             x: chevron.width + line.badgeSize + Theme.gap
             width: Math.max(0, parent.width - x - (marks.width > 0 ? marks.width + Theme.gap : 0))
             anchors.verticalCenter: parent.verticalCenter
-            text: line.row.title
+            text: Bidi.inOneLine(line.row.title)
             horizontalAlignment: Text.AlignLeft
             elide: Text.ElideMiddle
             Accessible.ignored: true

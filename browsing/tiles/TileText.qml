@@ -7,7 +7,7 @@ import Lumbra.Look
 Item {
     id: lines
 
-    property alias name: title.text
+    property string name
     property string nameSymbol
     property string caption
     property int captionElide: Text.ElideMiddle
@@ -26,6 +26,7 @@ Item {
         id: title
         x: lines.nameSymbol ? mark.width + Theme.grid + 2 : 0
         width: parent.width - x
+        text: Bidi.inOneLine(lines.name)
         horizontalAlignment: Text.AlignLeft // flush with the picture, whatever the script
         elide: Text.ElideMiddle
         Accessible.ignored: true
@@ -48,7 +49,7 @@ Item {
         id: second
         Label {
             style: Label.Fact
-            text: lines.caption
+            text: Bidi.inOneLine(lines.caption)
             horizontalAlignment: Text.AlignLeft
             elide: lines.captionElide
             Accessible.ignored: true

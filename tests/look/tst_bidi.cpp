@@ -62,6 +62,22 @@ private Q_SLOTS:
         QmlWindow window("property string line: Bidi.inOrder('1 items')");
         QVERIFY(window.root()->property("line").toString().endsWith(QLatin1String("1 items")));
     }
+
+    void aNameStaysInItsLine_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("plain") << QStringLiteral("a  b.png") << QStringLiteral("a  b.png");
+        QTest::newRow("a line break") << QStringLiteral("a\nb.png") << QStringLiteral("a b.png");
+        QTest::newRow("a tab and a line break") << QStringLiteral("a\t\r\nb.png") << QStringLiteral("a b.png");
+        QTest::newRow("a break between paragraphs") << QStringLiteral("a\u2029b.png") << QStringLiteral("a b.png");
+        QTest::newRow("Hebrew") << QStringLiteral("תמונה\nא.png") << QStringLiteral("תמונה א.png");
+    }
+    void aNameStaysInItsLine() {
+        QFETCH(QString, name);
+        QmlWindow window("property string name\nproperty string line: Bidi.inOneLine(name)");
+        window.root()->setProperty("name", name);
+        QTEST(window.root()->property("line").toString(), "line");
+    }
 };
 
 QTEST_MAIN(tst_bidi)
