@@ -8,7 +8,7 @@
 #include "platform/Startup.h"
 
 #include <QCoreApplication>
-#include <QQmlContext>
+#include <QQuickItem>
 #include <QQuickWindow>
 #include <QTimer>
 
@@ -18,7 +18,11 @@ namespace lumbra {
 
 namespace {
 constexpr auto longestStart = std::chrono::seconds(1);
+
+QUrl viewAt(const char* name) {
+    return QUrl(QStringLiteral("qrc:/qml/Lumbra/Shell/%1.qml").arg(QLatin1String(name)));
 }
+} // namespace
 
 App::App(const QElapsedTimer& started, QObject* parent) : QObject(parent), m_started(started) {
     connect(&m_appearance, &Appearance::changed, this, &App::applyAppearance);
@@ -36,6 +40,29 @@ Library& App::library() {
 }
 
 bool App::show() {
+    m_engine = std::make_unique<QQmlApplicationEngine>();
+    Look::prepareEngine(*m_engine);
+    m_engine->load(viewAt("MainWindow"));
+    if (m_engine->rootObjects().isEmpty())
+        return false;
+    applyAppearance(); // its module is known to the engine only now
+    // Its types are loaded on a thread of their own, meanwhile the controllers are made and the window comes up.
+    m_contents = std::make_unique<QQmlComponent>(m_engine.get(), viewAt("WindowContents"), QQmlComponent::Asynchronous);
+    makeControllers();
+    // Shown here and not by the view, so that it comes in the state that it has.
+    m_memory->attach(*window());
+    window()->setVisible(true);
+    QTimer::singleShot(longestStart, this, &Startup::end); // nothing is drawn in a minimised window
+    if (!m_contents->isLoading())
+        return fillWindow();
+    connect(m_contents.get(), &QQmlComponent::statusChanged, this, [this] {
+        if (!fillWindow())
+            QCoreApplication::exit(1);
+    });
+    return true;
+}
+
+void App::makeControllers() {
     m_insights = std::make_unique<InsightEngine>(&library());
     connect(m_insights.get(), &InsightEngine::storeOpened, this, &App::searchContent);
     m_browser = std::make_unique<Browser>(&library());
@@ -48,6 +75,7 @@ bool App::show() {
             m_door->expect(m_browser->firstSelected());
     });
     m_palette = std::make_unique<Palette>(&library());
+    connect(m_palette.get(), &Palette::arrived, m_browser.get(), [this] { m_browser->setGridFocused(true); });
     m_frame = std::make_unique<Frame>(&library());
     m_onboarding = std::make_unique<Onboarding>(&library());
     m_panels = std::make_unique<WindowPanels>(&library());
@@ -59,36 +87,42 @@ bool App::show() {
     m_sidebar->setNamePrompt([this](const NamePrompt& prompt) { m_frame->ask(prompt); });
     m_browser->setNamePrompt([this](const NamePrompt& prompt) { m_frame->ask(prompt); });
     m_sidebar->setConfirmation([this](const Confirmation& question) { m_frame->confirm(question); });
+}
 
-    m_engine = std::make_unique<QQmlApplicationEngine>();
-    Look::prepareEngine(*m_engine);
-    m_engine->setInitialProperties({{QStringLiteral("library"), QVariant::fromValue(m_library.get())},
-                                    {QStringLiteral("browser"), QVariant::fromValue(m_browser.get())},
-                                    {QStringLiteral("commands"), QVariant::fromValue(m_commands.get())},
-                                    {QStringLiteral("sidebar"), QVariant::fromValue(m_sidebar.get())},
-                                    {QStringLiteral("door"), QVariant::fromValue(m_door.get())},
-                                    {QStringLiteral("jumpTo"), QVariant::fromValue(m_palette.get())},
-                                    {QStringLiteral("frame"), QVariant::fromValue(m_frame.get())},
-                                    {QStringLiteral("panels"), QVariant::fromValue(m_panels.get())},
-                                    {QStringLiteral("transfer"), QVariant::fromValue(m_transfer.get())},
-                                    {QStringLiteral("memory"), QVariant::fromValue(m_memory.get())},
-                                    {QStringLiteral("updater"), QVariant::fromValue(m_updater.get())},
-                                    {QStringLiteral("onboarding"), QVariant::fromValue(m_onboarding.get())}});
-    m_engine->load(QUrl(QStringLiteral("qrc:/qml/Lumbra/Shell/MainWindow.qml")));
-    if (m_engine->rootObjects().isEmpty())
+bool App::fillWindow() {
+    QObject* const contents = m_contents->createWithInitialProperties(
+        {{QStringLiteral("parent"), QVariant::fromValue(window()->contentItem())},
+         {QStringLiteral("window"), QVariant::fromValue(window())},
+         {QStringLiteral("library"), QVariant::fromValue(m_library.get())},
+         {QStringLiteral("browser"), QVariant::fromValue(m_browser.get())},
+         {QStringLiteral("commands"), QVariant::fromValue(m_commands.get())},
+         {QStringLiteral("sidebar"), QVariant::fromValue(m_sidebar.get())},
+         {QStringLiteral("door"), QVariant::fromValue(m_door.get())},
+         {QStringLiteral("jumpTo"), QVariant::fromValue(m_palette.get())},
+         {QStringLiteral("frame"), QVariant::fromValue(m_frame.get())},
+         {QStringLiteral("panels"), QVariant::fromValue(m_panels.get())},
+         {QStringLiteral("transfer"), QVariant::fromValue(m_transfer.get())},
+         {QStringLiteral("memory"), QVariant::fromValue(m_memory.get())},
+         {QStringLiteral("updater"), QVariant::fromValue(m_updater.get())},
+         {QStringLiteral("onboarding"), QVariant::fromValue(m_onboarding.get())}});
+    if (!contents) {
+        qCritical("%s", qPrintable(m_contents->errorString()));
         return false;
-    applyAppearance(); // its module is known to the engine only now
+    }
+    contents->setParent(window());
+    window()->setProperty("contents", QVariant::fromValue(contents));
     if (const QString socket = qEnvironmentVariable(StateDump::variable); !socket.isEmpty()) {
         m_stateDump = std::make_unique<StateDump>(library(), *m_browser, *window(), m_started);
         m_stateDump->listen(socket);
     }
-    // The library is gone through from the first frame on, or soon if nothing is drawn, as in a minimised window.
-    connect(window(), &QQuickWindow::frameSwapped, this, &Startup::end,
-            Qt::ConnectionType(Qt::DirectConnection | Qt::SingleShotConnection));
-    QTimer::singleShot(longestStart, this, &Startup::end);
-    // Shown here and not by the view, so that nothing misses the first frame, and in the state that it has.
-    m_memory->attach(*window());
-    window()->setVisible(true);
+    // The library is gone through from the first frame on that holds something.
+    connect(
+        window(), &QQuickWindow::afterSynchronizing, this,
+        [this] {
+            connect(window(), &QQuickWindow::frameSwapped, this, &Startup::end,
+                    Qt::ConnectionType(Qt::DirectConnection | Qt::SingleShotConnection));
+        },
+        Qt::ConnectionType(Qt::DirectConnection | Qt::SingleShotConnection));
     return true;
 }
 

@@ -11,9 +11,10 @@ Capsule {
     required property Toasts toasts
 
     readonly property int rise: 44 // above the window's edge, where it rests
+    property real lift: toasts.shown ? rise + height : 0
 
     anchors.horizontalCenter: parent.horizontalCenter
-    y: parent.height - (toasts.shown ? rise + height : 0)
+    y: parent.height - lift // itself not animated: a window that gets another size would set it in motion
     opacity: toasts.shown ? 1 : 0
     visible: opacity > 0
     enabled: toasts.shown
@@ -23,9 +24,15 @@ Capsule {
     buttonText: toasts.undoable ? "Undo" : ""
     onActivated: toasts.undo()
 
-    Behavior on y { SpringNumber {} }
+    Behavior on lift { SpringNumber {} }
     Behavior on opacity { SpringNumber {} }
 
+    // The button is gone before anyone could come to it with the Tab key.
+    Shortcut {
+        sequence: StandardKey.Undo
+        enabled: view.toasts.shown && view.toasts.undoable && Sheets.shown === 0
+        onActivated: view.toasts.undo()
+    }
     Connections {
         target: view.toasts
         function onAppeared() { view.bounce() }

@@ -15,7 +15,7 @@ Rectangle {
     readonly property bool inspecting: browser.settings.showInspector
     readonly property int narrowestPage: 336
 
-    // Puts the cursor into the search field.
+    // Puts the cursor into the search field, where the page has one.
     function find() { toolbar.find() }
 
     color: Theme.window

@@ -14,7 +14,12 @@ Rectangle {
     readonly property bool inGroup: browser.page === "group"
     readonly property var group: inGroup ? browser.path.steps[0] : undefined
 
-    function find() { search.forceActiveFocus(Qt.ShortcutFocusReason) }
+    function find() {
+        if (!search.visible)
+            return
+        search.forceActiveFocus(Qt.ShortcutFocusReason)
+        search.selectAll()
+    }
 
     implicitHeight: 52
     color: Theme.pane

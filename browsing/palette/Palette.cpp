@@ -83,6 +83,8 @@ void Palette::open(bool play) {
         row.run();
         break;
     }
+    if (!m_library->playing())
+        Q_EMIT arrived();
 }
 
 void Palette::openRow(int row) {

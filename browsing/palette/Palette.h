@@ -77,6 +77,7 @@ Q_SIGNALS:
     void queryChanged();
     void highlightedChanged();
     void emptyTextChanged();
+    void arrived(); // on a page, for which the keys are now
 
 private:
     struct Answer {
