@@ -50,7 +50,6 @@ private:
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) { m_window->press(key, modifiers); }
     QQuickItem* rowOf(const char* title);
     QQuickItem* itemOf(const PaletteResult& row);
-    static QQuickItem* itemBelow(const QQuickItem* parent, const QString& name);
     QPoint middle(const QQuickItem* item) const {
         return item->mapToScene({item->width() / 2, item->height() - 10}).toPoint();
     }
@@ -113,23 +112,12 @@ QQuickItem* tst_paletteview::rowOf(const char* title) {
 QQuickItem* tst_paletteview::itemOf(const PaletteResult& row) {
     QQuickItem* item = nullptr;
     const auto isThere = [&] {
-        item = itemBelow(m_window->root(), QStringLiteral("paletteRow") + row.id());
+        item = QmlWindow::itemBelow(m_window->root(), QStringLiteral("paletteRow") + row.id());
         return item != nullptr;
     };
     if (!QTest::qWaitFor(isThere)) // rows come with the next frame
         qFatal("%s is not shown", qPrintable(row.id()));
     return item;
-}
-
-QQuickItem* tst_paletteview::itemBelow(const QQuickItem* parent, const QString& name) {
-    const QList<QQuickItem*> children = parent->childItems();
-    for (QQuickItem* child : children) {
-        if (child->objectName() == name)
-            return child;
-        if (QQuickItem* found = itemBelow(child, name))
-            return found;
-    }
-    return nullptr;
 }
 
 QStringList tst_paletteview::texts(const QQuickItem* item) {

@@ -29,6 +29,8 @@ public:
         component.setData(QByteArray("import QtQuick\nimport Lumbra.Look\n") + imports + "\nItem { focus: true\n" + body
                               + "\n}",
                           QUrl());
+        if (component.isError())
+            qFatal("%s", qPrintable(component.errorString()));
         m_root.reset(qobject_cast<QQuickItem*>(component.createWithInitialProperties(properties)));
         if (!m_root)
             qFatal("%s", qPrintable(component.errorString()));
@@ -75,8 +77,8 @@ public:
         QTest::mouseClick(&m_window, button, Qt::NoModifier, centreOf(name));
     }
 
-private:
-    static QQuickItem* itemBelow(QQuickItem* parent, const QString& name) {
+    // The first item with the name below the parent, in the order of the scene; null if there is none.
+    static QQuickItem* itemBelow(const QQuickItem* parent, const QString& name) {
         const QList<QQuickItem*> children = parent->childItems();
         for (QQuickItem* child : children) {
             if (child->objectName() == name)
@@ -87,6 +89,7 @@ private:
         return nullptr;
     }
 
+private:
     QQmlEngine m_engine;
     QQuickWindow m_window;
     std::unique_ptr<QQuickItem> m_root;
