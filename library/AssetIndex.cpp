@@ -50,18 +50,16 @@ void AssetIndex::Folder::add(const File& file) {
 void AssetIndex::Folder::finish() {
     std::stable_sort(m_records.begin(), m_records.end(),
                      [this](const Record& a, const Record& b) { return nameOf(a) < nameOf(b); });
-    // Of equal names the last one that was added stays.
-    auto kept = m_records.begin();
-    for (auto record = m_records.begin(); record != m_records.end(); ++record) {
-        if (kept != m_records.begin() && nameOf(kept[-1]) == nameOf(*record))
-            kept[-1] = *record;
-        else
-            *kept++ = *record;
-    }
-    m_records.erase(kept, m_records.end());
-    m_records.shrink_to_fit();
-    m_names.shrink_to_fit();
-    m_stars.shrink_to_fit();
+    // The names in their order too, so that an edit takes over whole stretches of the arena. Of equal names the last
+    // one that was added stays.
+    Folder ordered(std::move(m_path));
+    ordered.m_names.reserve(m_names.size());
+    ordered.m_records.reserve(m_records.size());
+    ordered.m_stars.reserve(m_stars.size());
+    for (size_t i = 0; i < m_records.size(); ++i)
+        if (i + 1 == m_records.size() || nameOf(m_records[i]) != nameOf(m_records[i + 1]))
+            ordered.add(at(i));
+    *this = std::move(ordered);
 }
 
 Date AssetIndex::Folder::starOf(const Record& record) const {
@@ -81,13 +79,16 @@ Asset AssetIndex::Folder::assetAt(size_t place) const {
     return {Location(std::move(path)), file.kind, file.size, file.modified, file.starred};
 }
 
-std::optional<size_t> AssetIndex::Folder::find(std::string_view name) const {
+size_t AssetIndex::Folder::lowerBound(std::string_view name) const {
     const auto found =
         std::lower_bound(m_records.begin(), m_records.end(), name,
                          [this](const Record& r, std::string_view sought) { return nameOf(r) < sought; });
-    if (found == m_records.end() || nameOf(*found) != name)
-        return std::nullopt;
     return size_t(found - m_records.begin());
+}
+
+std::optional<size_t> AssetIndex::Folder::find(std::string_view name) const {
+    const size_t position = lowerBound(name);
+    return position < size() && nameOf(m_records[position]) == name ? std::optional(position) : std::nullopt;
 }
 
 size_t AssetIndex::Folder::bytes() const {
@@ -95,34 +96,68 @@ size_t AssetIndex::Folder::bytes() const {
            + m_records.capacity() * sizeof(Record) + m_stars.capacity() * sizeof(Star);
 }
 
+void AssetIndex::Folder::addStretch(const Folder& from, size_t begin, size_t end) {
+    if (begin == end)
+        return;
+    const size_t firstName = from.m_records[begin].nameOffset;
+    const size_t endOfNames = from.m_records[end - 1].nameOffset + from.m_records[end - 1].nameLength;
+    // Unsigned: the names may move either way.
+    const auto shift = quint32(m_names.size() - firstName);
+    m_names.append(from.m_names, firstName, endOfNames - firstName);
+    const size_t added = m_records.size();
+    m_records.insert(m_records.end(), from.m_records.begin() + qsizetype(begin),
+                     from.m_records.begin() + qsizetype(end));
+    for (size_t i = added; i < m_records.size(); ++i)
+        m_records[i].nameOffset += shift;
+    for (auto star = std::ranges::lower_bound(from.m_stars, firstName, {}, &Star::nameOffset);
+         star != from.m_stars.end() && star->nameOffset < endOfNames; ++star)
+        m_stars.push_back({star->nameOffset + shift, star->date});
+}
+
 std::shared_ptr<AssetIndex::Folder> AssetIndex::Folder::edited(const std::vector<std::string_view>& gone,
                                                                std::vector<File> changed) const {
-    const std::unordered_set<std::string_view> dropped(gone.begin(), gone.end());
     std::ranges::stable_sort(changed, {}, &File::name);
 
-    // The arena is written anew rather than appended to, so that a file rewritten for hours leaves nothing behind.
+    // Where something else comes than the records that stand: in the place of one, or, of a new name, before it.
+    struct Cut {
+        size_t position;
+        bool replaces;
+        const File* file; // none: the record goes
+    };
+    std::vector<Cut> cuts;
+    cuts.reserve(changed.size() + gone.size());
+    size_t nameBytes = m_names.size();
+    for (size_t i = 0; i < changed.size(); ++i) {
+        // The last word on a name counts.
+        if (i + 1 < changed.size() && changed[i + 1].name == changed[i].name)
+            continue;
+        const size_t position = lowerBound(changed[i].name);
+        const bool replaces = position < size() && nameOf(m_records[position]) == changed[i].name;
+        cuts.push_back({position, replaces, &changed[i]});
+        nameBytes += changed[i].name.size();
+    }
+    for (const std::string_view name : gone)
+        if (const auto position = find(name))
+            cuts.push_back({*position, true, nullptr});
+    std::ranges::stable_sort(cuts, {}, [](const Cut& cut) { return std::pair(cut.position, cut.replaces); });
+
+    // The arena is written anew rather than appended to, so that a file rewritten for hours leaves nothing behind. What
+    // lies between the cuts is taken over as it is: a folder of 100,000 files is to take in another within a
+    // millisecond.
     auto made = std::make_shared<Folder>(m_path);
-    made->m_names.reserve(m_names.size());
+    made->m_names.reserve(nameBytes);
     made->m_records.reserve(m_records.size() + changed.size());
     made->m_stars.reserve(m_stars.size());
-    auto next = changed.begin();
-    const auto takeChanged = [&] {
-        // The last word on a name counts.
-        while (next + 1 != changed.end() && next[1].name == next->name)
-            ++next;
-        made->add(*next++);
-    };
-    for (size_t i = 0; i < m_records.size(); ++i) {
-        const std::string_view name = nameOf(m_records[i]);
-        while (next != changed.end() && next->name < name)
-            takeChanged();
-        if (next != changed.end() && next->name == name)
-            takeChanged();
-        else if (dropped.empty() || !dropped.contains(name))
-            made->add(at(i));
+    size_t taken = 0;
+    for (const Cut& cut : cuts) {
+        if (cut.position < taken)
+            continue; // gone, and there again
+        made->addStretch(*this, taken, cut.position);
+        if (cut.file)
+            made->add(*cut.file);
+        taken = cut.position + (cut.replaces ? 1 : 0);
     }
-    while (next != changed.end())
-        takeChanged();
+    made->addStretch(*this, taken, size());
     return made;
 }
 

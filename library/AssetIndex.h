@@ -75,8 +75,14 @@ public:
 
         Date starOf(const Record& record) const;
 
+        // The first position whose name is not before the name given.
+        size_t lowerBound(std::string_view name) const;
+
+        // Adds the files of a finished folder from one position to before another.
+        void addStretch(const Folder& from, size_t begin, size_t end);
+
         std::string m_path;
-        std::string m_names;
+        std::string m_names;           // one after the other, in the order of the records once finished
         std::vector<Record> m_records; // by name, once finished
         std::vector<Star> m_stars;     // by nameOffset, once finished
     };

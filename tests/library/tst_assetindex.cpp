@@ -203,6 +203,42 @@ private Q_SLOTS:
             QVERIFY(index.find(Location(QByteArray::fromStdString(path))) == expected);
     }
 
+    // What lies between the files of a batch is taken over in stretches, names, dates and stars together.
+    void aLongFolderIsChangedAtManyPlacesAtOnce() {
+        std::mt19937 random(7);
+        const auto file = [](unsigned n) { return "/l/p/" + std::string(1 + n % 7, 'x') + std::to_string(n) + ".png"; };
+        const auto starAt = [&](int round) { return random() % 2 ? std::optional(Date{double(round)}) : std::nullopt; };
+        std::map<std::string, Asset> truth;
+        std::vector<unsigned> order(3000);
+        std::iota(order.begin(), order.end(), 0u);
+        std::ranges::shuffle(order, random);
+        auto unsorted = std::make_shared<AssetIndex::Folder>("/l/p");
+        for (const unsigned n : order) {
+            const Asset made = asset(file(n), n, starAt(1));
+            unsorted->add({made.url.lastComponent(), made.kind, made.size, made.modified, made.starred});
+            truth.insert_or_assign(file(n), made);
+        }
+        unsorted->finish();
+        AssetIndex index({unsorted});
+        for (int round = 2; round < 40; ++round) {
+            AssetIndex::Changes changes;
+            for (int i = 0; i < round * 5; ++i) {
+                const std::string gone = file(unsigned(random() % 3500));
+                if (truth.erase(gone) > 0)
+                    changes.gone.append(Location(QByteArray::fromStdString(gone)));
+            }
+            for (int i = 0; i < round * 5; ++i) {
+                const Asset made = asset(file(unsigned(random() % 3500)), qint64(random() % 1000), starAt(round));
+                changes.assets.append(made);
+                truth.insert_or_assign(std::string(made.url.view()), made);
+            }
+            index = index.applying(changes);
+            QCOMPARE(index.count(), qsizetype(truth.size()));
+            const Assets found = index.assetsUnder(at("/l"));
+            QVERIFY(std::ranges::equal(found, truth, {}, {}, [](const auto& entry) { return entry.second; }));
+        }
+    }
+
     void takesFewBytesAFile() {
         AssetIndex::Changes changes;
         for (int i = 0; i < 20000; ++i)
