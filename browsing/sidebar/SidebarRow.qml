@@ -26,6 +26,9 @@ Item {
     readonly property int badgeSize: 18
     readonly property int markSize: 20
 
+    // The pointer is at a mark that has a tip of its own.
+    readonly property bool markTells: freshness.near || countTip.near && countTip.text !== "" || more.hovered || unpin.hovered
+
     signal chosen()
     signal toggled()
     signal unpinned()
@@ -70,7 +73,7 @@ Item {
     Hint {
         anchors.fill: bed
         text: line.row.help || (name.truncated ? line.row.title : "")
-        muted: context.opened || mouse.pressed
+        muted: context.opened || mouse.pressed || line.markTells
     }
 
     Item {
@@ -148,9 +151,13 @@ Item {
                 color: line.row.countAccented ? Theme.amber : Theme.textSoft
                 Accessible.ignored: true
 
-                Hint { text: line.row.countHelp }
+                Hint {
+                    id: countTip
+                    text: line.row.countHelp
+                }
             }
             IconButton {
+                id: more
                 objectName: "more"
                 visible: line.hovered && (line.row.type === "project" || line.row.type === "folder")
                 width: line.markSize
@@ -161,6 +168,8 @@ Item {
                 onClicked: context.openBelow(content.x + marks.x + x, 0, line.height)
             }
             IconButton {
+                id: unpin
+                objectName: "unpin"
                 visible: line.hovered && line.row.type === "pinned"
                 width: line.markSize
                 height: line.markSize

@@ -6,6 +6,24 @@
 
 using namespace lumbra;
 
+namespace {
+
+// The texts that are to be seen on an item and below it.
+QStringList textsOn(const QQuickItem* item) {
+    QStringList all;
+    const QList<QQuickItem*> children = item->childItems();
+    for (const QQuickItem* child : children) {
+        if (!child->isVisible())
+            continue;
+        if (child->inherits("QQuickText"))
+            all.append(child->property("text").toString());
+        all.append(textsOn(child));
+    }
+    return all;
+}
+
+} // namespace
+
 class tst_SidebarView : public QObject, SidebarWindow {
     Q_OBJECT
 
@@ -27,6 +45,7 @@ private Q_SLOTS:
     void aRightClickOpensTheMenuOfTheRow();
     void theMenuKeyOpensTheMenuOfTheRow();
     void theRowUnderThePointerOffersItsMenu();
+    void aRowShowsOneTipAtATime();
     void theSuggestionIsAnsweredByItsButtons();
     void folderRowsLearnOfTheirChildrenByThemselves();
 };
@@ -248,6 +267,27 @@ void tst_SidebarView::theRowUnderThePointerOffersItsMenu() {
     QVERIFY(!visible("pin mark"));
     QTest::mouseMove(m_window->window(), in("Recent"));
     QTRY_VERIFY(visible("pin mark"));
+}
+
+void tst_SidebarView::aRowShowsOneTipAtATime() {
+    folder("cats/renders");
+    open();
+    m_library->togglePin(at("cats/renders"));
+    QTRY_VERIFY(row("renders") >= 0);
+    const auto tips = [this] {
+        QStringList all;
+        const QList<QQuickItem*> layers = m_window->window()->contentItem()->childItems();
+        for (const QQuickItem* layer : layers)
+            if (layer->inherits("QQuickOverlay"))
+                all = textsOn(layer);
+        return all;
+    };
+    QTest::mouseMove(m_window->window(), in("renders"));
+    QTRY_COMPARE(tips(), QStringList{at("cats/renders").abbreviated()});
+    QTest::mouseMove(m_window->window(), in("renders", 240)); // where the button is
+    QTRY_COMPARE(tips(), QStringList{text("Unpin")});
+    QTest::mouseMove(m_window->window(), in("renders"));
+    QTRY_COMPARE(tips(), QStringList{at("cats/renders").abbreviated()});
 }
 
 void tst_SidebarView::theSuggestionIsAnsweredByItsButtons() {
