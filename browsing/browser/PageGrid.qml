@@ -16,7 +16,7 @@ FocusScope {
     // from an item that is hidden leads anywhere; but it leads here no more.
     required property bool idle
 
-    readonly property TileMetrics metrics: TileMetrics { size: grid.browser.rows.zoom }
+    readonly property TileMetrics metrics: TileMetrics { size: grid.browser.rows.tileSize }
 
     // To the pictures of the first column and of the last, with which the heads of sections are flush.
     readonly property int pictureInset: Math.round(browser.rows.firstTile) + Theme.tileMargin

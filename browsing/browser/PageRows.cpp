@@ -46,6 +46,8 @@ PageBlock::Item PageBlock::item(qsizetype position) const {
 
 PageRows::PageRows(Facts facts, QObject* parent) : QAbstractListModel(parent), m_facts(std::move(facts)) {
     m_slots.setCount(m_columns.count);
+    m_resting.setSingleShot(true);
+    connect(&m_resting, &QTimer::timeout, this, &PageRows::resizingChanged);
 }
 
 void PageRows::setWidth(double width) {
@@ -60,6 +62,10 @@ void PageRows::setZoom(double zoom) {
     if (m_zoom == zoom)
         return;
     m_zoom = zoom;
+    const bool wasResizing = isResizing();
+    m_resting.start(zoomRest);
+    if (!wasResizing)
+        Q_EMIT resizingChanged();
     layOut();
     Q_EMIT measuresChanged();
 }
@@ -69,7 +75,7 @@ double PageRows::inset() const {
 }
 
 double PageRows::firstTile() const {
-    return inset() + (m_columns.width - std::round(m_zoom)) / 2 - tileMargin;
+    return inset() + (m_columns.width - std::round(tileSize())) / 2 - tileMargin;
 }
 
 void PageRows::layOut() {

@@ -15,7 +15,10 @@
 #include "library/DerivedIndex.h"
 
 #include <QAbstractListModel>
+#include <QTimer>
 #include <QtQml/qqmlregistration.h>
+
+#include <chrono>
 
 namespace lumbra {
 
@@ -45,10 +48,12 @@ class PageRows : public QAbstractListModel {
     // One notification for all measures, so that a tile is placed once for each step of the zoom.
     Q_PROPERTY(double width READ width WRITE setWidth NOTIFY measuresChanged)
     Q_PROPERTY(double zoom READ zoom WRITE setZoom NOTIFY measuresChanged)
+    Q_PROPERTY(double tileSize READ tileSize NOTIFY measuresChanged)
     Q_PROPERTY(int columns READ columns NOTIFY measuresChanged)
     Q_PROPERTY(double firstTile READ firstTile NOTIFY measuresChanged)
     Q_PROPERTY(double tileStep READ tileStep NOTIFY measuresChanged)
     Q_PROPERTY(QAbstractItemModel* slots READ slotModel CONSTANT)
+    Q_PROPERTY(bool resizing READ isResizing NOTIFY resizingChanged)
 
 public:
     enum Role { rowRole = Qt::UserRole, sectionRole };
@@ -58,6 +63,9 @@ public:
     static constexpr int rowGap = 16;
     static constexpr int margin = 16;
     static constexpr int tileMargin = 3; // of a tile around its picture
+
+    // After the last step of the zoom its slider counts as at rest.
+    static constexpr std::chrono::milliseconds zoomRest{250};
 
     // What tiles say about the library, asked for when a row comes into view.
     struct Facts {
@@ -73,6 +81,13 @@ public:
     void setWidth(double width);
     double zoom() const { return m_zoom; }
     void setZoom(double zoom);
+
+    // Of a picture: the zoom, but in a view that is narrower no more than there is room for.
+    double tileSize() const { return m_columns.width > 0 ? std::min(m_zoom, m_columns.width) : m_zoom; }
+
+    // The zoom is on its way: each step lays out every tile that there is, so there should be few beyond those in
+    // sight. It says so before the first step.
+    bool isResizing() const { return m_resting.isActive(); }
 
     int columns() const { return m_columns.count; }
     double cellWidth() const { return m_columns.width; }
@@ -101,6 +116,7 @@ public:
 
 Q_SIGNALS:
     void measuresChanged();
+    void resizingChanged();
 
 private:
     // A block as the view knows it; in the midst of a change its rows lag behind its content.
@@ -124,6 +140,7 @@ private:
     const Facts m_facts;
     double m_width = 0;
     double m_zoom = 170;
+    QTimer m_resting;
     AdaptiveColumns m_columns;
     ColumnSlots m_slots;
     QList<Shown> m_shown;

@@ -236,6 +236,18 @@ private Q_SLOTS:
         QCOMPARE(page.rows.tileStep(), 234.0);
     }
 
+    void aTileIsNoWiderThanThePage() {
+        Page page;
+        page.rows.setZoom(360);
+        page.rows.setWidth(32 + 360);
+        QCOMPARE(page.rows.tileSize(), 360.0);
+        page.rows.setWidth(32 + 304);
+        QCOMPARE(page.rows.tileSize(), 304.0);
+        QCOMPARE(page.rows.firstTile(), 16.0 - 3);
+        page.rows.setWidth(0); // before the view is there
+        QCOMPARE(page.rows.tileSize(), 360.0);
+    }
+
     void selectionTellsTheRowsItTouches() {
         Page page;
         page.rows.setBlocks({{.section = u"starred"_qs, .assets = files(2, 2), .onShelf = true},
