@@ -16,12 +16,12 @@ struct Stamp {
     uint64_t device = 0;
     uint64_t inode = 0;
     int64_t size = 0;
-    int64_t modified = 0; // nanoseconds since 1970
-    int64_t changed = 0;
+    uint64_t modified = 0; // nanoseconds since 1970, of which too many begin anew: they are only told apart
+    uint64_t changed = 0;
 
     static Stamp of(const struct stat& facts) {
         const auto nanoseconds = [](const timespec& time) {
-            return int64_t(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
+            return uint64_t(time.tv_sec) * 1'000'000'000 + uint64_t(time.tv_nsec);
         };
         return {facts.st_dev, facts.st_ino, facts.st_size, nanoseconds(facts.st_mtim), nanoseconds(facts.st_ctim)};
     }

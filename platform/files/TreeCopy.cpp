@@ -25,7 +25,10 @@ bool letClockPass(const struct stat& facts) {
     constexpr int64_t longestStep = 10'000'000; // nanoseconds
     timespec now;
     ::clock_gettime(CLOCK_REALTIME, &now);
-    const int64_t age = (now.tv_sec - facts.st_ctim.tv_sec) * 1'000'000'000 + (now.tv_nsec - facts.st_ctim.tv_nsec);
+    const int64_t seconds = now.tv_sec - facts.st_ctim.tv_sec;
+    if (seconds < 0 || seconds > 1)
+        return false;
+    const int64_t age = seconds * 1'000'000'000 + (now.tv_nsec - facts.st_ctim.tv_nsec);
     if (age < 0 || age > longestStep)
         return false;
     std::this_thread::sleep_for(std::chrono::nanoseconds(longestStep - age));

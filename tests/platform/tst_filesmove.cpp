@@ -110,6 +110,23 @@ private Q_SLOTS:
         QCOMPARE(namesIn(home.path()), QByteArrayList{"run"});
     }
 
+    // As programs with a broken clock leave them; counted in nanoseconds since 1970, the first do not fit into 63 bits.
+    void filesOfFarAwayYearsMove_data() {
+        QTest::addColumn<double>("seconds");
+        QTest::newRow("2400") << 13569465600.0;
+        QTest::newRow("1901") << -2177452800.0;
+    }
+    void filesOfFarAwayYearsMove() {
+        QFETCH(double, seconds);
+        TestHome home;
+        SecondDisk disk;
+        const Location file = home.file("a.png", "picture");
+        TestHome::touch(file, seconds);
+        QVERIFY(!move(home, file, disk.path().child("a.png")).error);
+        QCOMPARE(fileBytes(disk.path().child("a.png")), "picture");
+        QVERIFY(!Files::isTaken(file));
+    }
+
     void whatIsAddedMeanwhileStays() {
         TestHome home;
         SecondDisk disk;
