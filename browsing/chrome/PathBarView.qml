@@ -50,7 +50,7 @@ Item {
                 readonly property bool last: index === bar.path.steps.length - 1
 
                 implicitWidth: arrow.room + step.implicitWidth
-                width: Math.min(implicitWidth, last ? bar.lastRoom : bar.widest)
+                width: arrow.room + step.taken
                 height: Theme.controlHeight
 
                 Symbol {
@@ -65,7 +65,8 @@ Item {
                 StepButton {
                     id: step
                     x: arrow.room
-                    width: place.width - x
+                    width: taken
+                    room: Math.min(place.implicitWidth, place.last ? bar.lastRoom : bar.widest) - x
                     title: place.modelData.title
                     badge: place.modelData.badge
                     hue: place.modelData.hue

@@ -13,11 +13,14 @@ T.AbstractButton {
     property int hue: 0
     property bool current: false
     property bool targeted: false // a drag of files is over it
+    property real room: implicitWidth // that it may take; a name that is cut takes less than it was cut for
+    readonly property real taken: name.truncated ? beside + Math.ceil(name.contentWidth) : Math.min(implicitWidth, room)
 
     // What stands beside the name, which gives way when there is no room for all.
-    readonly property real besideName: (badge ? mark.width + row.spacing : 0) + (current ? arrow.width + row.spacing : 0)
+    readonly property real beside: (badge ? mark.width + row.spacing : 0) + (current ? arrow.width + row.spacing : 0)
+        + leftPadding + rightPadding
 
-    implicitWidth: besideName + Math.ceil(name.implicitWidth) + leftPadding + rightPadding
+    implicitWidth: beside + Math.ceil(name.implicitWidth)
     implicitHeight: Theme.controlHeight
     leftPadding: Theme.grid + 2
     rightPadding: Theme.grid + 2
@@ -44,15 +47,20 @@ T.AbstractButton {
                 name: step.badge
                 hue: step.hue
             }
-            Label {
-                id: name
+            Item {
                 anchors.verticalCenter: parent.verticalCenter
-                width: Math.min(implicitWidth, step.availableWidth - step.besideName)
-                style: step.current ? Label.Section : Label.Body
-                color: step.current || step.hovered ? Theme.text : Theme.textSoft
-                text: Bidi.inOneLine(step.title)
-                elide: Text.ElideMiddle
-                Accessible.ignored: true
+                width: step.taken - step.beside
+                height: name.height
+
+                Label {
+                    id: name
+                    width: Math.min(implicitWidth, step.room - step.beside)
+                    style: step.current ? Label.Section : Label.Body
+                    color: step.current || step.hovered ? Theme.text : Theme.textSoft
+                    text: Bidi.inOneLine(step.title)
+                    elide: Text.ElideMiddle
+                    Accessible.ignored: true
+                }
             }
             Symbol {
                 id: arrow

@@ -129,6 +129,16 @@ private Q_SLOTS:
         const QList<QQuickItem*> steps = pane.items("StepButton");
         QTRY_COMPARE(steps.last()->width(), steps.last()->implicitWidth());
         QVERIFY(steps[1]->width() < steps[1]->implicitWidth());
+        // What follows a name that is cut stands as close to it as to any other.
+        const auto behindName = [](QQuickItem* step) {
+            const auto texts = step->findChildren<QQuickItem*>();
+            const auto name = std::ranges::find_if(texts, [](const QQuickItem* item) {
+                return item->inherits("QQuickText") && item->property("truncated").isValid();
+            });
+            const double end = (*name)->property("contentWidth").toDouble();
+            return step->width() - (*name)->mapToItem(step, {end, 0}).x();
+        };
+        QTRY_VERIFY(behindName(steps[1]) <= 7); // as wide as the margin of a step
         const QQuickItem* const bar = pane.items("PathBarView").first();
         QVERIFY(steps.last()->mapToItem(bar, {steps.last()->width(), 0}).x() <= bar->width());
         // A long one takes what is left, too.
