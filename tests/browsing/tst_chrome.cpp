@@ -132,9 +132,8 @@ private Q_SLOTS:
         // What follows a name that is cut stands as close to it as to any other.
         const auto behindName = [](QQuickItem* step) {
             const auto texts = step->findChildren<QQuickItem*>();
-            const auto name = std::ranges::find_if(texts, [](const QQuickItem* item) {
-                return item->inherits("QQuickText") && item->property("truncated").isValid();
-            });
+            const auto name = std::ranges::find_if(
+                texts, [](const QQuickItem* item) { return item->isVisible() && item->inherits("QQuickText"); });
             const double end = (*name)->property("contentWidth").toDouble();
             return step->width() - (*name)->mapToItem(step, {end, 0}).x();
         };
