@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "DocumentPage.h"
 
+#include "media/PictureCache.h"
+
 #include <QQuickWindow>
 #include <QSGImageNode>
 #include <QSGRectangleNode>
@@ -19,6 +21,12 @@ constexpr double mostPixels = 8'000'000;
 constexpr int detailStep = 128;
 
 constexpr Qt::GlobalColor paper = Qt::white;
+
+// The pages that were seen last, as they were drawn: whoever comes back to them sees no bare paper.
+PictureCache& memories() {
+    static PictureCache cache(40 * 1024 * 1024);
+    return cache;
+}
 
 QSize bounded(QSizeF size) {
     return size.toSize().expandedTo({1, 1}).boundedTo({reader::longestPage, reader::longestPage});
@@ -90,18 +98,30 @@ void DocumentPage::setPage(int page) {
     reload();
 }
 
-void DocumentPage::setVersion(int version) {
-    if (m_version == version)
+void DocumentPage::setEdition(const QString& edition) {
+    if (m_edition == edition)
         return;
-    m_version = version;
-    Q_EMIT versionChanged();
+    m_edition = edition;
+    Q_EMIT editionChanged();
     reload();
+}
+
+void DocumentPage::setPoster(const QImage& poster) {
+    if (m_poster.cacheKey() == poster.cacheKey())
+        return;
+    m_poster = poster;
+    m_whole.isFresh = true;
+    update();
+    Q_EMIT posterChanged();
 }
 
 void DocumentPage::setSeen(const QRectF& seen) {
     if (m_seen == seen)
         return;
+    const bool comesInSight = m_seen.isEmpty();
     m_seen = seen;
+    if (comesInSight)
+        remember();
     Q_EMIT seenChanged();
     polish();
 }
@@ -131,13 +151,32 @@ void DocumentPage::reload() {
         picture->made.reset();
         picture->asked.reset();
         picture->request = {};
+        picture->isCurrent = false;
     }
     polish();
+}
+
+QString DocumentPage::memory() const {
+    return QStringLiteral("%1|%2|%3").arg(m_edition).arg(m_page).arg(m_file.toString());
+}
+
+// Pages that are only near are not: they would drive out those that one comes back to.
+void DocumentPage::remember() const {
+    if (m_whole.isCurrent && !m_seen.isEmpty() && !m_edition.isEmpty())
+        memories().insert(memory(), m_whole.image);
+}
+
+// What it was drawn for is what it is as large as: another size is asked for anew.
+void DocumentPage::recall() {
+    const QImage image = isDrawn() || m_edition.isEmpty() ? QImage() : memories().find(memory());
+    if (!image.isNull())
+        put(m_whole, {image.size(), image.rect()}, image);
 }
 
 void DocumentPage::updatePolish() {
     if (!isComponentComplete() || !window() || !isVisible() || m_file.isEmpty())
         return;
+    recall();
     ask(m_whole, wishForWhole());
     const std::optional<Wish> detail = wishForDetail();
     if (!detail && !m_detail.image.isNull() && m_whole.made == wishForWhole()) {
@@ -199,18 +238,25 @@ void DocumentPage::ask(Picture& picture, const std::optional<Wish>& wish) {
 }
 
 void DocumentPage::take(Picture& picture, const Wish& wish, const QImage& image) {
-    const bool wasDrawn = isDrawn();
     picture.asked.reset();
     picture.made = wish; // a page that can't be drawn is not tried again
     if (image.isNull())
         return;
+    put(picture, wish, image);
+    polish(); // a detail may be needed no more
+    remember();
+}
+
+void DocumentPage::put(Picture& picture, const Wish& wish, const QImage& image) {
+    const bool wasDrawn = isDrawn();
     const QSizeF whole(wish.whole);
+    picture.made = wish;
+    picture.isCurrent = true;
     picture.image = image;
     picture.place = QRectF(wish.part.x() / whole.width(), wish.part.y() / whole.height(),
                            wish.part.width() / whole.width(), wish.part.height() / whole.height());
     picture.isFresh = true;
     update();
-    polish(); // a detail may be needed no more
     if (!wasDrawn)
         Q_EMIT drawnChanged();
 }
@@ -222,15 +268,17 @@ QSGNode* DocumentPage::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
         m_whole.isFresh = m_detail.isFresh = true;
     }
     sheet->setPlace(boundingRect());
-    const auto draw = [this, sheet](QSGImageNode*& layer, Picture& picture) {
+    const auto draw = [this, sheet](QSGImageNode*& layer, Picture& picture, const QImage& poster) {
+        const bool isPoster = picture.image.isNull();
         if (std::exchange(picture.isFresh, false))
-            sheet->set(layer, picture.image, window());
+            sheet->set(layer, isPoster ? poster : picture.image, window());
+        const QRectF place = isPoster ? QRectF(0, 0, 1, 1) : picture.place;
         if (layer)
-            layer->setRect(QRectF(picture.place.x() * width(), picture.place.y() * height(),
-                                  picture.place.width() * width(), picture.place.height() * height()));
+            layer->setRect(
+                QRectF(place.x() * width(), place.y() * height(), place.width() * width(), place.height() * height()));
     };
-    draw(sheet->whole, m_whole);
-    draw(sheet->detail, m_detail);
+    draw(sheet->whole, m_whole, m_poster);
+    draw(sheet->detail, m_detail, {});
     return sheet;
 }
 

@@ -1,7 +1,8 @@
 // One page of a document as an item: white paper, then the page as the readers draw it. Of a page that is enlarged
 // beyond what one picture may hold, the part that is seen is drawn once more, sharply, over the rest.
 //
-// A picture that no longer fits the item's size stays, stretched, until the new one is there.
+// A picture that no longer fits the item's size stays, stretched, until the new one is there; so does one from when the
+// page was last shown, and failing that a small picture of it may stand for the page.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
@@ -23,7 +24,8 @@ class DocumentPage : public QQuickItem {
 
     Q_PROPERTY(lumbra::Location file READ file WRITE setFile NOTIFY fileChanged)
     Q_PROPERTY(int page READ page WRITE setPage NOTIFY pageChanged)
-    Q_PROPERTY(int version READ version WRITE setVersion NOTIFY versionChanged)
+    Q_PROPERTY(QString edition READ edition WRITE setEdition NOTIFY editionChanged)
+    Q_PROPERTY(QImage poster READ poster WRITE setPoster NOTIFY posterChanged)
     Q_PROPERTY(QRectF seen READ seen WRITE setSeen NOTIFY seenChanged)
     Q_PROPERTY(bool drawn READ isDrawn NOTIFY drawnChanged)
 
@@ -37,9 +39,13 @@ public:
     int page() const { return m_page; }
     void setPage(int page);
 
-    // Another one draws the page anew.
-    int version() const { return m_version; }
-    void setVersion(int version);
+    // Of the file's content: another one draws the page anew.
+    const QString& edition() const { return m_edition; }
+    void setEdition(const QString& edition);
+
+    // Stands for the page until it is drawn; may be null.
+    const QImage& poster() const { return m_poster; }
+    void setPoster(const QImage& poster);
 
     // The part of the item that the view shows; empty while it is only near.
     QRectF seen() const { return m_seen; }
@@ -51,7 +57,8 @@ public:
 Q_SIGNALS:
     void fileChanged();
     void pageChanged();
-    void versionChanged();
+    void editionChanged();
+    void posterChanged();
     void seenChanged();
     void drawnChanged();
 
@@ -77,18 +84,24 @@ private:
         std::optional<Wish> made;
         std::optional<Wish> asked;
         MediaRequest request;
-        bool isFresh = false; // not in the scene graph yet
+        bool isCurrent = false; // of this edition
+        bool isFresh = false;   // not in the scene graph yet
     };
 
     void reload();
+    QString memory() const;
+    void remember() const;
+    void recall();
     std::optional<Wish> wishForWhole() const;
     std::optional<Wish> wishForDetail() const;
     void ask(Picture& picture, const std::optional<Wish>& wish);
     void take(Picture& picture, const Wish& wish, const QImage& image);
+    void put(Picture& picture, const Wish& wish, const QImage& image);
 
     Location m_file;
     int m_page = 0;
-    int m_version = 0;
+    QString m_edition;
+    QImage m_poster;
     QRectF m_seen;
     Picture m_whole;
     Picture m_detail;

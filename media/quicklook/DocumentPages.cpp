@@ -5,11 +5,11 @@
 
 namespace lumbra {
 
-void DocumentPages::setPages(const Location& file, const QList<QSizeF>& sizes) {
+void DocumentPages::setPages(const Location& file, const QString& edition, const QList<QSizeF>& sizes) {
     if (m_file != file)
         m_zoom = 1;
     m_file = file;
-    ++m_version;
+    m_edition = edition;
     m_sizes = sizes;
     layOut();
     Q_EMIT contentChanged();

@@ -26,16 +26,16 @@ class DocumentPages : public QAbstractListModel {
     Q_PROPERTY(double zoom READ zoom WRITE setZoom NOTIFY layoutChanged)
     Q_PROPERTY(int currentPage READ currentPage NOTIFY currentPageChanged)
     Q_PROPERTY(lumbra::Location file READ file NOTIFY contentChanged)
-    Q_PROPERTY(int version READ version NOTIFY contentChanged)
+    Q_PROPERTY(QString edition READ edition NOTIFY contentChanged)
 
 public:
     enum Role { page = Qt::UserRole + 1, place };
 
     using QAbstractListModel::QAbstractListModel;
 
-    // What is shown from now on: the pages' sizes in points of print. Another version of the same file keeps the zoom.
-    void setPages(const Location& file, const QList<QSizeF>& sizes);
-    void clear() { setPages({}, {}); }
+    // What is shown from now on: the pages' sizes in points of print. Another edition of the same file keeps the zoom.
+    void setPages(const Location& file, const QString& edition, const QList<QSizeF>& sizes);
+    void clear() { setPages({}, {}, {}); }
 
     int pageCount() const { return m_layout.count(); }
 
@@ -53,8 +53,8 @@ public:
 
     const Location& file() const { return m_file; }
 
-    // Rises when the pages of the file must be drawn anew.
-    int version() const { return m_version; }
+    // Tells one content of the file from another: with another one its pages must be drawn anew.
+    const QString& edition() const { return m_edition; }
 
     // The part of the extent that the view sees. Pages up to one view away are rows too.
     Q_INVOKABLE void look(double top, double height);
@@ -85,7 +85,7 @@ private:
     void setRange(int first, int last);
 
     Location m_file;
-    int m_version = 0;
+    QString m_edition;
     QList<QSizeF> m_sizes;
     double m_width = 0;
     double m_zoom = 1;

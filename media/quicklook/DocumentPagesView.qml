@@ -11,6 +11,7 @@ Flickable {
     id: pagesView
 
     required property DocumentPages pages
+    property var poster // a small picture of the first page, to stand for it until it is drawn
 
     readonly property real wheelZoom: 1.15 // of one notch
 
@@ -105,7 +106,7 @@ Flickable {
             width: place.width
             height: place.height
             file: pagesView.pages.file
-            version: pagesView.pages.version
+            edition: pagesView.pages.edition
             seen: {
                 const left = Math.max(0, pagesView.contentX - x)
                 const top = Math.max(0, pagesView.contentY - y)
@@ -114,6 +115,10 @@ Flickable {
                 return right > left && bottom > top ? Qt.rect(left, top, right - left, bottom - top) : Qt.rect(0, 0, 0, 0)
             }
 
+            Binding on poster {
+                when: sheet.page === 0 && pagesView.poster !== undefined
+                value: pagesView.poster
+            }
             Repeater {
                 model: (selection.version, selection.placesOn(sheet.page))
 

@@ -4,7 +4,9 @@
 #include "platform/Phrases.h"
 #include "platform/Tasks.h"
 
+#include <QClipboard>
 #include <QDesktopServices>
+#include <QGuiApplication>
 #include <QMetaEnum>
 #include <QPointer>
 
@@ -27,6 +29,10 @@ QuickLookDocument::QuickLookDocument(QObject* parent) : QObject(parent) {
 }
 
 QuickLookDocument::~QuickLookDocument() = default;
+
+QString QuickLookDocument::Stamp::text() const {
+    return QStringLiteral("%1|%2").arg(size).arg(modified.seconds, 0, 'f', QLocale::FloatingPointShortest);
+}
 
 void QuickLookDocument::setPath(const Location& path) {
     if (m_path == path)
@@ -79,6 +85,11 @@ void QuickLookDocument::openLink(const QString& address) {
     const QUrl url(address, QUrl::StrictMode);
     if (url.isValid() && (url.scheme() == QLatin1String("https") || url.scheme() == QLatin1String("http")))
         QDesktopServices::openUrl(url);
+}
+
+void QuickLookDocument::copy(const QString& words) {
+    if (!words.isEmpty())
+        QGuiApplication::clipboard()->setText(words);
 }
 
 // The folder is watched, since a file that is replaced is another file to the system.
@@ -178,7 +189,7 @@ void QuickLookDocument::loadPages() {
             if (token.stop_requested())
                 return;
             if (pages && !pages->isLocked) {
-                m_pages.setPages(m_path, pages->sizes);
+                m_pages.setPages(m_path, m_stamp ? m_stamp->text() : QString(), pages->sizes);
                 show(Stage::pages);
             } else if (pages) {
                 show(Stage::locked);

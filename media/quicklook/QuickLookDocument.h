@@ -102,6 +102,9 @@ public:
     // Opens an address of the web in the user's browser; nothing for any other.
     Q_INVOKABLE static void openLink(const QString& address);
 
+    // To the clipboard; what was there stays if there are no words.
+    Q_INVOKABLE static void copy(const QString& words);
+
 Q_SIGNALS:
     void pathChanged();
     void pictureBoxChanged();
@@ -115,6 +118,9 @@ private:
     struct Stamp {
         qint64 size = 0;
         Date modified = Date::distantPast();
+
+        // As a text that nothing but its likes is equal to.
+        QString text() const;
 
         friend bool operator==(const Stamp&, const Stamp&) = default;
     };

@@ -15,6 +15,7 @@ Item {
     id: view
 
     property alias path: reading.path
+    property var poster // a small picture of the document that is at hand; may be null
     readonly property alias stage: reading.stage
     readonly property bool shown: reading.stage !== "nothing" && (shownStage?.shown ?? true)
 
@@ -64,7 +65,10 @@ Item {
 
     Component {
         id: pages
-        DocumentPagesView { pages: reading.pages }
+        DocumentPagesView {
+            pages: reading.pages
+            poster: view.poster
+        }
     }
     Component {
         id: text
@@ -78,6 +82,9 @@ Item {
         id: webPage
         Item {
             readonly property bool shown: web.shown || web.failed
+            readonly property bool hasSelection: web.hasSelection
+            function selectAll() { web.selectAll() }
+            function copy() { web.readSelection(words => reading.copy(words)) }
             function scrollBy(parts: real) { web.scrollBy(parts) }
             function scrollToEnd(end: bool) { web.scrollToEnd(end) }
 
@@ -95,6 +102,7 @@ Item {
                 version: reading.version
                 steady: true
                 paper: Theme.paper
+                onLinkActivated: link => reading.openLink(link)
             }
             DocumentState {
                 anchors.fill: parent

@@ -12,11 +12,18 @@ WebEngineView {
 
     property bool crashed: false
     property bool shown: false // the page that was asked for last is there, and its film with a picture
+    readonly property bool hasSelection: copying.enabled
+    readonly property WebEngineAction copying: action(WebEngineView.Copy) // asked only whether there is something to copy
+
+    readonly property int mostCharacters: 1 << 24 // of a selection
 
     // The one world in which scripts run. Written with a small letter too, its owner's name is ambiguous to qmllint alone.
     // qmllint disable unqualified
     readonly property int world: WebEngineScript.ApplicationWorld
     // qmllint enable unqualified
+
+    // A link that leads to another page was followed.
+    signal linkActivated(link: string)
 
     // `steady`: the same page that is loaded anew shows what it was until then. `film`: the page plays one, and until
     // that has a picture there is nothing to see.
@@ -36,7 +43,24 @@ WebEngineView {
     function rest() {
         shown = false
         firstPicture.stop()
+        requests.page = ""
         url = "about:blank"
+    }
+
+    // The view's own action wants the focus, which is the room's. A frame that has never had it tells of no selection.
+    function selectAll() { runJavaScript("focus(); getSelection().selectAllChildren(document.body)", world) }
+
+    // As in other documents, whether the page has the focus or not.
+    function colourSelection() {
+        const ink = Theme.amberSelection
+        const colour = [ink.r, ink.g, ink.b].map(part => Math.round(255 * part)).join(" ") + " / " + ink.a
+        runJavaScript("(sheet => { sheet.replaceSync('::selection { background: rgb(" + colour + ") }');"
+                      + "document.adoptedStyleSheets = [sheet] })(new CSSStyleSheet())", world)
+    }
+
+    // Gives what is selected to `then`, as a text.
+    function readSelection(then: var) {
+        runJavaScript("getSelection().toString().slice(0, " + mostCharacters + ")", world, then)
     }
 
     function scrollBy(parts: real) {
@@ -47,7 +71,7 @@ WebEngineView {
         runJavaScript("scrollTo({ top: " + (end ? "document.documentElement.scrollHeight" : "0") + ", behavior: 'smooth' })", world)
     }
 
-    activeFocusOnPress: false // the keys are the room's
+    activeFocusOnPress: true // or it hears of no press at all
     backgroundColor: Theme.clear
     opacity: shown ? 1 : 0
     profile: WebEngineProfile {
@@ -109,19 +133,29 @@ WebEngineView {
 
     Component.onCompleted: crashed = !requests.guard(profile) // unguarded it loads nothing
     onParentChanged: if (!parent) rest()
+    // The keys are for whoever shows the page: they go on from there.
+    onActiveFocusChanged: if (activeFocus) Qt.callLater(leaveKeys)
+    function leaveKeys() { if (activeFocus && parent) parent.forceActiveFocus(Qt.OtherFocusReason) }
     onLoadingChanged: info => {
         if (info.status !== WebEngineView.LoadSucceededStatus || !requests.isSamePage(info.url, requests.page))
             return
+        if (!firstPicture.awaited)
+            colourSelection()
         if (firstPicture.awaited && !shown)
             firstPicture.begin()
         else
             shown = true
     }
     onNavigationRequested: request => {
-        const wanted = request.url.toString() === "about:blank" || requests.isSamePage(request.url, requests.page)
-        if (request.isMainFrame && !wanted)
-            request.reject()
+        const rests = requests.page.toString() === ""
+        const wanted = rests ? request.url.toString() === "about:blank" : requests.isSamePage(request.url, requests.page)
+        if (!request.isMainFrame || wanted)
+            return
+        request.reject()
+        if (request.navigationType === WebEngineNavigationRequest.LinkClickedNavigation)
+            linkActivated(request.url.toString())
     }
+    onNewWindowRequested: request => { if (request.userInitiated) linkActivated(request.requestedUrl.toString()) }
     onRenderProcessTerminated: {
         firstPicture.stop()
         crashed = true

@@ -15,6 +15,7 @@ Item {
     property bool film: false // the page plays one, and is shown once that has a picture
 
     readonly property bool shown: (webPage?.shown ?? false) && !failed
+    readonly property bool hasSelection: webPage?.hasSelection ?? false
     readonly property bool failed: isMissing || (webPage?.crashed ?? false)
     property Item view: null
     readonly property var webPage: view // as what it is: its type's name would load the web engine with this view
@@ -23,6 +24,11 @@ Item {
     // What must be done right before a page is loaded.
     signal opening()
 
+    // A link to another page was followed.
+    signal linkActivated(link: string)
+
+    function selectAll() { webPage?.selectAll() }
+    function readSelection(then: var) { webPage?.readSelection(then) }
     function scrollBy(parts: real) { webPage?.scrollBy(parts) }
     function scrollToEnd(end: bool) { webPage?.scrollToEnd(end) }
 
@@ -48,6 +54,11 @@ Item {
             view.parent = null
         }
         view = null
+    }
+
+    Connections {
+        target: stage.webPage
+        function onLinkActivated(link: string) { stage.linkActivated(link) }
     }
 
     onPageChanged: Qt.callLater(load)

@@ -1,7 +1,9 @@
-// Plays a film in a web view, with that one's own controls: what stands behind it shows through.
+// Plays a film in a web view, with that one's own controls: what stands behind it shows through. Until the page has a
+// picture the film's first stands in its place, as large as the page will show it.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import QtQuick.Window
 import Lumbra.Look
 import Lumbra.Media
 
@@ -19,6 +21,20 @@ Item {
     WebVideoPage {
         id: videoPage
         onChanged: ++stage.version
+    }
+    FilmPoster {
+        id: first
+        source: videoPage.video
+        // Larger than any stage, so that a picture that was made smaller is larger than this one too.
+        box: Qt.size(Math.ceil(film.Screen.width * film.Screen.devicePixelRatio),
+                     Math.ceil(film.Screen.height * film.Screen.devicePixelRatio))
+    }
+    StagePicture {
+        objectName: "webPoster"
+        anchors.fill: parent
+        visible: !stage.shown && !stage.failed
+        enlarges: false
+        image: first.image
     }
     WebStage {
         id: stage

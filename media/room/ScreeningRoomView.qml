@@ -175,19 +175,9 @@ FocusScope {
         Loader {
             anchors.fill: picturePlace
             active: view.room.stage === "web"
-            sourceComponent: Item {
-                StagePicture {
-                    objectName: "webPoster"
-                    anchors.fill: parent
-                    visible: !film.shown && !film.failed
-                    poster: view.room.poster
-                }
-                WebVideoView {
-                    id: film
-                    anchors.fill: parent
-                    path: view.room.url
-                    autoplay: true
-                }
+            sourceComponent: WebVideoView {
+                path: view.room.url
+                autoplay: true
             }
         }
         Loader {
@@ -205,6 +195,7 @@ FocusScope {
                 QuickLookView {
                     anchors.fill: parent
                     path: view.room.path
+                    poster: view.room.poster
                 }
             }
         }

@@ -28,12 +28,22 @@ void StagePicture::setPoster(const QImage& poster) {
     update();
 }
 
-QRectF StagePicture::place(const QSizeF& frame, const QSize& picture, double scale) {
+void StagePicture::setEnlarges(bool enlarges) {
+    if (m_enlarges == enlarges)
+        return;
+    m_enlarges = enlarges;
+    Q_EMIT enlargesChanged();
+    update();
+}
+
+QRectF StagePicture::place(const QSizeF& frame, const QSize& picture, double scale, bool enlarges) {
     if (frame.isEmpty() || picture.isEmpty() || scale <= 0)
         return {};
     const QSizeF own = QSizeF(picture) / scale;
     QSizeF size = own.scaled(frame, Qt::KeepAspectRatio);
-    if (std::abs(size.width() - own.width()) * scale < 2 && std::abs(size.height() - own.height()) * scale < 2)
+    if (!enlarges && size.width() > picture.width())
+        size = picture;
+    else if (std::abs(size.width() - own.width()) * scale < 2 && std::abs(size.height() - own.height()) * scale < 2)
         size = own;
     const auto whole = [scale](double points) { return std::round(points * scale) / scale; };
     return {QPointF(whole((frame.width() - size.width()) / 2), whole((frame.height() - size.height()) / 2)), size};
@@ -53,7 +63,7 @@ void StagePicture::itemChange(ItemChange change, const ItemChangeData& value) {
 
 QSGNode* StagePicture::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
     auto* picture = static_cast<QSGImageNode*>(node);
-    const QRectF rect = place(size(), shown().size(), window()->effectiveDevicePixelRatio());
+    const QRectF rect = place(size(), shown().size(), window()->effectiveDevicePixelRatio(), m_enlarges);
     if (rect.isEmpty()) {
         delete picture;
         m_drawn = 0;

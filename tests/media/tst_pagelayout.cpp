@@ -80,7 +80,7 @@ private Q_SLOTS:
         DocumentPages pages;
         const QAbstractItemModelTester tester(&pages);
         pages.setWidth(632);
-        pages.setPages(Location(u"/a.pdf"), QList<QSizeF>(500, a4));
+        pages.setPages(Location(u"/a.pdf"), QStringLiteral("1"), QList<QSizeF>(500, a4));
         pages.look(0, 900);
         QCOMPARE(pages.pageCount(), 500);
         QCOMPARE(pages.currentPage(), 1);
@@ -96,7 +96,7 @@ private Q_SLOTS:
     void pagesThatStayAreNotMadeAnew() {
         DocumentPages pages;
         pages.setWidth(632);
-        pages.setPages(Location(u"/a.pdf"), QList<QSizeF>(100, a4));
+        pages.setPages(Location(u"/a.pdf"), QStringLiteral("1"), QList<QSizeF>(100, a4));
         pages.look(5000, 900);
         int made = 0, gone = 0;
         connect(&pages, &QAbstractItemModel::rowsInserted, &pages,
@@ -112,19 +112,18 @@ private Q_SLOTS:
         QVERIFY(pages.rowCount() > 0);
     }
 
-    void anotherVersionKeepsTheZoomAndAnotherFileDoesNot() {
+    void anotherEditionKeepsTheZoomAndAnotherFileDoesNot() {
         DocumentPages pages;
         const QAbstractItemModelTester tester(&pages);
         pages.setWidth(632);
-        pages.setPages(Location(u"/a.pdf"), QList<QSizeF>(10, a4));
+        pages.setPages(Location(u"/a.pdf"), QStringLiteral("1"), QList<QSizeF>(10, a4));
         pages.look(4000, 900);
         pages.setZoom(2);
-        const int version = pages.version();
-        pages.setPages(Location(u"/a.pdf"), QList<QSizeF>(2, a4)); // fewer than are shown
+        pages.setPages(Location(u"/a.pdf"), QStringLiteral("2"), QList<QSizeF>(2, a4)); // fewer than are shown
         QCOMPARE(pages.zoom(), 2.0);
-        QVERIFY(pages.version() > version);
+        QCOMPARE(pages.edition(), QStringLiteral("2"));
         QCOMPARE(pages.pageCount(), 2);
-        pages.setPages(Location(u"/b.pdf"), QList<QSizeF>(2, a4));
+        pages.setPages(Location(u"/b.pdf"), QStringLiteral("1"), QList<QSizeF>(2, a4));
         QCOMPARE(pages.zoom(), 1.0);
         pages.setZoom(1000);
         QCOMPARE(pages.zoom(), PageLayout::mostZoom);

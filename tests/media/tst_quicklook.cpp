@@ -34,6 +34,28 @@ int countPages(QQuickItem* item) {
 
 } // namespace
 
+// Counts the frames, and those in which paper is seen that nothing is drawn on yet.
+struct BarePages {
+    explicit BarePages(QuickLookWindow& window) {
+        QObject::connect(
+            window.window(), &QQuickWindow::afterRendering, &context,
+            [this, &window] {
+                ++frames;
+                bareFrames += QuickLookWindow::anyItem(window.window()->contentItem(), isBare) ? 1 : 0;
+            },
+            Qt::DirectConnection);
+    }
+
+    static bool isBare(QQuickItem* item) {
+        const auto* const page = qobject_cast<DocumentPage*>(item);
+        return page && !page->seen().isEmpty() && !page->isDrawn();
+    }
+
+    QObject context;
+    int frames = 0;
+    int bareFrames = 0;
+};
+
 // What would open an address in another program.
 class UrlOpener : public QObject {
     Q_OBJECT
@@ -137,6 +159,55 @@ private Q_SLOTS:
             return red > 10 && between <= 2;
         };
         QTRY_VERIFY(edge());
+    }
+
+    void whoComesBackToPagesSeesNoBarePaper() {
+        const Location text = m_home.file("between.txt", "words");
+        QuickLookWindow window(PdfFiles::make(at("again.pdf"), 3));
+        QVERIFY(window.reaches("pages"));
+        QTRY_VERIFY(isNear(window.at(350, 60), PdfFiles::colourOf(0)));
+        window.show(text);
+        QVERIFY(window.reaches("text"));
+        const BarePages bare(window);
+        window.show(at("again.pdf"));
+        QVERIFY(window.reaches("pages"));
+        QTRY_VERIFY(isNear(window.at(350, 60), PdfFiles::colourOf(0)));
+        QVERIFY(bare.frames > 0);
+        QCOMPARE(bare.bareFrames, 0);
+    }
+
+    void pagesThatHaveChangedMeanwhileAreNotShownAsTheyWere() {
+        const Location text = m_home.file("between.txt", "words");
+        QuickLookWindow window(PdfFiles::make(at("changed.pdf"), 1));
+        QVERIFY(window.reaches("pages"));
+        QTRY_VERIFY(isNear(window.at(350, 60), PdfFiles::colourOf(0)));
+        window.show(text);
+        QVERIFY(window.reaches("text"));
+        QVERIFY(QFile::remove(at("changed.pdf").toString()));
+        PdfFiles::make(at("changed.pdf"), 12);
+        const BarePages bare(window);
+        window.show(at("changed.pdf"));
+        QVERIFY(window.reaches("pages"));
+        QTRY_COMPARE(pagesOf(window)->pageCount(), 12);
+        QTRY_VERIFY(isNear(window.at(350, 60), PdfFiles::colourOf(0)));
+        QVERIFY(bare.bareFrames > 0);
+    }
+
+    void aSmallPictureStandsForAPageUntilItIsDrawn() {
+        constexpr char page[] = R"(
+            property var file
+            property var poster
+            DocumentPage { objectName: "page"; anchors.fill: parent; file: parent.file; page: 0; poster: parent.poster })";
+        QImage poster(30, 40, QImage::Format_RGB32);
+        poster.fill(Qt::magenta);
+        QmlWindow window(page, "import Lumbra.Media\n",
+                         {{QStringLiteral("file"), QVariant::fromValue(at("unwritten.pdf"))},
+                          {QStringLiteral("poster"), QVariant::fromValue(poster)}});
+        QTRY_COMPARE(window->grabWindow().pixelColor(300, 10), QColor(Qt::magenta));
+        QVERIFY(!window.value("page", "drawn").toBool());
+        window.root()->setProperty("file", QVariant::fromValue(PdfFiles::make(at("written.pdf"), 1)));
+        QTRY_COMPARE(window->grabWindow().pixelColor(5, 395), QColor(Qt::white));
+        QVERIFY(window.value("page", "drawn").toBool());
     }
 
     void aTextIsShown() {

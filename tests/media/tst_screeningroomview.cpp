@@ -74,6 +74,9 @@ private Q_SLOTS:
         QCOMPARE(StagePicture::place({300, 201}, {300, 150}, 1), QRectF(0, 26, 300, 150));
         QCOMPARE(StagePicture::place({300, 200}, {600, 300}, 2), QRectF(0, 25, 300, 150));
         QCOMPARE(StagePicture::place({300, 200}, {30, 20}, 1), QRectF(0, 0, 300, 200));
+        QCOMPARE(StagePicture::place({300, 200}, {30, 20}, 1, false), QRectF(135, 90, 30, 20));
+        QCOMPARE(StagePicture::place({300, 200}, {30, 20}, 2, false), QRectF(135, 90, 30, 20));
+        QCOMPARE(StagePicture::place({300, 200}, {600, 300}, 2, false), QRectF(0, 25, 300, 150));
         QVERIFY(StagePicture::place({300, 200}, {}, 1).isEmpty());
         QVERIFY(StagePicture::place({}, {30, 20}, 1).isEmpty());
     }

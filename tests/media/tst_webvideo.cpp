@@ -5,6 +5,8 @@
 #include "media/quicklook/WebVideoPage.h"
 #include "platform/TemporaryFolder.h"
 
+#include <QClipboard>
+#include <QDesktopServices>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QtTest>
@@ -42,6 +44,8 @@ constexpr char film[] = R"(
 constexpr char document[] = R"(
     property var file
     property int hidings: 0
+    property var keys: []
+    Keys.onPressed: event => { keys = keys.concat([event.key]); event.accepted = true }
     QuickLookView {
         objectName: "view"
         anchors.fill: parent
@@ -52,6 +56,16 @@ constexpr char document[] = R"(
 constexpr char imports[] = "import Lumbra.Media\n";
 
 } // namespace
+
+// What would open an address in another program.
+class UrlOpener : public QObject {
+    Q_OBJECT
+
+public:
+    Q_INVOKABLE void open(const QUrl& url) { opened.append(url.toString()); }
+
+    QStringList opened;
+};
 
 class tst_WebVideo : public QObject {
     Q_OBJECT
@@ -112,6 +126,34 @@ private Q_SLOTS:
         QCOMPARE(poster->isVisible(), !stage->property("shown").toBool());
         QTRY_VERIFY_WITH_TIMEOUT(stage->property("shown").toBool(), 20'000);
         QVERIFY(!poster->isVisible());
+    }
+
+    void thePosterStandsWhereTheFilmWillStand_data() {
+        QTest::addColumn<QSize>("window");
+        QTest::newRow("in a larger stage") << QSize(600, 400);
+        QTest::newRow("in one that is narrower") << QSize(110, 300);
+        QTest::newRow("in one that is lower") << QSize(500, 60);
+    }
+    void thePosterStandsWhereTheFilmWillStand() {
+        QFETCH(QSize, window);
+        QmlWindow shown(film, imports, {{QStringLiteral("file"), Clips::clip("vp9.webm").toUrl()}},
+                        window); // 160 by 90
+        auto* const poster = shown.find<QQuickItem>("webPoster");
+        auto* const stage = shown.find<QQuickItem>("webStage");
+        const auto pictureIn = [&](QQuickItem* seen, QQuickItem* hidden) {
+            hidden->setVisible(false);
+            seen->setVisible(true);
+            return boundsOnGreen(shown->grabWindow());
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(shows(shown), 20'000);
+        QTRY_VERIFY_WITH_TIMEOUT(movesAt(shown), 20'000);
+        QTRY_VERIFY(!poster->property("image").value<QImage>().isNull());
+        const QRect ofFilm = pictureIn(stage, poster), ofPoster = pictureIn(poster, stage);
+        const auto differ = [](int a, int b) { return std::abs(a - b) > 1; };
+        const QByteArray found = QDebug::toString(ofFilm).toUtf8() + QDebug::toString(ofPoster).toUtf8();
+        QVERIFY2(!differ(ofFilm.left(), ofPoster.left()) && !differ(ofFilm.right(), ofPoster.right()), found);
+        QVERIFY2(!differ(ofFilm.top(), ofPoster.top()) && !differ(ofFilm.bottom(), ofPoster.bottom()), found);
+        QVERIFY2(ofFilm.width() > 50, found);
     }
 
     void aCrashLeavesTheRoomAndItsKeys() {
@@ -274,6 +316,85 @@ private Q_SLOTS:
         QTRY_VERIFY(isNear(window->grabWindow().pixelColor(300, 200), Qt::blue));
     }
 
+    void wordsOfAPageAreSelectedAndCopied() {
+        QmlWindow window(document, imports, {{QStringLiteral("file"), QVariant::fromValue(wordyPage())}});
+        QTRY_VERIFY_WITH_TIMEOUT(window.value("view", "shown").toBool(), 20'000);
+        QVERIFY(!hasSelection(window));
+        window.press(Qt::Key_A, Qt::ControlModifier);
+        QTRY_VERIFY(hasSelection(window));
+        QTRY_VERIFY(isNear(window->grabWindow().pixelColor(210, 45), QColor(255, 200, 140), 60)); // as elsewhere
+        window.press(Qt::Key_C, Qt::ControlModifier);
+        QTRY_COMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("first words\nsecond words"));
+        QTest::mouseClick(window.window(), Qt::LeftButton, Qt::NoModifier, QPoint(300, 300));
+        QTRY_VERIFY(!hasSelection(window));
+    }
+
+    void thePointerSelectsWordsOfAPageAndItsMenuCopiesThem() {
+        QmlWindow window(document, imports, {{QStringLiteral("file"), QVariant::fromValue(wordyPage())}});
+        QTRY_VERIFY_WITH_TIMEOUT(window.value("view", "shown").toBool(), 20'000);
+        QTest::mousePress(window.window(), Qt::LeftButton, Qt::NoModifier, QPoint(9, 30));
+        QTest::mouseMove(window.window(), QPoint(60, 30));
+        QTest::mouseMove(window.window(), QPoint(500, 35));
+        QTest::mouseRelease(window.window(), Qt::LeftButton, Qt::NoModifier, QPoint(500, 35));
+        QTRY_VERIFY(hasSelection(window));
+        QTest::mouseClick(window.window(), Qt::RightButton, Qt::NoModifier, QPoint(60, 30));
+        QTRY_VERIFY(window.find<QObject>("documentCopy")->property("enabled").toBool());
+        QGuiApplication::clipboard()->clear();
+        QMetaObject::invokeMethod(window.find<QObject>("documentCopy"), "triggered");
+        QTRY_COMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("first words"));
+    }
+
+    void whatIsPressedOnAPageLeavesTheKeysWhereTheyWere() {
+        QmlWindow window(document, imports, {{QStringLiteral("file"), QVariant::fromValue(wordyPage())}});
+        QTRY_VERIFY_WITH_TIMEOUT(window.value("view", "shown").toBool(), 20'000);
+        QTest::mouseClick(window.window(), Qt::LeftButton, Qt::NoModifier, QPoint(60, 30));
+        for (const int key : {Qt::Key_Up, Qt::Key_Left, Qt::Key_Space, Qt::Key_Escape, Qt::Key_F})
+            window.press(key);
+        QTRY_COMPARE(window.root()->property("keys").toList().size(), 5);
+    }
+
+    void theFilmsOwnControlsAnswerThePointer() {
+        QmlWindow window(film, imports, {{QStringLiteral("file"), Clips::clip("long.webm").toUrl()}});
+        QTRY_VERIFY_WITH_TIMEOUT(shows(window), 20'000);
+        QTRY_VERIFY_WITH_TIMEOUT(movesAt(window), 20'000);
+        QTest::mouseClick(window.window(), Qt::LeftButton, Qt::NoModifier, QPoint(300, 190));
+        QTRY_VERIFY_WITH_TIMEOUT(!movesAt(window), 20'000);                                   // its controls fade first
+        QTest::mouseClick(window.window(), Qt::LeftButton, Qt::NoModifier, QPoint(250, 175)); // no double click
+        QTRY_VERIFY_WITH_TIMEOUT(movesAt(window), 20'000);
+    }
+
+    void aLinkToTheWebIsOpenedElsewhereAndAnyOtherNowhere() {
+        UrlOpener opener;
+        QDesktopServices::setUrlHandler(QStringLiteral("https"), &opener, "open");
+        QDesktopServices::setUrlHandler(QStringLiteral("file"), &opener, "open");
+        constexpr char links[] =
+            "<body style='margin:0;background:#0000ff'>"
+            "<a href='https://example.org/a' style='display:block;height:100px'>here</a>"
+            "<a href='https://example.org/b' target=_blank style='display:block;height:100px'>new</a>"
+            "<a href='other.html' style='display:block;height:100px'>beside</a>";
+        m_home.file("site/other.html", "<body style='background:#ff0000'>");
+        const Location page = m_home.file("site/links.html", links);
+        QmlWindow window(document, imports, {{QStringLiteral("file"), QVariant::fromValue(page)}});
+        QTRY_VERIFY_WITH_TIMEOUT(window.value("view", "shown").toBool(), 20'000);
+        for (const int y : {250, 50, 150})
+            QTest::mouseClick(window.window(), Qt::LeftButton, Qt::NoModifier, QPoint(300, y));
+        QTRY_COMPARE(opener.opened.size(), 2);
+        QCOMPARE(opener.opened,
+                 QStringList({QStringLiteral("https://example.org/a"), QStringLiteral("https://example.org/b")}));
+        QVERIFY(isNear(window->grabWindow().pixelColor(500, 350), Qt::blue));
+        QDesktopServices::unsetUrlHandler(QStringLiteral("https"));
+        QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+    }
+
+    void aMouseThatGoesBackLeavesThePageWhereItIs() {
+        const Location page = m_home.file("site/kept.html", "<body style='background:#0000ff'>");
+        QmlWindow window(document, imports, {{QStringLiteral("file"), QVariant::fromValue(page)}});
+        QTRY_VERIFY_WITH_TIMEOUT(window.value("view", "shown").toBool(), 20'000);
+        QTest::mouseClick(window.window(), Qt::BackButton, Qt::NoModifier, QPoint(300, 200));
+        QTest::qWait(300);
+        QVERIFY(isNear(window->grabWindow().pixelColor(300, 200), Qt::blue));
+    }
+
     void aPageThatChangesIsLoadedAnew() {
         const Location page = m_home.file("site/changes.html", "<body style='background:#0000ff'>");
         QmlWindow window(document, imports, {{QStringLiteral("file"), QVariant::fromValue(page)}});
@@ -285,10 +406,19 @@ private Q_SLOTS:
     }
 
 private:
+    Location wordyPage() const {
+        return m_home.file("site/wordy.html", "<body style='margin:0;font:40px sans-serif'><span>first words</span><br>"
+                                              "<span>second words</span>");
+    }
+
     Location copied(const char* clip, const char* name) const {
         const Location to = m_home.path().child(std::string_view(name));
         QFile::copy(Clips::clip(clip).toString(), to.toString());
         return to;
+    }
+
+    static bool hasSelection(QmlWindow& window) {
+        return window.value("documentStage", "item").value<QQuickItem*>()->property("hasSelection").toBool();
     }
 
     static bool shows(QmlWindow& window, const char* name = "film") { return window.value(name, "shown").toBool(); }
@@ -299,9 +429,20 @@ private:
         return stage->property("view").value<QQuickItem*>();
     }
 
+    // Of what stands on the ground of green.
+    static QRect boundsOnGreen(const QImage& image) {
+        QRect bounds;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                if (!isNear(image.pixelColor(x, y), Qt::green))
+                    bounds |= QRect(x, y, 1, 1);
+        return bounds;
+    }
+
     // The picture in the middle changes.
     static bool movesAt(QmlWindow& window) {
-        const QRect middle(150, 100, 300, 200);
+        const QSize size = window->size();
+        const QRect middle(size.width() / 4, size.height() / 4, size.width() / 2, size.height() / 2);
         const QImage before = window->grabWindow().copy(middle);
         QTest::qWait(150);
         return window->grabWindow().copy(middle) != before;

@@ -31,6 +31,7 @@ constexpr std::array recipes{
     Recipe{"hevc.mp4", MOVING TONE " -c:v libx265 -preset ultrafast -x265-params log-level=none -tag:v hvc1 -c:a aac"},
     Recipe{"prores.mov", MOVING TONE " -c:v prores_ks -profile:v 0 -c:a pcm_s16le"},
     Recipe{"vp8.webm", MOVING TONE " -c:v libvpx -deadline realtime -cpu-used 8 -c:a libopus"},
+    Recipe{"long.webm", "-f lavfi -i testsrc2=s=160x90:r=25:d=30 -c:v libvpx -deadline realtime -cpu-used 8"},
     Recipe{"vp9.webm", MOVING TONE " -c:v libvpx-vp9 -deadline realtime -cpu-used 8 -c:a libopus"},
     Recipe{"av1.mp4", MOVING TONE " -c:v libaom-av1 -usage realtime -cpu-used 8 -c:a aac"},
     Recipe{"theora.ogv", MOVING TONE " -c:v libtheora -c:a libvorbis"},
