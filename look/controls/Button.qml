@@ -84,6 +84,6 @@ T.Button {
         Behavior on color { EaseColor {} }
     }
 
-    FocusRing { shown: control.visualFocus }
+    FocusRing { shown: control.visualFocus; apart: control.kind === Button.Default }
     Hint { text: control.hint; control: control }
 }

@@ -54,7 +54,7 @@ T.CheckBox {
             size: Theme.sizeSymbolSmall
             color: Theme.amberInk
         }
-        FocusRing { shown: control.visualFocus; surfaceRadius: Theme.radiusBadge }
+        FocusRing { shown: control.visualFocus; apart: control.checked; surfaceRadius: Theme.radiusBadge }
     }
 
     contentItem: Label {

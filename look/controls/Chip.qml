@@ -75,6 +75,6 @@ T.RadioButton {
         Behavior on color { EaseColor {} }
     }
 
-    FocusRing { shown: chip.visualFocus; surfaceRadius: chip.height / 2 }
+    FocusRing { shown: chip.visualFocus; apart: chip.on; surfaceRadius: chip.height / 2 }
     Hint { text: chip.hint; control: chip }
 }

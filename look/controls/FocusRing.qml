@@ -7,7 +7,8 @@ import QtQuick
 Rectangle {
     property bool shown: false
     property int surfaceRadius: Theme.radiusControl
-    property int outset: Theme.ring
+    property bool apart: false // from a surface that is amber itself, in which it would be lost
+    property int outset: apart ? 2 * Theme.ring : Theme.ring
 
     anchors.fill: parent
     anchors.margins: -outset

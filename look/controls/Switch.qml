@@ -53,7 +53,7 @@ T.Switch {
             color: control.checked ? Theme.amberInk : Theme.knob
             Behavior on x { enabled: !control.down; EaseNumber {} }
         }
-        FocusRing { shown: control.visualFocus; surfaceRadius: parent.radius }
+        FocusRing { shown: control.visualFocus; apart: control.checked; surfaceRadius: parent.radius }
     }
 
     contentItem: Label {
