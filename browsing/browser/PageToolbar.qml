@@ -60,7 +60,7 @@ Rectangle {
 
             Label {
                 width: parent.width
-                style: Label.SheetTitle
+                style: Label.PageTitle
                 text: bar.browser.title
                 elide: Text.ElideMiddle
                 Accessible.role: Accessible.Heading

@@ -40,7 +40,8 @@ Item {
         width: parent.width - 2 * x
         height: line.sectionHeight
         visible: line.row.section !== ""
-        style: Label.Fact
+        style: Label.Section
+        color: Theme.textSoft
         text: line.row.section
         Accessible.role: Accessible.Heading
     }

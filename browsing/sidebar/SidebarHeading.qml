@@ -28,8 +28,8 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         anchors.verticalCenterOffset: Theme.gap / 2
         width: trailing.x - x - Theme.gap
-        style: Label.Fact
-        font.weight: Theme.semibold
+        style: Label.Section
+        color: Theme.textSoft
         text: heading.title
         Accessible.ignored: true
     }
