@@ -33,32 +33,6 @@ Descriptor lifted(const Descriptor& descriptor) {
     return Descriptor(::fcntl(descriptor.number(), F_DUPFD_CLOEXEC, 16));
 }
 
-// The parent's environment but for what leads to a display or a bus, and what the decoders must know when they start.
-class Environment {
-public:
-    Environment() {
-        static constexpr std::array<std::string_view, 7> dropped{
-            "DISPLAY=",          "WAYLAND_DISPLAY=",      "DBUS_SESSION_BUS_ADDRESS=", "QT_QPA_PLATFORM=",
-            "OMP_THREAD_LIMIT=", "QT_QPA_PLATFORMTHEME=", "VIPS_CONCURRENCY="};
-        for (char** entry = environ; *entry; ++entry) {
-            const auto names = [entry](std::string_view name) { return std::string_view(*entry).starts_with(name); };
-            if (std::none_of(dropped.begin(), dropped.end(), names))
-                m_entries.push_back(*entry);
-        }
-        for (QByteArray& added : m_added)
-            m_entries.push_back(added.data());
-        m_entries.push_back(nullptr);
-    }
-
-    char** entries() { return m_entries.data(); }
-
-private:
-    // The pool has as many readers as may work at a time, so each keeps to one thread.
-    std::array<QByteArray, 3> m_added{QByteArrayLiteral("QT_QPA_PLATFORM=offscreen"),
-                                      QByteArrayLiteral("OMP_THREAD_LIMIT=1"), QByteArrayLiteral("VIPS_CONCURRENCY=1")};
-    std::vector<char*> m_entries;
-};
-
 pid_t spawn(const Child::Options& options, int socket, int block) {
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
@@ -83,10 +57,12 @@ pid_t spawn(const Child::Options& options, int socket, int block) {
 
     QByteArray program = options.program;
     char* arguments[] = {program.data(), nullptr};
-    Environment environment;
+    std::vector<char*> environment;
+    for (const QByteArray& variable : options.environment)
+        environment.push_back(const_cast<char*>(variable.constData())); // the interface is older than const
+    environment.push_back(nullptr);
     pid_t process = -1;
-    const int error =
-        posix_spawn(&process, program.constData(), &actions, &attributes, arguments, environment.entries());
+    const int error = posix_spawn(&process, program.constData(), &actions, &attributes, arguments, environment.data());
     posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
     if (error != 0)
@@ -101,6 +77,20 @@ pid_t spawn(const Child::Options& options, int socket, int block) {
 }
 
 } // namespace
+
+QList<QByteArray> Child::environmentNow() {
+    static constexpr std::array<std::string_view, 7> dropped{
+        "DISPLAY=",          "WAYLAND_DISPLAY=",      "DBUS_SESSION_BUS_ADDRESS=", "QT_QPA_PLATFORM=",
+        "OMP_THREAD_LIMIT=", "QT_QPA_PLATFORMTHEME=", "VIPS_CONCURRENCY="};
+    // The pool has as many readers as may work at a time, so each keeps to one thread.
+    QList<QByteArray> variables{"QT_QPA_PLATFORM=offscreen", "OMP_THREAD_LIMIT=1", "VIPS_CONCURRENCY=1"};
+    for (char** entry = environ; *entry; ++entry) {
+        const auto names = [entry](std::string_view name) { return std::string_view(*entry).starts_with(name); };
+        if (std::none_of(dropped.begin(), dropped.end(), names))
+            variables.append(*entry);
+    }
+    return variables;
+}
 
 std::unique_ptr<Child> Child::start(const Options& options) {
     int pair[2];

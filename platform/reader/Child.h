@@ -23,7 +23,15 @@ public:
     struct Options {
         QByteArray program;        // absolute path
         bool idlePriority = false; // processor and disk only when nobody else wants them
+
+        // Taken here, by whoever makes the options: a thread that starts readers later would read the process's own
+        // while another changes it.
+        QList<QByteArray> environment = environmentNow();
     };
+
+    // This process's environment but for what leads to a display or a bus, and what the decoders must know when they
+    // start.
+    static QList<QByteArray> environmentNow();
 
     // Returns as soon as the process exists; its greeting comes later. Nothing if it can't be started.
     static std::unique_ptr<Child> start(const Options& options);
