@@ -19,8 +19,9 @@ namespace {
 // without showing it, so its stamp is spoilt and the next look reports it once more.
 constexpr qint64 settlingNanoseconds = 50'000'000;
 
+// Since 1970. Of far away years, which do not fit, just some number.
 qint64 nanoseconds(const statx_timestamp& time) {
-    return time.tv_sec * 1'000'000'000 + time.tv_nsec;
+    return qint64(quint64(time.tv_sec) * 1'000'000'000 + time.tv_nsec);
 }
 
 quint64 stampOf(const struct statx& facts, qint64 now) {
