@@ -46,13 +46,14 @@ public:
           m_roots(roots, m_watches, m_batch),
           m_reader(m_watches, m_roots, m_batch),
           m_poll(m_watches, m_batch, m_stopping),
-          m_thread([this] { run(); }) {}
+          m_thread([this](const std::stop_token& stop) { run(stop); }) {}
 
     Q_DISABLE_COPY_MOVE(Worker)
 
     // To be called before it is destroyed.
     void stop() {
         m_stopping = true;
+        m_thread.request_stop();
         wake();
         m_thread.join();
     }
@@ -89,7 +90,7 @@ private:
         [[maybe_unused]] const ssize_t written = ::write(m_wake.number(), &one, sizeof one);
     }
 
-    void run();
+    void run(const std::stop_token& stop);
     void seekRoots();
     void sleep();
     std::vector<Fence> reachedFences();
@@ -124,12 +125,12 @@ private:
     quint64 m_answered = 0;
     std::vector<Fence> m_fences;
 
-    std::thread m_thread; // last: it uses all the others
+    std::jthread m_thread; // last: it uses all the others
 };
 
-void FileEvents::Worker::run() {
+void FileEvents::Worker::run(const std::stop_token& stop) {
     ::pthread_setname_np(::pthread_self(), "file-events");
-    Startup::awaitEnd();
+    Startup::awaitEnd(stop);
     m_roots.begin();
     publish(false);
     if (m_started && !m_stopping)

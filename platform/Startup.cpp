@@ -1,25 +1,43 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Startup.h"
 
-#include <atomic>
+#include <condition_variable>
+#include <mutex>
 
 namespace lumbra::Startup {
 
 namespace {
-std::atomic<bool> isUnderWay = false;
+
+struct State {
+    std::mutex mutex;
+    std::condition_variable_any ended;
+    bool isUnderWay = false;
+};
+
+State& state() {
+    // Never destroyed: threads that stand back may outlive all else.
+    static auto* const one = new State;
+    return *one;
 }
 
+} // namespace
+
 void begin() {
-    isUnderWay = true;
+    const std::lock_guard lock(state().mutex);
+    state().isUnderWay = true;
 }
 
 void end() {
-    isUnderWay = false;
-    isUnderWay.notify_all();
+    {
+        const std::lock_guard lock(state().mutex);
+        state().isUnderWay = false;
+    }
+    state().ended.notify_all();
 }
 
-void awaitEnd() {
-    isUnderWay.wait(true);
+void awaitEnd(const std::stop_token& stop) {
+    std::unique_lock lock(state().mutex);
+    state().ended.wait(lock, stop, [] { return !state().isUnderWay; });
 }
 
 } // namespace lumbra::Startup

@@ -6,6 +6,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <stop_token>
+
 namespace lumbra::Startup {
 
 void begin();
@@ -13,7 +15,7 @@ void begin();
 // The first frame is shown, or none will be.
 void end();
 
-// Returns when no start-up is under way.
-void awaitEnd();
+// Returns when no start-up is under way, or nobody waits for the work any more.
+void awaitEnd(const std::stop_token& stop = {});
 
 } // namespace lumbra::Startup

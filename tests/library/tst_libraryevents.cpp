@@ -106,7 +106,7 @@ void tst_LibraryEvents::whatLandsBeforeTheFoldersAreWatchedIsNotMissed() {
     // Nothing is watched before the end of the start-up, so a walk may not pass either.
     Startup::begin();
     const Library library(m_root, true);
-    const auto end = qScopeGuard(&Startup::end); // which the library's end waits for
+    const auto end = qScopeGuard(&Startup::end);
     QVERIFY(!QTest::qWaitFor([&] { return !library.indexing(); }, 200));
     const Location file = m_home->file("Library/one/b.png");
     Startup::end();

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/FileEvents.h"
 #include "platform/Startup.h"
+#include "support/TestHome.h"
 
 #include <QTest>
 
 #include <atomic>
+#include <memory>
 #include <thread>
 
 using namespace lumbra;
@@ -33,6 +36,24 @@ private Q_SLOTS:
         first.join();
         second.join();
         QVERIFY(!cameTooEarly);
+    }
+
+    void workThatNobodyWaitsForAnyMoreGoesOn() {
+        Startup::begin();
+        std::jthread work([](const std::stop_token& stop) { Startup::awaitEnd(stop); });
+        work.request_stop();
+        work.join();
+        Startup::end();
+    }
+
+    // Whoever lets go of them on the main thread would otherwise wait for the first frame, which comes from there.
+    void watchesThatHaveNotBegunEndAtOnce() {
+        TestHome home;
+        Startup::begin();
+        auto events =
+            std::make_unique<FileEvents>(QList{home.path()}, FileEvents::Options(), [](const QList<FileEvent>&) {});
+        events.reset();
+        Startup::end();
     }
 
     void theEndMayBeToldTwice() {
