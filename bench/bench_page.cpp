@@ -5,7 +5,7 @@
 // the slowest of a hundred: scrolling, jumping about, and the slider of the tiles' size from one end to the other; then
 // the longest task from a file that lands, a letter that is typed, and all being selected; and the tiles that a landing
 // makes anew.
-#include "Measure.h"
+#include "MainThread.h"
 #include "browsing/browser/Browser.h"
 #include "look/Look.h"
 
@@ -34,6 +34,7 @@ Q_IMPORT_QML_PLUGIN(Lumbra_MediaPlugin)
 Q_IMPORT_QML_PLUGIN(Lumbra_BrowsingPlugin)
 
 using namespace lumbra;
+using bench::wait;
 
 namespace {
 
@@ -73,18 +74,6 @@ public:
 [[noreturn]] void fail(const char* message) {
     std::fprintf(stderr, "bench_page: %s\n", message);
     std::exit(1);
-}
-
-void wait(const std::function<bool()>& condition, const char* message) {
-    QEventLoop loop;
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
-        if (condition())
-            loop.quit();
-    });
-    poll.start(1);
-    QTimer::singleShot(120'000, &loop, [message] { fail(message); });
-    loop.exec();
 }
 
 void makeFolder(const QString& folder) {
