@@ -119,6 +119,29 @@ FocusScope {
         easing.type: Theme.easeOut
     }
 
+    // Lets rows that are behind catch up, in each frame as many as there is time for.
+    FrameAnimation {
+        id: pace
+
+        property var waiting: []
+
+        function take(row: PageRowView) {
+            waiting.push(row)
+            start()
+        }
+
+        onTriggered: {
+            const begin = Date.now()
+            while (waiting.length > 0 && Date.now() - begin < 1) {
+                const row = waiting.shift()
+                if (row?.behind)
+                    row.catchUp()
+            }
+            if (waiting.length === 0)
+                stop()
+        }
+    }
+
     // What has the keyboard while no tile has it.
     KeyFocus {
         id: keyboard
@@ -144,10 +167,11 @@ FocusScope {
             model: grid.browser.rows
             reuseItems: true
             keyNavigationEnabled: false
+            highlightFollowsCurrentItem: false // unseen, it would glide about for seconds and have each step drawn
             boundsBehavior: Flickable.StopAtBounds
-            // Half a screenful beyond either edge is made ahead, so that scrolling meets finished tiles; each of them
-            // is laid out with every step of the zoom.
-            cacheBuffer: Math.max(0, height / 2)
+            // Half a screenful beyond either edge is made ahead, so that scrolling meets finished tiles. While the zoom
+            // changes, which lays out every one of them, it is what the next few steps bring into sight.
+            cacheBuffer: grid.browser.rows.resizing ? Math.min(120, height / 2) : Math.max(0, height / 2)
 
             section.property: "section"
             section.labelPositioning: ViewSection.InlineLabels | ViewSection.CurrentLabelAtStart
@@ -169,6 +193,8 @@ FocusScope {
                 browser: grid.browser
                 metrics: grid.metrics
                 onMenuWanted: (cell, tile, x, y) => menu.openFor(cell, tile, x, y)
+                onBehindChanged: if (behind)
+                    pace.take(this)
             }
 
             ScrollBar.vertical: ScrollBar {}

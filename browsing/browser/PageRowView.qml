@@ -16,6 +16,16 @@ Item {
     readonly property bool isButton: row.more !== ""
     property bool made: false // with all that it had to show at first
 
+    // What the tiles show. Another number of columns gives every tile another file, all of them at once would take
+    // longer than a frame: while the zoom changes, a row is behind until the page lets it catch up.
+    property var shown: row
+    property bool behind: false
+
+    function catchUp() {
+        behind = false
+        shown = row
+    }
+
     // The first tile that is selected, or null.
     function selectedTile(): Item {
         for (let i = 0; i < tiles.count; ++i)
@@ -26,10 +36,18 @@ Item {
 
     signal menuWanted(cell: var, tile: Item, x: real, y: real)
 
+    onRowChanged: made && rows.resizing ? behind = true : catchUp()
+
     // Rows that are kept to be used again stay where they last lay: neither the Tab key nor a screen reader may find them.
     ListView.onPooled: visible = false
-    ListView.onReused: visible = true
-    Component.onCompleted: made = true
+    ListView.onReused: {
+        visible = true
+        catchUp()
+    }
+    Component.onCompleted: {
+        made = true
+        catchUp()
+    }
 
     implicitHeight: (isButton ? Theme.controlHeight : metrics.height(row.captioned)) + row.gap
 
@@ -43,7 +61,7 @@ Item {
             id: place
 
             required property int index
-            readonly property var cell: view.row.cell(index)
+            readonly property var cell: view.shown.cell(index)
 
             // A tile in a column that has come since, when there is time: while tiles shrink each row gets one, and all
             // of them at once would take longer than a frame.
@@ -53,13 +71,16 @@ Item {
 
             x: Math.round(view.rows.firstTile + index * view.rows.tileStep)
             sourceComponent: cell.isAsset ? assetTile : cell.isFolder ? folderTile : cell.isStack ? stackTile : null
-
-            TapHandler {
-                acceptedButtons: Qt.RightButton
-                gesturePolicy: TapHandler.WithinBounds
-                onPressedChanged: if (pressed)
-                    view.menuWanted(place.cell, place, point.position.x, point.position.y)
-            }
+        }
+    }
+    TapHandler {
+        acceptedButtons: Qt.RightButton
+        gesturePolicy: TapHandler.WithinBounds
+        onPressedChanged: {
+            const at = point.position
+            const place = pressed ? view.childAt(at.x, at.y) : null
+            if (place?.cell)
+                view.menuWanted(place.cell, place, at.x - place.x, at.y - place.y)
         }
     }
 

@@ -52,15 +52,12 @@ Item {
             cornerRadius: Theme.radiusPicture
         }
 
-        // Once hovered, a film keeps its frames as long as it has its tile.
         Loader {
-            id: skim
+            id: touch
             anchors.fill: parent
-            active: tile.touched && tile.cell.isVideo
-            sourceComponent: film
+            active: tile.touched
+            sourceComponent: pointed
         }
-
-        HoverLight { shown: tile.hovering }
 
         Loader {
             id: duration
@@ -90,15 +87,27 @@ Item {
         onDoubleClicked: tile.opened()
         onPulled: FileDrag.start(tile.cell.asset, this, Theme)
     }
-    // Below the star, which has a tip of its own.
-    TileHint { tile: tile; text: lines.elided ? tile.cell.name : "" }
-    // A button under the pointer, otherwise a mark that lets clicks through to the tile.
     Loader {
-        anchors { top: well.top; right: well.right; margins: Theme.grid + 2 }
-        enabled: tile.hovering
-        sourceComponent: tile.touched || tile.cell.starred ? star : null
+        anchors.fill: parent
+        sourceComponent: tile.touched || tile.cell.starred ? marks : null
     }
 
+    // What shows on the picture since the pointer has come. A film keeps its frames as long as it has its tile.
+    Component {
+        id: pointed
+
+        Item {
+            readonly property Skimmer skimmer: skim.item?.skimmer ?? null
+
+            Loader {
+                id: skim
+                anchors.fill: parent
+                active: tile.cell.isVideo
+                sourceComponent: film
+            }
+            HoverLight { shown: tile.hovering }
+        }
+    }
     Component {
         id: film
 
@@ -124,10 +133,10 @@ Item {
         Badge {
             objectName: "length"
 
-            readonly property bool skimming: skim.item?.skimmer.running ?? false
+            readonly property Skimmer skimmer: touch.item?.skimmer ?? null
 
             visible: text !== ""
-            text: skimming ? skim.item.skimmer.time : duration.text
+            text: skimmer?.running ? skimmer.time : duration.text
 
             TileDuration {
                 id: duration
@@ -135,13 +144,21 @@ Item {
             }
         }
     }
+    // What lies above where the tile is pressed.
     Component {
-        id: star
+        id: marks
 
-        StarButton {
-            starred: tile.cell.starred
-            near: tile.hovering
-            onClicked: tile.starToggled()
+        Item {
+            // Below the star, which has a tip of its own.
+            TileHint { target: tile; text: lines.elided ? tile.cell.name : "" }
+            // A button under the pointer, otherwise a mark that lets clicks through to the tile.
+            StarButton {
+                anchors { top: parent.top; right: parent.right; margins: Theme.tileMargin + Theme.grid + 2 }
+                enabled: tile.hovering
+                starred: tile.cell.starred
+                near: tile.hovering
+                onClicked: tile.starToggled()
+            }
         }
     }
     Component {

@@ -18,8 +18,17 @@ PlaceTile {
                                                              : qsTr("%1 files").arg(cell.count)
 
     hint: lines.elided ? cell.name : ""
-    lines.nameSymbol: "folder.fill"
     lines.name: cell.name
+    lines.nameInset: mark.width + Theme.grid + 2
+
+    Symbol {
+        id: mark
+        parent: tile.lines
+        y: Math.round((Theme.lineBody - height) / 2)
+        name: "folder.fill"
+        size: Theme.sizeSymbolSmall
+        color: Theme.textSoft
+    }
 
     Loader {
         anchors.centerIn: parent

@@ -56,5 +56,5 @@ Item {
     }
 
     PressArea { onClicked: tile.opened() }
-    TileHint { tile: tile; text: tile.hint }
+    TileHint { target: tile; text: tile.hint }
 }

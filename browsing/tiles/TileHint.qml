@@ -7,10 +7,10 @@ import Lumbra.Look
 Loader {
     id: loader
 
-    required property var tile // tells that it is hovered by `hovering`
+    required property var target // tells that it is hovered by `hovering`
     property string text
 
     anchors.fill: parent
-    active: tile.hovering && text !== ""
-    sourceComponent: Hint { text: loader.text; control: loader.tile }
+    active: target.hovering && text !== ""
+    sourceComponent: Hint { text: loader.text; control: loader.target }
 }

@@ -1,4 +1,4 @@
-// The lines below a tile's picture: a name, which may have a symbol before it, and a caption.
+// The lines below a tile's picture: a name, before which something may stand, and a caption.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
@@ -8,7 +8,7 @@ Item {
     id: lines
 
     property string name
-    property string nameSymbol
+    property real nameInset: 0 // what stands before the name takes, the gap included
     property string caption
     property int captionElide: Text.ElideMiddle
 
@@ -17,14 +17,9 @@ Item {
 
     implicitHeight: Theme.lineBody + (caption ? Theme.lineFact : 0)
 
-    Loader {
-        id: mark
-        anchors.verticalCenter: title.verticalCenter
-        sourceComponent: lines.nameSymbol ? symbol : null
-    }
     Label {
         id: title
-        x: lines.nameSymbol ? mark.width + Theme.grid + 2 : 0
+        x: lines.nameInset
         width: parent.width - x
         text: Bidi.inOneLine(lines.name)
         horizontalAlignment: Text.AlignLeft // flush with the picture, whatever the script
@@ -37,14 +32,6 @@ Item {
         sourceComponent: lines.caption ? second : null
     }
 
-    Component {
-        id: symbol
-        Symbol {
-            name: lines.nameSymbol
-            size: Theme.sizeSymbolSmall
-            color: Theme.textSoft
-        }
-    }
     Component {
         id: second
         Label {

@@ -362,13 +362,44 @@ private Q_SLOTS:
         const QList<QQuickItem*> before = pane.items("AssetTile");
         pane.browser->settings()->setZoom(160);
         QCOMPARE(pane.browser->rows()->columns(), columns + 1);
-        // The columns that there were are right at once.
+        // The columns that there were stay.
         QCOMPARE(pane.items("AssetTile").first(), before.first());
         QVERIFY(pane.items("AssetTile").size() < 12);
         QTRY_COMPARE(pane.items("AssetTile").size(), 12);
         for (int n = 0; n < 12; ++n)
             QVERIFY(pane.tile("AssetTile", QString::number(n) + u".txt"_qs));
         QCOMPARE(pane.items("AssetTile").first(), before.first());
+    }
+
+    // Row by row, and each step goes on from wherever they are.
+    void everyTileShowsItsFileOnceTheZoomRests() {
+        Pane pane;
+        for (int n = 0; n < 200; ++n)
+            pane.file("p/" + std::to_string(n) + ".txt", 10 + n);
+        pane.open(Place::folder(pane.folder("p")), 900);
+        pane.engine.setIncubationController(pane.view->incubationController());
+        PageRows& rows = *pane.browser->rows();
+        const auto inOrder = [&] {
+            const QList<QQuickItem*> tiles = pane.items("AssetTile");
+            for (int n = 0; n < int(tiles.size()); ++n)
+                if (tiles.at(n)->property("cell").value<PageCell>().name != QString::number(n) + u".txt"_qs)
+                    return false;
+            // As many as there is room for, and a little more.
+            return tiles.size() > rows.columns() * 2 && tiles.size() % rows.columns() == 0;
+        };
+        QTRY_VERIFY(inOrder());
+        for (const int end : {360, 100, 240}) {
+            const int begin = int(pane.browser->settings()->zoom());
+            for (int step = 1; step <= 20; ++step) {
+                pane.browser->settings()->setZoom(begin + (end - begin) * step / 20.0);
+                if (step % 3 == 0)
+                    pane.settle();
+            }
+            QVERIFY(rows.isResizing());
+            QTRY_VERIFY(inOrder());
+            QTRY_VERIFY(!rows.isResizing());
+            QTRY_VERIFY(inOrder());
+        }
     }
 
     void theSliderChangesTheTiles() {

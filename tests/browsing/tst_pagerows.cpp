@@ -248,6 +248,20 @@ private Q_SLOTS:
         QCOMPARE(page.rows.tileSize(), 360.0);
     }
 
+    void theZoomIsOnItsWayUntilItRests() {
+        Page page;
+        QTRY_VERIFY(!page.rows.isResizing());
+        QStringList told;
+        connect(&page.rows, &PageRows::resizingChanged, this,
+                [&] { told << (page.rows.isResizing() ? u"begins"_qs : u"rests"_qs); });
+        connect(&page.rows, &PageRows::measuresChanged, this, [&] { told << u"step"_qs; });
+        page.rows.setZoom(210);
+        page.rows.setZoom(210);
+        page.rows.setZoom(220);
+        page.rows.setWidth(1000);
+        QTRY_COMPARE(told, strings({"begins", "step", "step", "step", "rests"}));
+    }
+
     void selectionTellsTheRowsItTouches() {
         Page page;
         page.rows.setBlocks({{.section = u"starred"_qs, .assets = files(2, 2), .onShelf = true},
