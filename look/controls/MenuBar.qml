@@ -7,6 +7,13 @@ import QtQuick.Templates as T
 T.MenuBar {
     id: bar
 
+    readonly property bool isOpen: {
+        for (let i = 0; i < count; ++i)
+            if (menuAt(i)?.visible)
+                return true
+        return false
+    }
+
     implicitWidth: contentWidth + leftPadding + rightPadding
     implicitHeight: Theme.rowHeight
     leftPadding: Theme.rowInset
@@ -16,6 +23,8 @@ T.MenuBar {
 
         implicitWidth: title.implicitWidth + 2 * Theme.gap
         implicitHeight: Theme.rowHeight
+        hoverEnabled: true
+
         Accessible.role: Accessible.MenuItem
         Accessible.name: text
 
@@ -33,7 +42,8 @@ T.MenuBar {
                 anchors { fill: parent; topMargin: Theme.grid; bottomMargin: Theme.grid }
                 radius: Theme.radiusItem
                 // Not where `highlighted`: that stays once Escape has closed a menu under the pointer.
-                color: item.down || item.hovered || (item.menu?.visible ?? false) ? Theme.menuHover : Theme.clear
+                color: (item.menu?.visible ?? false) || !bar.isOpen && (item.hovered || item.down) ? Theme.menuHover
+                                                                                                : Theme.clear
             }
         }
     }

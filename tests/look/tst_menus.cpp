@@ -18,6 +18,7 @@ private Q_SLOTS:
     void aMenuHangsBelowWhatOpenedItOrStandsOnIt_data();
     void aMenuHangsBelowWhatOpenedItOrStandsOnIt();
     void theMenuBarIsUsedByKey();
+    void theMenuBarLightsTheMenuThatIsOpenAndNoOther();
 };
 
 void tst_menus::aMenuIsUsedByKey() {
@@ -165,6 +166,35 @@ void tst_menus::theMenuBarIsUsedByKey() {
     QTRY_VERIFY(window.value("file", "visible").toBool());
     window.press(Qt::Key_Escape);
     QTRY_VERIFY(!window.value("file", "visible").toBool());
+}
+
+void tst_menus::theMenuBarLightsTheMenuThatIsOpenAndNoOther() {
+    QmlWindow window("MenuBar { objectName: 'bar'; width: parent.width\n"
+                     "Menu { title: 'One'; MenuItem { text: 'a' } }\n"
+                     "Menu { title: 'Two'; MenuItem { text: 'b' } } }");
+    const auto item = [&](int index) {
+        QQuickItem* found = nullptr;
+        QMetaObject::invokeMethod(window.find<QQuickItem>("bar"), "itemAt", Q_RETURN_ARG(QQuickItem*, found),
+                                  Q_ARG(int, index));
+        return found;
+    };
+    const auto at = [&](int index) { // beside its letters
+        return item(index)->mapToScene(QPointF(3, item(index)->height() / 2)).toPoint();
+    };
+    const auto isLit = [&](int index) {
+        const QImage picture = window->grabWindow();
+        return picture.pixel(at(index)) != picture.pixel(picture.width() - 5, at(index).y());
+    };
+    QTRY_VERIFY(item(1));
+    QTest::mouseMove(window.window(), at(0));
+    QTRY_VERIFY(isLit(0));
+    QTest::mouseClick(window.window(), Qt::LeftButton, {}, at(0));
+    QTRY_VERIFY(isLit(0));
+    window.press(Qt::Key_Right); // the pointer still rests on the first
+    QTRY_VERIFY(isLit(1));
+    QTRY_VERIFY(!isLit(0));
+    window.press(Qt::Key_Escape);
+    QTRY_VERIFY(!isLit(1));
 }
 
 QTEST_MAIN(tst_menus)
