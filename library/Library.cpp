@@ -190,6 +190,9 @@ void Library::publishIndex(AssetIndex index) {
     m_index = std::move(index);
     m_indexing = false;
     contentChanged();
+    // This is no burst of changes, and until it is summed there are no sums at all.
+    m_derivedDelay.stop();
+    computeDerived();
     handleQueuedEvents();
 }
 

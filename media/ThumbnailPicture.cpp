@@ -136,9 +136,11 @@ void ThumbnailPicture::load() {
 }
 
 void ThumbnailPicture::stop() {
+    ++m_turn;
     m_isMissing = false;
     m_asked.reset();
     m_request = {};
+    m_awaited = {};
     disconnect(m_frames);
 }
 
@@ -152,6 +154,8 @@ void ThumbnailPicture::follow() {
         return;
     m_asked = urgency;
     m_request = {};
+    m_awaited =
+        urgency == Reader::Urgency::visible ? ArrivalPace::Awaited(ArrivalPace::of(*window())) : ArrivalPace::Awaited();
     if (urgency)
         ask(*urgency);
 }
@@ -172,8 +176,19 @@ std::optional<Reader::Urgency> ThumbnailPicture::urgencyWhereItStands() const {
 }
 
 void ThumbnailPicture::ask(Reader::Urgency urgency) {
-    m_request = Thumbnails::shared().imageFor(m_asset, Thumbnails::bucket(m_size), urgency, this,
-                                              [this](const QImage& image) { takeImage(image); });
+    m_request =
+        Thumbnails::shared().imageFor(m_asset, Thumbnails::bucket(m_size), urgency, this,
+                                      [this](const QImage& image) { whenDue([this, image] { takeImage(image); }); });
+}
+
+// Unless something else is wanted by then.
+void ThumbnailPicture::whenDue(std::function<void()> show) {
+    if (!window())
+        return;
+    ArrivalPace::of(*window()).add(this, [this, turn = m_turn, show = std::move(show)] {
+        if (turn == m_turn)
+            show();
+    });
 }
 
 void ThumbnailPicture::takeImage(const QImage& image) {
@@ -187,11 +202,18 @@ void ThumbnailPicture::takeImage(const QImage& image) {
 }
 
 void ThumbnailPicture::makeGlow() {
-    if (!m_backdrop || m_image.isNull())
+    if (!m_backdrop || m_image.isNull()) {
+        m_awaited = {};
         return;
-    Thumbnails::shared().backdropFor(m_asset, m_image, this, [this, asset = m_asset](const QImage& glow) {
-        if (asset == m_asset && m_backdrop)
-            setGlow(glow);
+    }
+    Thumbnails::shared().backdropFor(m_asset, m_image, this, [this, turn = m_turn](const QImage& glow) {
+        if (turn != m_turn)
+            return;
+        whenDue([this, glow] {
+            m_awaited = {};
+            if (m_backdrop)
+                setGlow(glow);
+        });
     });
 }
 

@@ -5,11 +5,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "ArrivalPace.h"
 #include "Thumbnails.h"
 
 #include <QQuickItem>
 #include <QtQml/qqmlregistration.h>
 
+#include <functional>
 #include <optional>
 
 class QSGImageNode;
@@ -79,6 +81,7 @@ private:
     std::optional<Reader::Urgency> urgencyWhereItStands() const;
     void ask(Reader::Urgency urgency);
     void takeImage(const QImage& image);
+    void whenDue(std::function<void()> show);
     void makeGlow();
     void setImage(const QImage& image);
     void setGlow(const QImage& glow);
@@ -95,10 +98,13 @@ private:
     bool m_imageDirty = false; // not in the scene graph yet
     bool m_glowDirty = false;
 
+    int m_turn = 0; // what is shown later belongs to one: they end whenever something else is wanted
+
     // While a picture is missing: whether it was asked for, and as how urgent.
     bool m_isMissing = false;
     std::optional<Reader::Urgency> m_asked;
     Thumbnails::Request m_request;
+    ArrivalPace::Awaited m_awaited;   // while it is, or its glow, for somebody who looks there
     QMetaObject::Connection m_frames; // of the window, each a reason to look where the item stands
 };
 

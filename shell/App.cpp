@@ -18,6 +18,12 @@ namespace lumbra {
 
 namespace {
 constexpr auto longestStart = std::chrono::seconds(1);
+constexpr auto firstTime = Qt::ConnectionType(Qt::DirectConnection | Qt::SingleShotConnection);
+
+// What lies below the menus. A window of Qt Quick without menus calls something else its content.
+QQuickItem* contentOf(const QQuickWindow& window) {
+    return window.property("contentItem").value<QQuickItem*>();
+}
 
 QUrl viewAt(const char* name) {
     return QUrl(QStringLiteral("qrc:/qml/Lumbra/Shell/%1.qml").arg(QLatin1String(name)));
@@ -31,6 +37,10 @@ App::App(const QElapsedTimer& started, QObject* parent) : QObject(parent), m_sta
 App::~App() {
     Startup::end(); // what still waits for it could not be joined
     Actions::usePanels(nullptr);
+    // A tile that its view has let go while it was being made ends the program if it outlives the engine.
+    if (m_engine && !m_engine->rootObjects().isEmpty())
+        delete window();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 Library& App::library() {
@@ -46,19 +56,23 @@ bool App::show() {
     if (m_engine->rootObjects().isEmpty())
         return false;
     applyAppearance(); // its module is known to the engine only now
-    // Its types are loaded on a thread of their own, meanwhile the controllers are made and the window comes up.
-    m_contents = std::make_unique<QQmlComponent>(m_engine.get(), viewAt("WindowContents"), QQmlComponent::Asynchronous);
+    QQmlComponent* const contents = load("WindowContents");
     makeControllers();
     // Shown here and not by the view, so that it comes in the state that it has.
     m_memory->attach(*window());
     window()->setVisible(true);
-    QTimer::singleShot(longestStart, this, &Startup::end); // nothing is drawn in a minimised window
-    if (!m_contents->isLoading())
-        return fillWindow();
-    connect(m_contents.get(), &QQmlComponent::statusChanged, this, [this] {
-        if (!fillWindow())
-            QCoreApplication::exit(1);
-    });
+    // In a minimised window nothing is drawn.
+    QTimer::singleShot(longestStart, this, &Startup::end);
+    make(contents,
+         {{QStringLiteral("parent"), QVariant::fromValue(contentOf(*window()))},
+          {QStringLiteral("library"), QVariant::fromValue(m_library.get())},
+          {QStringLiteral("browser"), QVariant::fromValue(m_browser.get())},
+          {QStringLiteral("commands"), QVariant::fromValue(m_commands.get())},
+          {QStringLiteral("sidebar"), QVariant::fromValue(m_sidebar.get())},
+          {QStringLiteral("door"), QVariant::fromValue(m_door.get())},
+          {QStringLiteral("memory"), QVariant::fromValue(m_memory.get())},
+          {QStringLiteral("updater"), QVariant::fromValue(m_updater.get())}},
+         &App::takeContents);
     return true;
 }
 
@@ -66,6 +80,7 @@ void App::makeControllers() {
     m_insights = std::make_unique<InsightEngine>(&library());
     connect(m_insights.get(), &InsightEngine::storeOpened, this, &App::searchContent);
     m_browser = std::make_unique<Browser>(&library());
+    m_browser->prepare();
     m_commands = std::make_unique<BrowserCommands>(m_browser.get());
     m_sidebar = std::make_unique<Sidebar>(&library());
     m_sidebar->setInsights(m_insights.get());
@@ -89,41 +104,57 @@ void App::makeControllers() {
     m_sidebar->setConfirmation([this](const Confirmation& question) { m_frame->confirm(question); });
 }
 
-bool App::fillWindow() {
-    QObject* const contents = m_contents->createWithInitialProperties(
-        {{QStringLiteral("parent"), QVariant::fromValue(window()->contentItem())},
-         {QStringLiteral("window"), QVariant::fromValue(window())},
-         {QStringLiteral("library"), QVariant::fromValue(m_library.get())},
-         {QStringLiteral("browser"), QVariant::fromValue(m_browser.get())},
-         {QStringLiteral("commands"), QVariant::fromValue(m_commands.get())},
-         {QStringLiteral("sidebar"), QVariant::fromValue(m_sidebar.get())},
-         {QStringLiteral("door"), QVariant::fromValue(m_door.get())},
-         {QStringLiteral("jumpTo"), QVariant::fromValue(m_palette.get())},
-         {QStringLiteral("frame"), QVariant::fromValue(m_frame.get())},
-         {QStringLiteral("panels"), QVariant::fromValue(m_panels.get())},
-         {QStringLiteral("transfer"), QVariant::fromValue(m_transfer.get())},
-         {QStringLiteral("memory"), QVariant::fromValue(m_memory.get())},
-         {QStringLiteral("updater"), QVariant::fromValue(m_updater.get())},
-         {QStringLiteral("onboarding"), QVariant::fromValue(m_onboarding.get())}});
-    if (!contents) {
-        qCritical("%s", qPrintable(m_contents->errorString()));
-        return false;
+QQmlComponent* App::load(const char* view) {
+    return new QQmlComponent(m_engine.get(), viewAt(view), QQmlComponent::Asynchronous, m_engine.get());
+}
+
+void App::make(QQmlComponent* view, const QVariantMap& properties, void (App::*take)(QObject*)) {
+    if (view->isLoading()) {
+        connect(view, &QQmlComponent::statusChanged, this, [=, this] { make(view, properties, take); });
+        return;
     }
-    contents->setParent(window());
+    QObject* const made = view->createWithInitialProperties(properties);
+    if (!made)
+        qFatal("%s", qPrintable(view->errorString()));
+    view->deleteLater();
+    (this->*take)(made);
+}
+
+void App::takeContents(QObject* contents) {
+    m_contents.reset(contents);
     window()->setProperty("contents", QVariant::fromValue(contents));
     if (const QString socket = qEnvironmentVariable(StateDump::variable); !socket.isEmpty()) {
         m_stateDump = std::make_unique<StateDump>(library(), *m_browser, *window(), m_started);
         m_stateDump->listen(socket);
     }
-    // The library is gone through from the first frame on that holds something.
+    // Their first frame is the one after the next synchronisation.
     connect(
         window(), &QQuickWindow::afterSynchronizing, this,
-        [this] {
-            connect(window(), &QQuickWindow::frameSwapped, this, &Startup::end,
-                    Qt::ConnectionType(Qt::DirectConnection | Qt::SingleShotConnection));
-        },
-        Qt::ConnectionType(Qt::DirectConnection | Qt::SingleShotConnection));
-    return true;
+        [this] { connect(window(), &QQuickWindow::frameSwapped, this, &App::firstFrameShown, firstTime); }, firstTime);
+}
+
+// On the thread that renders.
+void App::firstFrameShown() {
+    Startup::end();
+    QMetaObject::invokeMethod(this, &App::makeOverlays, Qt::QueuedConnection);
+}
+
+void App::makeOverlays() {
+    make(load("WindowOverlays"),
+         {{QStringLiteral("parent"), QVariant::fromValue(contentOf(*window())->parentItem())},
+          {QStringLiteral("door"), QVariant::fromValue(m_door.get())},
+          {QStringLiteral("jumpTo"), QVariant::fromValue(m_palette.get())},
+          {QStringLiteral("frame"), QVariant::fromValue(m_frame.get())},
+          {QStringLiteral("panels"), QVariant::fromValue(m_panels.get())},
+          {QStringLiteral("transfer"), QVariant::fromValue(m_transfer.get())},
+          {QStringLiteral("updater"), QVariant::fromValue(m_updater.get())},
+          {QStringLiteral("onboarding"), QVariant::fromValue(m_onboarding.get())}},
+         &App::takeOverlays);
+}
+
+void App::takeOverlays(QObject* overlays) {
+    m_overlays.reset(overlays);
+    window()->setProperty("overlays", QVariant::fromValue(overlays));
 }
 
 void App::open(const QList<QUrl>& urls) {

@@ -22,6 +22,7 @@
 #include <QElapsedTimer>
 #include <QObject>
 #include <QQmlApplicationEngine>
+#include <QQmlComponent>
 #include <QUrl>
 
 #include <memory>
@@ -39,7 +40,7 @@ public:
     // Made at the first call, so that a location that is opened before the window exists finds it.
     Library& library();
 
-    // Shows the window; false when its views can't be loaded.
+    // Shows the window, which gets its contents as soon as they are loaded; false when its views can't be had.
     bool show();
 
     // What was opened from outside: only the first location counts. A folder or file is revealed, a link followed, and
@@ -47,6 +48,15 @@ public:
     void open(const QList<QUrl>& urls);
 
 private:
+    // The types of a view are loaded on a thread of the engine's; it is made with these properties once they are there.
+    QQmlComponent* load(const char* view);
+    void make(QQmlComponent* view, const QVariantMap& properties, void (App::*take)(QObject*));
+
+    void makeControllers();
+    void takeContents(QObject* contents);
+    void firstFrameShown();
+    void makeOverlays();
+    void takeOverlays(QObject* overlays);
     QQuickWindow* window() const;
     void applyAppearance();
     void searchContent();
@@ -67,6 +77,8 @@ private:
     std::unique_ptr<WindowMemory> m_memory;
     std::unique_ptr<UpdateCheck> m_updater;
     std::unique_ptr<QQmlApplicationEngine> m_engine; // its views hold what stands above, so it dies before them
+    std::unique_ptr<QObject> m_contents;
+    std::unique_ptr<QObject> m_overlays;
     std::unique_ptr<StateDump> m_stateDump;
 };
 

@@ -7,9 +7,20 @@ import QtQuick.Controls.Basic as Controls
 import Lumbra.Look
 
 Controls.ApplicationWindow {
-    property QtObject contents: null // as WindowContents.qml has them; its type is not loaded here
+    id: window
+
+    // As WindowContents.qml and WindowOverlays.qml have them; their types are not loaded here.
+    property QtObject contents: null
+    property QtObject overlays: null
 
     title: contents?.title ?? Application.name
     color: Theme.window
     menuBar: contents?.menuBar ?? null
+
+    Binding {
+        when: window.overlays !== null
+        target: window.contents
+        property: "covered"
+        value: window.overlays?.covering ?? false
+    }
 }

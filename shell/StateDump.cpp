@@ -183,13 +183,16 @@ private:
 StateDump::StateDump(const Library& library, const Browser& browser, QQuickWindow& window, const QElapsedTimer& started,
                      QObject* parent)
     : QObject(parent), m_library(library), m_browser(browser), m_window(window) {
+    // Counted when it happens, not when the main thread hears of it, and of what the window holds by now.
+    connect(
+        &window, &QQuickWindow::afterSynchronizing, this, [this] { m_isDrawn = true; }, Qt::DirectConnection);
     connect(
         &window, &QQuickWindow::frameSwapped, this,
         [this, started] {
-            if (m_firstFrame < 0)
+            if (m_isDrawn && m_firstFrame < 0)
                 m_firstFrame = double(started.nsecsElapsed()) / 1e6;
         },
-        Qt::DirectConnection); // counted when it happens, not when the main thread hears of it
+        Qt::DirectConnection);
     connect(&library, &Library::revisionChanged, this, [this] { m_summed = false; });
     connect(&library, &Library::derivedPublished, this, [this] { m_summed = true; });
     connect(&m_server, &QLocalServer::newConnection, this, &StateDump::serve);

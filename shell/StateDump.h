@@ -28,7 +28,8 @@ class StateDump : public QObject {
 public:
     static constexpr const char* variable = "LUMBRA_STATE_SOCKET";
 
-    // Make it before the window shows its first frame, whose time is counted from `started`. All must outlive it.
+    // Make it once the window holds its contents; the time of their first frame is counted from `started`. All must
+    // outlive it.
     StateDump(const Library& library, const Browser& browser, QQuickWindow& window, const QElapsedTimer& started,
               QObject* parent = nullptr);
 
@@ -47,6 +48,7 @@ private:
     QQuickWindow& m_window;
     QLocalServer m_server;
     bool m_summed = false;                 // the derived index is that of the present revision
+    std::atomic<bool> m_isDrawn = false;   // what the window held when this was made
     std::atomic<double> m_firstFrame = -1; // ms; below 0 until there was one; set by the thread that renders
 };
 

@@ -29,7 +29,7 @@ Capsule {
 
     // The button is gone before anyone could come to it with the Tab key.
     Shortcut {
-        sequence: StandardKey.Undo
+        sequences: [StandardKey.Undo]
         enabled: view.toasts.shown && view.toasts.undoable && Sheets.shown === 0
         onActivated: view.toasts.undo()
     }

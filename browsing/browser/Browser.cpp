@@ -96,13 +96,18 @@ void Browser::followLoader() {
     });
 }
 
-void Browser::appear() {
-    if (m_appeared)
+void Browser::prepare() {
+    if (std::exchange(m_prepared, true))
         return;
-    m_appeared = true;
     if (m_library->pendingReveal())
         showEverything();
     scheduleLoad();
+}
+
+void Browser::appear() {
+    prepare();
+    if (std::exchange(m_appeared, true))
+        return;
     // A turn later, when the window has given its own first focus away.
     QMetaObject::invokeMethod(
         this, [this] { m_gridFocused = true; }, Qt::QueuedConnection);
@@ -121,7 +126,7 @@ LoadKey Browser::loadKey() const {
 }
 
 void Browser::scheduleLoad() {
-    if (!m_appeared || m_loadScheduled)
+    if (!m_prepared || m_loadScheduled)
         return;
     // What changes in one turn is loaded once.
     m_loadScheduled = true;

@@ -107,7 +107,10 @@ public:
     // By section: "starred" for the shelf, otherwise the raw name of the kind.
     QVariantMap headers() const { return m_headers; }
 
-    // The page came on screen: loads it, and from then on follows the library.
+    // Loads the page, and from then on follows the library. A page that will be on screen in a moment is loaded by then.
+    void prepare();
+
+    // The page came on screen.
     Q_INVOKABLE void appear();
 
     // Takes away all that could hide a file.
@@ -219,6 +222,7 @@ private:
     Q_OBJECT_BINDABLE_PROPERTY(Browser, QVariantMap, m_headers, &Browser::headersChanged)
 
     std::function<void(const NamePrompt&)> m_ask;
+    bool m_prepared = false;
     bool m_appeared = false;
     bool m_loadScheduled = false;
     int m_loads = 0; // under way

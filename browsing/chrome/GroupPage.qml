@@ -28,6 +28,7 @@ GridView {
     boundsBehavior: Flickable.StopAtBounds
     activeFocusOnTab: true // the arrow keys go from card to card
     model: browser.cards
+    highlightMoveDuration: 0 // what is unseen does not glide about
 
     Accessible.role: Accessible.List
     Accessible.name: browser.title

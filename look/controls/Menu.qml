@@ -37,6 +37,8 @@ T.Menu {
         interactive: contentHeight > height
         clip: interactive
         currentIndex: menu.currentIndex
+        highlightMoveDuration: 0 // what is unseen does not glide about
+        highlightResizeDuration: 0
         T.ScrollBar.vertical: ScrollBar {}
 
         // From the first entry up to the last and from the last down to the first, which Qt does not.

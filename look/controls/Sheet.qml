@@ -16,8 +16,9 @@ T.Popup {
     signal dismissed() // by Escape
 
     parent: T.Overlay.overlay
-    x: Math.round((parent.width - width) / 2)
-    y: Math.round((parent.height - height) / 2)
+    // There is no overlay any more while the window goes.
+    x: Math.round(((parent?.width ?? 0) - width) / 2)
+    y: Math.round(((parent?.height ?? 0) - height) / 2)
     implicitWidth: contentItem.implicitWidth + leftPadding + rightPadding
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     margins: Theme.windowMargin

@@ -165,7 +165,7 @@ Sheet {
         }
         RowLayout {
             Layout.preferredHeight: Math.max(panel.leastList, Math.min(panel.mostList,
-                                                                       panel.parent.height - panel.besideList))
+                                                                       (panel.parent?.height ?? 0) - panel.besideList))
             spacing: Theme.gap
 
             ColumnLayout {

@@ -28,6 +28,7 @@ ListView {
     pixelAligned: true
     boundsBehavior: Flickable.StopAtBounds
     keyNavigationEnabled: false
+    highlightFollowsCurrentItem: false // unseen, it would glide about for seconds and have each step drawn
     reuseItems: true
     cacheBuffer: Math.max(0, height)
     model: document.text

@@ -8,7 +8,7 @@
 #include "core/PreferenceKeys.h"
 #include "look/Look.h"
 #include "platform/Preferences.h"
-#include "shell/App.h"
+#include "support/AppWindow.h"
 #include "support/TestHome.h"
 
 #include <QAccessible>
@@ -66,15 +66,9 @@ public:
         for (const char* path : {"site/hero.png", "site/logo.png", "site/drafts/first.png", "film/scene.png"})
             QVERIFY(still.save(at(path).toString()));
         m_app = std::make_unique<App>(QElapsedTimer());
-        QVERIFY(m_app->show());
-        const QWindowList windows = QGuiApplication::topLevelWindows();
-        for (QWindow* window : windows)
-            if (auto* const quick = qobject_cast<QQuickWindow*>(window); quick && quick->isVisible())
-                m_window = quick;
+        m_window = shownWindow(*m_app);
         QVERIFY(m_window);
         m_window->resize(1440, 900);
-        m_window->requestActivate();
-        QVERIFY(QTest::qWaitForWindowActive(m_window));
         QTRY_VERIFY(!library().indexing());
         Look::setAppearance(*qmlEngine(ofType("SidebarView")), false, true);
     }

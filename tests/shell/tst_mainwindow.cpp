@@ -3,7 +3,7 @@
 #include "core/Config.h"
 #include "core/PreferenceKeys.h"
 #include "look/Look.h"
-#include "shell/App.h"
+#include "support/AppWindow.h"
 #include "support/TestHome.h"
 
 #include <QAccessible>
@@ -102,14 +102,8 @@ void tst_mainwindow::show(const QList<QUrl>& opened) {
     m_app.reset();
     m_app = std::make_unique<App>(QElapsedTimer());
     m_app->open(opened);
-    QVERIFY(m_app->show());
-    const QWindowList windows = QGuiApplication::topLevelWindows();
-    for (QWindow* window : windows)
-        if (auto* const quick = qobject_cast<QQuickWindow*>(window); quick && quick->isVisible())
-            m_window = quick;
+    m_window = shownWindow(*m_app);
     QVERIFY(m_window);
-    m_window->requestActivate();
-    QVERIFY(QTest::qWaitForWindowActive(m_window));
     QTRY_VERIFY(!library().indexing());
 }
 
@@ -260,6 +254,7 @@ void tst_mainwindow::anErrorShowsOverThePaletteWhichHasTheKeysAgainAfterwards() 
 void tst_mainwindow::whatWasRefusedBeforeTheWindowWasThereIsAcknowledgedByKey() {
     show({QUrl(QStringLiteral("lumbra://reveal?path=/etc/passwd"))});
     QVERIFY(library().lastError());
+    QTRY_VERIFY(ofType(m_window->contentItem(), "QQuickPopupItem")); // the alert, which opens once there is a window
     press(Qt::Key_Return);
     QTRY_VERIFY(!library().lastError());
 }

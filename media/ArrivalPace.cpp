@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ArrivalPace.h"
+
+#include <QQuickWindow>
+
+#include <algorithm>
+#include <ctime>
+
+namespace lumbra {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int pause = 4;             // as many times as long as the frame before it took
+constexpr auto longestPause = 100ms; // after a frame that had to prepare much, as the first one does
+
+std::chrono::nanoseconds processorTime() {
+    timespec time = {};
+    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+} // namespace
+
+ArrivalPace::Awaited::~Awaited() {
+    if (!m_pace)
+        return;
+    --m_pace->m_awaited;
+    m_pace->plan();
+}
+
+ArrivalPace& ArrivalPace::of(QQuickWindow& window) {
+    auto* const known = window.findChild<ArrivalPace*>(QString(), Qt::FindDirectChildrenOnly);
+    return known ? *known : *new ArrivalPace(window);
+}
+
+ArrivalPace::ArrivalPace(QQuickWindow& window) : QObject(&window) {
+    m_beat.setSingleShot(true);
+    m_beat.setTimerType(Qt::PreciseTimer);
+    connect(&m_beat, &QTimer::timeout, this, &ArrivalPace::showAll);
+    connect(&window, &QQuickWindow::beforeSynchronizing, this, &ArrivalPace::frameBegins, Qt::DirectConnection);
+    connect(&window, &QQuickWindow::frameSwapped, this, &ArrivalPace::frameEnds, Qt::DirectConnection);
+}
+
+void ArrivalPace::add(QObject* context, std::function<void()> show) {
+    m_arrived.push_back({context, std::move(show)});
+    plan();
+}
+
+void ArrivalPace::plan() {
+    if (m_arrived.empty() || m_beat.isActive())
+        return;
+    const auto wait = std::chrono::ceil<std::chrono::milliseconds>(nextBeat() - Clock::now());
+    if (int(m_arrived.size()) >= m_awaited || wait <= 0ms)
+        showAll();
+    else
+        m_beat.start(wait);
+}
+
+void ArrivalPace::showAll() {
+    m_beat.stop();
+    for (const Arrival& arrival : std::exchange(m_arrived, {}))
+        if (arrival.context)
+            arrival.show();
+}
+
+// What a frame takes is what the processors do for it: where it waits for the screen's refresh it takes nothing from
+// anybody.
+void ArrivalPace::frameBegins() {
+    m_frameBegan = {Clock::now(), processorTime()};
+}
+
+void ArrivalPace::frameEnds() {
+    const auto now = Clock::now();
+    const std::chrono::nanoseconds took =
+        std::min<std::chrono::nanoseconds>(now - m_frameBegan.wall, processorTime() - m_frameBegan.processor);
+    m_frameCost = took;
+    m_frameEnded = now;
+}
+
+ArrivalPace::Clock::time_point ArrivalPace::nextBeat() const {
+    return m_frameEnded.load() + std::min<std::chrono::nanoseconds>(pause * m_frameCost.load(), longestPause);
+}
+
+} // namespace lumbra

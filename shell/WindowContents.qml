@@ -1,0 +1,57 @@
+// What the window holds: the sidebar and the page side by side.
+//
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Controls.Basic as Controls
+import Lumbra.Look
+import Lumbra.Media
+import Lumbra.Browsing
+import Lumbra.Shell
+
+Item {
+    id: contents
+
+    required property QtObject library
+    required property Browser browser
+    required property BrowserCommands commands
+    required property Sidebar sidebar
+    required property RoomDoor door
+    required property WindowMemory memory
+    required property UpdateCheck updater
+
+    property bool covered: false // by what fills the window
+
+    readonly property string title: browser.subtitle === "" ? browser.title : browser.title + " — " + browser.subtitle
+    readonly property MainMenu menuBar: MainMenu {
+        library: contents.library
+        commands: contents.commands
+        updater: contents.updater
+    }
+
+    anchors.fill: parent
+
+    SplitView {
+        anchors.fill: parent
+        opacity: contents.covered ? 0 : 1 // nothing is drawn that nobody sees
+        onResizingChanged: if (!resizing) contents.memory.sidebarWidth = pane.width
+
+        SidebarView {
+            id: pane
+            Controls.SplitView.minimumWidth: contents.memory.leastSidebarWidth
+            Controls.SplitView.preferredWidth: contents.memory.sidebarWidth
+            Controls.SplitView.maximumWidth: contents.memory.mostSidebarWidth
+            sidebar: contents.sidebar
+        }
+        BrowserView {
+            id: page
+            Controls.SplitView.fillWidth: true
+            browser: contents.browser
+        }
+    }
+
+    Shortcut {
+        sequences: [StandardKey.Find]
+        enabled: Sheets.shown === 0 && !contents.door.open
+        onActivated: page.find()
+    }
+}
