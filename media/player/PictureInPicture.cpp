@@ -7,7 +7,6 @@
 #include "VideoSurface.h"
 
 #include <QGuiApplication>
-#include <QScreen>
 
 namespace lumbra {
 
@@ -47,12 +46,14 @@ void PictureInPicture::start() {
         connect(m_window.get(), &SmallWindow::endWanted, this, &PictureInPicture::stop);
     }
     m_isActive = true;
+    const QSizeF shape = m_player.videoSize().isEmpty() ? QSizeF(16, 9) : QSizeF(m_player.videoSize());
+    const VideoSurface* const stage = m_player.surfaces().drawing();
+    if (stage && stage->window())
+        m_window->placeOver(QRectF(stage->mapToGlobal(QPointF()), stage->size()).toRect(), shape);
+    else
+        m_window->placeOn(m_window->screen(), shape);
     m_surface->setPlayer(&m_player);
     m_window->setPlaying(m_player.isPlaying());
-    // On the screen where the room is.
-    const QWindow* const focused = QGuiApplication::focusWindow();
-    m_window->placeOn(focused && focused != m_window.get() ? focused->screen() : m_window->screen(),
-                      m_player.videoSize().isEmpty() ? QSizeF(16, 9) : QSizeF(m_player.videoSize()));
     m_window->show();
     Q_EMIT activeChanged();
 }

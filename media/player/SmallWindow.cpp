@@ -94,12 +94,25 @@ void SmallWindow::placeOn(const QScreen* screen, QSizeF shape) {
     fill();
 }
 
+void SmallWindow::placeOver(const QRect& film, QSizeF shape) {
+    m_shape = shape;
+    QRect place(QPoint(), inShape(shape, side));
+    place.moveTopRight(film.topRight() + QPoint(-margin, belowTop));
+    setGeometry(place);
+    fill();
+}
+
 void SmallWindow::setShape(QSizeF shape) {
     if (shape == m_shape)
         return;
     m_shape = shape;
-    const QSize made = inShape(shape, longerSide(geometry().size()));
-    setGeometry(QRect(geometry().bottomRight() - QPoint(made.width() - 1, made.height() - 1), made));
+    QRect made(QPoint(), inShape(shape, longerSide(geometry().size())));
+    // It grows into the screen, not out of it.
+    if (geometry().center().y() < screen()->availableGeometry().center().y())
+        made.moveTopRight(geometry().topRight());
+    else
+        made.moveBottomRight(geometry().bottomRight());
+    setGeometry(made);
 }
 
 void SmallWindow::setPlaying(bool isPlaying) {

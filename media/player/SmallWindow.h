@@ -20,6 +20,7 @@ public:
     static constexpr int side = 400;
     static constexpr int shortestSide = 160;
     static constexpr int margin = 24;
+    static constexpr int belowTop = 72; // over a film, what stands over its upper edge stays free
 
     SmallWindow();
 
@@ -29,7 +30,11 @@ public:
     // In the lower right corner of that screen.
     void placeOn(const QScreen* screen, QSizeF shape);
 
-    // Another film: its lower right corner and its longer side stay.
+    // Over the place on the screen where the film was shown, in its upper right corner: the controls around it and
+    // below it stay free, and the film is not there now.
+    void placeOver(const QRect& film, QSizeF shape);
+
+    // Another film: its longer side stays, and its right corner that is nearer to the screen's edge.
     void setShape(QSizeF shape);
 
     // What the middle button offers.

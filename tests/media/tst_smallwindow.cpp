@@ -54,6 +54,15 @@ private Q_SLOTS:
                  QGuiApplication::primaryScreen()->availableGeometry().bottomRight() - QPoint(24, 24));
     }
 
+    void overAFilmItLeavesTheControlsFree() {
+        SmallWindow window;
+        const QRect film(10, 20, 700, 500);
+        window.placeOver(film, wide);
+        QCOMPARE(window.geometry(), QRect(10 + 700 - 24 - 400, 20 + 72, 400, 225));
+        window.setShape(QSizeF(900, 1600));
+        QCOMPARE(window.geometry(), QRect(10 + 700 - 24 - 225, 20 + 72, 225, 400)); // and grows downward there
+    }
+
     void anotherFilmKeepsItsCornerAndItsLongerSide() {
         SmallWindow window;
         window.placeOn(QGuiApplication::primaryScreen(), wide);
