@@ -27,7 +27,9 @@ ArrivalPace::Awaited::~Awaited() {
     if (!m_pace)
         return;
     --m_pace->m_awaited;
-    m_pace->plan();
+    // Those that wait for it need not any more. Not within the call: it may be the destructor of one of them.
+    if (!m_pace->m_arrived.empty())
+        QMetaObject::invokeMethod(m_pace, &ArrivalPace::plan, Qt::QueuedConnection);
 }
 
 ArrivalPace& ArrivalPace::of(QQuickWindow& window) {
@@ -49,12 +51,12 @@ void ArrivalPace::add(QObject* context, std::function<void()> show) {
 }
 
 void ArrivalPace::plan() {
-    if (m_arrived.empty() || m_beat.isActive())
+    if (m_arrived.empty())
         return;
     const auto wait = std::chrono::ceil<std::chrono::milliseconds>(nextBeat() - Clock::now());
     if (int(m_arrived.size()) >= m_awaited || wait <= 0ms)
         showAll();
-    else
+    else if (!m_beat.isActive())
         m_beat.start(wait);
 }
 
