@@ -1,8 +1,9 @@
-// Where files may be dropped: says yes before it has read which, and always takes them as a copy, so that the program
-// they come from takes nothing away.
+// Where files may be dropped: says yes before it has looked for them, and always takes them as a copy, so that the
+// program they come from takes nothing away.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import Lumbra.Browsing
 
 DropArea {
     id: area
@@ -12,7 +13,7 @@ DropArea {
     signal filesDropped(urls: var)
 
     onEntered: drag => {
-        drag.accepted = area.possible && drag.hasUrls
+        drag.accepted = area.possible && drag.hasUrls && DroppedFiles.areIn(drag.urls)
         if (drag.accepted)
             drag.accept(Qt.CopyAction)
     }

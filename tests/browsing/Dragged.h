@@ -22,6 +22,7 @@ public:
             urls.append(file.toUrl());
         m_data.setUrls(urls);
     }
+    Dragged(QWindow* window, const QList<QUrl>& urls) : m_window(window) { m_data.setUrls(urls); }
     Dragged(QWindow* window, const QString& text) : m_window(window) { m_data.setText(text); }
 
     Qt::DropAction offered = Qt::IgnoreAction; // what would be done where it was moved last

@@ -88,6 +88,37 @@ private Q_SLOTS:
         QVERIFY(!text.move(Pane::centre(pane.items("FolderTile").first())));
     }
 
+    void onlyFilesOfThisMachineAreGreeted_data() {
+        QTest::addColumn<QList<QUrl>>("urls");
+        QTest::addColumn<bool>("taken");
+        const QUrl web(u"https://example.com/a.png"_qs);
+        const QUrl file(u"file:///tmp/a.png"_qs);
+        QTest::newRow("a web address") << QList{web} << false;
+        QTest::newRow("a file of another machine") << QList{QUrl(u"file://elsewhere/tmp/a.png"_qs)} << false;
+        QTest::newRow("a file") << QList{file} << true;
+        QTest::newRow("a file of this machine by name") << QList{QUrl(u"file://localhost/tmp/a.png"_qs)} << true;
+        QTest::newRow("a file among web addresses") << QList{web, file} << true;
+    }
+    void onlyFilesOfThisMachineAreGreeted() {
+        QFETCH(QList<QUrl>, urls);
+        QFETCH(bool, taken);
+        Pane pane;
+        pane.file("p/a/sub/1.txt");
+        pane.open(Place::folder(pane.folder("p/a")));
+        QTRY_COMPARE(pane.items("FolderTile").size(), 1);
+        pane.settle();
+        Dragged dragged(pane.view.get(), urls);
+        QCOMPARE(dragged.move(emptyPage), taken);
+        QCOMPARE(dragged.move(Pane::centre(pane.items("FolderTile").first())), taken);
+        pane.settle();
+        QCOMPARE(bool(pane.control("Label", u"Move here"_qs)), taken);
+        const QQuickItem* const step = pane.items("StepButton").first();
+        QCOMPARE(dragged.move(Pane::centre(step)), taken);
+        QCOMPARE(step->property("targeted").toBool(), taken);
+        if (!taken)
+            QCOMPARE(dragged.drop(emptyPage), Qt::IgnoreAction);
+    }
+
     void whatIsNoFileOfThisMachineIsLeftOut() {
         Pane pane;
         pane.file("p/1.txt");

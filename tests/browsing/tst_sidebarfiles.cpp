@@ -120,6 +120,9 @@ private Q_SLOTS:
         m_sidebar->dropFiles(99, {QUrl(text("file:///tmp"))});
         QVERIFY(!m_library->lastError());
         QCOMPARE(files("cats"), 0);
+        // It is not even greeted.
+        Dragged drag(m_window->window(), QList{QUrl(text("https://example.com/a.png"))});
+        QVERIFY(!drag.move(in("cats")));
     }
 
     void filesThatAreGoneAreToldOf() {
