@@ -93,21 +93,23 @@ Pasteboard::Contents pathsOf(const QList<Location>& urls) {
 }
 
 void supplyLater(const QList<Location>& urls, Pasteboard::Contents (*make)(const QList<Location>&),
-                 Pasteboard& pasteboard) {
+                 Pasteboard& pasteboard, const std::function<void()>& stand) {
     const quint64 number = pasteboard.announce();
     Tasks::run(Tasks::Pool::userInitiated, [urls, make] {
         return make(urls);
-    }).then(&pasteboard, [&pasteboard, number](const Pasteboard::Contents& contents) {
-        pasteboard.supply(number, contents);
+    }).then(&pasteboard, [&pasteboard, number, stand](const Pasteboard::Contents& contents) {
+        if (pasteboard.supply(number, contents))
+            stand();
     });
 }
 
 } // namespace
 
-void write(const QList<Location>& urls, Pasteboard& pasteboard, Reader& reader) {
+void write(const QList<Location>& urls, Pasteboard& pasteboard, Reader& reader, const std::function<void()>& stand) {
     if (urls.size() > mostAtOnce)
-        return supplyLater(urls, filesOf, pasteboard);
+        return supplyLater(urls, filesOf, pasteboard, stand);
     const quint64 number = pasteboard.set(filesOf(urls));
+    stand();
     if (urls.size() != 1)
         return;
     const Location& lone = urls.first();
@@ -120,7 +122,7 @@ void write(const QList<Location>& urls, Pasteboard& pasteboard, Reader& reader) 
 
 void writePaths(const QList<Location>& urls, Pasteboard& pasteboard) {
     if (urls.size() > mostAtOnce)
-        return supplyLater(urls, pathsOf, pasteboard);
+        return supplyLater(urls, pathsOf, pasteboard, [] {});
     pasteboard.set(pathsOf(urls));
 }
 

@@ -32,11 +32,13 @@ void open(const QList<Location>& urls) {
 void copy(const QList<Location>& urls, Library* library) {
     if (urls.isEmpty())
         return;
-    Clipboard::write(urls);
     const QString what =
         urls.size() == 1 ? urls.first().name() : QString::number(urls.size()) + QStringLiteral(" files");
-    library->setToast(Toast{.text = QStringLiteral("Copied ") + what + QStringLiteral(". Paste it anywhere."),
-                            .symbol = QStringLiteral("doc.on.doc.fill")});
+    Clipboard::write(urls, Pasteboard::general(), Reader::shared(), [what, library = QPointer(library)] {
+        if (library)
+            library->setToast(Toast{.text = QStringLiteral("Copied ") + what + QStringLiteral(". Paste it anywhere."),
+                                    .symbol = QStringLiteral("doc.on.doc.fill")});
+    });
 }
 
 void copyPaths(const QList<Location>& urls) {

@@ -26,7 +26,8 @@ void usePanels(Panels* panels);
 // Opens each with the program that the desktop has for it.
 void open(const QList<Location>& urls);
 
-// Copies the files for other programs to paste, and says so in a toast. Nothing for an empty list.
+// Copies the files for other programs to paste, and says so in a toast once they can be pasted. Nothing for an empty
+// list.
 void copy(const QList<Location>& urls, Library* library);
 
 // Copies the paths as text, a line each; an empty list leaves empty text.

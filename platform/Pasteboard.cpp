@@ -58,11 +58,12 @@ public:
         return ++m_number;
     }
 
-    void supply(quint64 number, const Contents& contents) override {
+    bool supply(quint64 number, const Contents& contents) override {
         if (number != m_number || holdsOthers() || !mayOffer())
-            return;
+            return false;
         m_contents = contents;
         offer();
+        return true;
     }
 
     void add(quint64 number, const Contents& flavours) override {

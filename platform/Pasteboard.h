@@ -36,8 +36,8 @@ public:
     virtual quint64 announce() = 0;
 
     // Replaces what was there by the contents that were announced under the number, which `add` then knows them by.
-    // Whatever was copied since they were announced, here or in another program, stays.
-    virtual void supply(quint64 number, const Contents& contents) = 0;
+    // Whatever was copied since they were announced, here or in another program, stays; true if nothing was.
+    virtual bool supply(quint64 number, const Contents& contents) = 0;
 
     // Adds flavours that took time to make. Whatever was copied since, here or in another program, stays alone.
     virtual void add(quint64 number, const Contents& flavours) = 0;

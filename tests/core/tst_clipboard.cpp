@@ -112,7 +112,10 @@ public:
         return 1;
     }
     quint64 announce() override { return 1; }
-    void supply(quint64, const Contents& supplied) override { contents = supplied; }
+    bool supply(quint64, const Contents& supplied) override {
+        contents = supplied;
+        return true;
+    }
     void add(quint64, const Contents& flavours) override {
         contents += flavours;
         ++additions;
@@ -273,6 +276,24 @@ private Q_SLOTS:
         QCOMPARE(pasted("x-special/gnome-copied-files"), copied);
         QCOMPARE(pasted("UTF8_STRING"), names);
         QCOMPARE(QGuiApplication::clipboard()->mimeData()->urls().size(), m_many.size());
+    }
+
+    void thatFilesCanBePastedIsToldOnceTheyStand() {
+        int told = 0;
+        const auto write = [&](const QList<Location>& files) {
+            Clipboard::write(files, Pasteboard::general(), m_reader, [&told] { ++told; });
+        };
+        write({Location(QByteArray("/one"))});
+        QCOMPARE(told, 1);
+        write(m_many);
+        QCOMPARE(told, 1);
+        QTRY_COMPARE(told, 2);
+        QCOMPARE(QGuiApplication::clipboard()->mimeData()->urls().size(), m_many.size());
+        // Nothing is said of what others have taken the place of.
+        write(m_many);
+        Clipboard::copyText(QStringLiteral("next"));
+        settle();
+        QCOMPARE(told, 2);
     }
 
     void manyPathsArriveAMomentLater() {

@@ -51,6 +51,17 @@ private Q_SLOTS:
         QCOMPARE(QGuiApplication::clipboard()->mimeData()->urls().size(), 2);
     }
 
+    void veryManyFilesAreToldOfOnceTheyCanBePasted() {
+        OpenLibrary& library = *m_library;
+        library.open();
+        Actions::copy(QList<Location>(3000, Location(QByteArray("/one/a.txt"))), &*library);
+        // They are made in the background, and come back with a later turn of the loop.
+        QVERIFY(!library->toast());
+        QTRY_VERIFY(library->toast());
+        QCOMPARE(library->toast()->text, QStringLiteral("Copied 3000 files. Paste it anywhere."));
+        QCOMPARE(QGuiApplication::clipboard()->mimeData()->urls().size(), 3000);
+    }
+
     void nothingIsCopiedForAnEmptyList() {
         OpenLibrary& library = *m_library;
         library.open();
