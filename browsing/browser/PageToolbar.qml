@@ -61,7 +61,7 @@ Rectangle {
             Label {
                 width: parent.width
                 style: Label.PageTitle
-                text: bar.browser.title
+                text: Bidi.inOneLine(bar.browser.title)
                 elide: Text.ElideMiddle
                 Accessible.role: Accessible.Heading
             }
@@ -69,7 +69,7 @@ Rectangle {
                 width: parent.width
                 visible: text !== ""
                 style: Label.Fact
-                text: bar.browser.subtitle
+                text: Bidi.inOneLine(bar.browser.subtitle)
                 elide: Text.ElideMiddle
             }
         }

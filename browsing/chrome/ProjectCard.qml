@@ -71,7 +71,7 @@ Rectangle {
     Label {
         anchors { left: badge.right; leftMargin: Theme.gap + 2; right: pictures.right; top: badge.top }
         style: Label.Section
-        text: card.name
+        text: Bidi.inOneLine(card.name)
         elide: Text.ElideMiddle
         Accessible.ignored: true
     }

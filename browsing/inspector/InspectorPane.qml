@@ -68,7 +68,7 @@ Rectangle {
                 objectName: "inspectedName"
                 width: parent.width
                 style: Label.Section
-                text: pane.count === 1 ? pane.browser.firstName : qsTr("%1 items").arg(pane.count)
+                text: pane.count === 1 ? Bidi.inOneLine(pane.browser.firstName) : qsTr("%1 items").arg(pane.count)
                 wrapMode: Text.WrapAnywhere
                 maximumLineCount: 4
             }

@@ -9,7 +9,7 @@ Item {
 
     property alias symbol: symbol.name
     property alias symbolColor: symbol.color
-    property alias text: label.text
+    property string text
     property string buttonText
     property int widest: 560
 
@@ -52,6 +52,7 @@ Item {
             id: label
             anchors.verticalCenter: parent.verticalCenter
             width: Math.min(implicitWidth, capsule.widest)
+            text: Bidi.inOneLine(capsule.text)
             elide: Text.ElideMiddle
             Accessible.ignored: true
         }

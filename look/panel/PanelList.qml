@@ -113,9 +113,8 @@ Rectangle {
                 anchors.right: parent.right
                 anchors.rightMargin: Theme.gap
                 anchors.verticalCenter: parent.verticalCenter
-                text: row.name
+                text: Bidi.inOneLine(row.name)
                 elide: Text.ElideMiddle
-                maximumLineCount: 1
                 Accessible.ignored: true
             }
             FocusRing {
