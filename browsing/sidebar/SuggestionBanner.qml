@@ -31,12 +31,10 @@ Item {
             width: parent.width - 2 * Theme.controlPadding
             spacing: Theme.gap
 
-            Label {
-                width: parent.width
+            BalancedLabel {
+                available: parent.width
                 style: Label.Fact
                 text: banner.text
-                wrapMode: Text.Wrap
-                elide: Text.ElideNone
             }
             Flow {
                 width: parent.width

@@ -18,39 +18,9 @@ Item {
 
     readonly property int measure: 380
 
-    // The least width in which the words take no more lines than at the given width: none of them stands alone in the
-    // last line.
-    function balanced(words: string, width: real): real {
-        const lengths = words.split(" ").map(word => metrics.advanceWidth(word))
-        const blank = metrics.advanceWidth(" ")
-        const lines = within => {
-            let count = 1
-            let end = 0
-            for (const length of lengths) {
-                if (end > 0 && end + blank + length > within) {
-                    ++count
-                    end = 0
-                }
-                end += (end > 0 ? blank : 0) + length
-            }
-            return count
-        }
-        let least = Math.min(width, Math.max(...lengths))
-        let enough = width
-        while (enough - least > 1) {
-            const middle = (least + enough) / 2
-            lines(middle) > lines(width) ? least = middle : enough = middle
-        }
-        return Math.ceil(enough)
-    }
-
     implicitWidth: measure
     implicitHeight: offset + column.implicitHeight
 
-    FontMetrics {
-        id: metrics
-        font: sentence.font
-    }
     Column {
         id: column
         y: empty.offset
@@ -73,14 +43,13 @@ Item {
             horizontalAlignment: Text.AlignHCenter
             wrapMode: Text.Wrap
         }
-        Label {
+        BalancedLabel {
             id: sentence
             anchors.horizontalCenter: parent.horizontalCenter
-            width: Math.min(parent.width, empty.balanced(text, parent.width) + 1)
+            available: parent.width
             visible: text !== ""
             color: Theme.textSoft
             horizontalAlignment: Text.AlignHCenter
-            wrapMode: Text.Wrap
         }
         Item { width: 1; height: Theme.grid; visible: button.visible }
         Button {

@@ -15,6 +15,8 @@ private Q_SLOTS:
     void lettersStandInTheMiddleOfTheirLine_data();
     void lettersStandInTheMiddleOfTheirLine();
     void twoLinesStandInTheMiddleOfTheirHeight();
+    void aBalancedSentenceHasLinesOfAboutTheSameLength();
+    void aBalancedSentenceOfOneLineIsAsLongAsItIs();
 
 private:
     struct Rows {
@@ -72,6 +74,21 @@ void tst_label::twoLinesStandInTheMiddleOfTheirHeight() {
     QCOMPARE(window.value("label", "height").toInt(), 36);
     const double middle = drawn(window).middle() - 20;
     QVERIFY2(std::abs(middle - 18) <= 0.5, qPrintable(QString::number(middle)));
+}
+
+void tst_label::aBalancedSentenceHasLinesOfAboutTheSameLength() {
+    QmlWindow window("property string words: '10 projects start with birch. Group them?'\n"
+                     "Label { objectName: 'plain'; text: parent.words }\n"
+                     "BalancedLabel { objectName: 'label'; text: parent.words; available: 0 }");
+    const double all = window.value("plain", "implicitWidth").toDouble();
+    window.find<QQuickItem>("label")->setProperty("available", std::floor(all - 4)); // only the last word is too much
+    QTRY_COMPARE(window.value("label", "lineCount").toInt(), 2);
+    QVERIFY(window.value("label", "width").toDouble() < 0.7 * all);
+}
+
+void tst_label::aBalancedSentenceOfOneLineIsAsLongAsItIs() {
+    QmlWindow window("BalancedLabel { objectName: 'label'; text: 'Group them?'; available: 400 }");
+    QTRY_COMPARE(window.value("label", "lineCount").toInt(), 1);
 }
 
 QTEST_MAIN(tst_label)
