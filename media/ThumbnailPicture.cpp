@@ -85,6 +85,14 @@ void ThumbnailPicture::setCornerRadius(double radius) {
     update();
 }
 
+void ThumbnailPicture::setHeld(bool held) {
+    if (m_isHeld == held)
+        return;
+    m_isHeld = held;
+    Q_EMIT heldChanged();
+    load();
+}
+
 QString ThumbnailPicture::kindSymbol() const {
     return lumbra::kindSymbol(m_asset.kind);
 }
@@ -122,7 +130,7 @@ void ThumbnailPicture::load() {
         setImage(known);
     if (const QImage glow = m_backdrop ? thumbnails.peekBackdrop(m_asset) : QImage(); !glow.isNull() || !m_backdrop)
         setGlow(glow);
-    if (!isVisible() || !window())
+    if (!isVisible() || !window() || m_isHeld)
         return;
     if (!known.isNull()) {
         makeGlow();

@@ -26,6 +26,7 @@ class ThumbnailPicture : public QQuickItem {
     Q_PROPERTY(double size READ size WRITE setSize NOTIFY sizeChanged)
     Q_PROPERTY(bool backdrop READ backdrop WRITE setBackdrop NOTIFY backdropChanged)
     Q_PROPERTY(double cornerRadius READ cornerRadius WRITE setCornerRadius NOTIFY cornerRadiusChanged)
+    Q_PROPERTY(bool held READ isHeld WRITE setHeld NOTIFY heldChanged)
     Q_PROPERTY(bool hasImage READ hasImage NOTIFY imageChanged)
     Q_PROPERTY(bool failed READ failed NOTIFY failedChanged)
     Q_PROPERTY(QString kindSymbol READ kindSymbol NOTIFY assetChanged)
@@ -49,6 +50,10 @@ public:
     double cornerRadius() const { return m_cornerRadius; }
     void setCornerRadius(double radius);
 
+    // Only what is at hand is shown and nothing asked for: the machine is needed for something else first.
+    bool isHeld() const { return m_isHeld; }
+    void setHeld(bool held);
+
     bool hasImage() const { return !m_image.isNull(); }
     QImage image() const { return m_image; }
     QImage glow() const { return m_glow; }
@@ -64,6 +69,7 @@ Q_SIGNALS:
     void sizeChanged();
     void backdropChanged();
     void cornerRadiusChanged();
+    void heldChanged();
     void imageChanged();
     void failedChanged();
 
@@ -92,6 +98,7 @@ private:
     double m_size = 0;
     bool m_backdrop = false;
     double m_cornerRadius = 0;
+    bool m_isHeld = false;
     QImage m_image;
     QImage m_glow;
     bool m_failed = false;

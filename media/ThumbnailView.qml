@@ -12,6 +12,7 @@ Item {
     property alias size: picture.size
     property alias backdrop: picture.backdrop
     property alias cornerRadius: picture.cornerRadius
+    property alias held: picture.held
     readonly property alias hasImage: picture.hasImage
     readonly property alias failed: picture.failed
 

@@ -13,6 +13,7 @@ Item {
     required property string name
     required property bool starred
     required property bool playing
+    property bool held: false // a picture that is not at hand is not asked for yet
 
     signal clicked()
 
@@ -63,6 +64,7 @@ Item {
             asset: row.asset
             size: row.bucket
             backdrop: true
+            held: row.held
             cornerRadius: well.radius
         }
     }

@@ -313,7 +313,8 @@ void ScreeningRoom::hideIfIdle() {
 // Whatever waits for the player, or on it.
 void ScreeningRoom::followPlayer() {
     const bool runs = m_open && m_engine->isPlaying();
-    m_stills.setHeldBack(runs && m_engine->time() <= 0);
+    m_opening = runs && m_engine->time() <= 0;
+    m_stills.setHeldBack(m_opening);
     const bool mayHide = runs && m_chrome;
     if (mayHide != m_idleness.isActive())
         mayHide ? m_idleness.start() : m_idleness.stop();

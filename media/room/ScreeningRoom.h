@@ -58,6 +58,7 @@ class ScreeningRoom : public QObject {
     Q_PROPERTY(QImage poster READ poster NOTIFY posterChanged BINDABLE bindablePoster)
     Q_PROPERTY(QImage ambient READ ambient NOTIFY ambientChanged BINDABLE bindableAmbient)
     Q_PROPERTY(QSize pixelSize READ pixelSize NOTIFY pixelSizeChanged BINDABLE bindablePixelSize)
+    Q_PROPERTY(bool opening READ isOpening NOTIFY openingChanged BINDABLE bindableOpening)
     Q_PROPERTY(QString breadcrumb READ breadcrumb NOTIFY breadcrumbChanged BINDABLE bindableBreadcrumb)
     Q_PROPERTY(QString meta READ meta NOTIFY metaChanged BINDABLE bindableMeta)
 
@@ -132,6 +133,10 @@ public:
     // The image's own size in its file, upright; empty while not known, and for all but images.
     QSize pixelSize() const { return m_pixelSize; }
     QBindable<QSize> bindablePixelSize() const { return &m_pixelSize; }
+
+    // A film or a sound is being opened: whatever is not needed for it waits until it runs.
+    bool isOpening() const { return m_opening; }
+    QBindable<bool> bindableOpening() const { return &m_opening; }
 
     // Where the file lies, in words.
     QString breadcrumb() const { return m_breadcrumb; }
@@ -233,6 +238,7 @@ Q_SIGNALS:
     void posterChanged();
     void ambientChanged();
     void pixelSizeChanged();
+    void openingChanged();
     void breadcrumbChanged();
     void metaChanged();
     void indexChanged();
@@ -287,6 +293,7 @@ private:
     Q_OBJECT_BINDABLE_PROPERTY(ScreeningRoom, QImage, m_poster, &ScreeningRoom::posterChanged)
     Q_OBJECT_BINDABLE_PROPERTY(ScreeningRoom, QImage, m_ambient, &ScreeningRoom::ambientChanged)
     Q_OBJECT_BINDABLE_PROPERTY(ScreeningRoom, QSize, m_pixelSize, &ScreeningRoom::pixelSizeChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(ScreeningRoom, bool, m_opening, false, &ScreeningRoom::openingChanged)
     Q_OBJECT_BINDABLE_PROPERTY(ScreeningRoom, QString, m_breadcrumb, &ScreeningRoom::breadcrumbChanged)
     Q_OBJECT_BINDABLE_PROPERTY(ScreeningRoom, QString, m_meta, &ScreeningRoom::metaChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(ScreeningRoom, bool, m_chrome, true, &ScreeningRoom::chromeChanged)

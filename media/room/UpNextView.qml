@@ -105,6 +105,7 @@ Item {
             objectName: "row" + index
             x: Theme.gap
             width: ListView.view.width - 2 * x
+            held: view.room.opening
             onClicked: view.room.pick(path)
 
             FocusRing {

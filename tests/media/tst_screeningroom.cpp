@@ -27,6 +27,25 @@ private Q_SLOTS:
         QTRY_VERIFY(screening.engine()->duration() > 0);
     }
 
+    void aFilmIsOpeningUntilItRunsAndAnImageNever() {
+        Room room;
+        room.clip("p/a.mp4");
+        room.picture("p/b.png");
+        ScreeningRoom& screening = room.open("p/a.mp4", {"p/a.mp4", "p/b.png"});
+        QVERIFY(screening.isOpening());
+        QTRY_VERIFY(!screening.isOpening());
+        QVERIFY(screening.engine()->time() > 0);
+        screening.go(1);
+        QVERIFY(!screening.isOpening());
+    }
+
+    void whatCanNotBePlayedIsNotOpeningForEver() {
+        Room room;
+        room.home.file("Library/p/a.mp4", "no film");
+        ScreeningRoom& screening = room.open("p/a.mp4", {"p/a.mp4"});
+        QTRY_VERIFY(!screening.isOpening());
+    }
+
     void anImageIsDecodedAndThePlayerStops() {
         Room room;
         room.clip("p/a.mp4");

@@ -164,6 +164,21 @@ private Q_SLOTS:
         QTRY_VERIFY(!window.value("view", "hasImage").toBool());
     }
 
+    void whatIsHeldShowsWhatIsAtHandAndAsksForNothing() {
+        const QVariant known = wide("held-known.png", Qt::red), unknown = wide("held-unknown.png", Qt::blue);
+        QmlWindow window(oneView, imports, {{QStringLiteral("asset"), known}});
+        QTRY_VERIFY(window.value("view", "hasImage").toBool());
+        window.find("view")->setProperty("held", true);
+        window.root()->setProperty("asset", unknown);
+        QTest::qWait(300); // as long as it would take
+        QVERIFY(!window.value("view", "hasImage").toBool());
+        window.root()->setProperty("asset", known);
+        QVERIFY(window.value("view", "hasImage").toBool());
+        window.root()->setProperty("asset", unknown);
+        window.find("view")->setProperty("held", false);
+        QTRY_VERIFY(window.value("view", "hasImage").toBool());
+    }
+
     void whatIsHiddenAsksForNothing() {
         const QVariant hidden = wide("hidden.png", Qt::red), shown = wide("shown.png", Qt::red);
         QmlWindow window(R"(
