@@ -28,6 +28,13 @@ struct Picture : QObject {
 
 } // namespace
 
+// The next beat comes a tenth of a second after the frame: who is kept from the processor for so long waits for
+// nothing.
+#define VERIFY_WAITING(isShown)                                                                                        \
+    if (isShown && m_sinceFrame.hasExpired(80))                                                                        \
+        QSKIP("the machine is too slow to be early");                                                                  \
+    QVERIFY(!isShown)
+
 class tst_ArrivalPace : public QObject {
     Q_OBJECT
 
@@ -57,7 +64,7 @@ private Q_SLOTS:
         const Picture other(*m_pace);
         bool isShown = false;
         one.arrive(isShown);
-        QVERIFY(!isShown);
+        VERIFY_WAITING(isShown);
         QTRY_VERIFY(isShown); // though the other one does not come
     }
 
@@ -67,7 +74,7 @@ private Q_SLOTS:
         bool isOneShown = false;
         bool isOtherShown = false;
         one.arrive(isOneShown);
-        QVERIFY(!isOneShown);
+        VERIFY_WAITING(isOneShown);
         other.arrive(isOtherShown);
         QVERIFY(isOneShown && isOtherShown);
     }
@@ -88,7 +95,7 @@ private Q_SLOTS:
         auto gone = std::make_unique<Picture>(*m_pace);
         bool isGoneShown = false;
         gone->arrive(isGoneShown);
-        QVERIFY(!isGoneShown);
+        VERIFY_WAITING(isGoneShown);
         gone.reset();
         bool isOtherShown = false;
         other.arrive(isOtherShown);
@@ -108,10 +115,12 @@ private:
         QSignalSpy drawn(m_window.get(), &QQuickWindow::frameSwapped);
         m_window->update();
         QVERIFY(drawn.wait());
+        m_sinceFrame.start();
     }
 
     std::unique_ptr<QQuickWindow> m_window;
     ArrivalPace* m_pace = nullptr;
+    QElapsedTimer m_sinceFrame;
 };
 
 QTEST_MAIN(tst_ArrivalPace)
