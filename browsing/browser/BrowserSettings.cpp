@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "BrowserSettings.h"
 
+#include <algorithm>
+
 namespace lumbra {
 
 BrowserSettings::BrowserSettings(Preferences& preferences, QObject* parent)
@@ -10,7 +12,7 @@ BrowserSettings::BrowserSettings(Preferences& preferences, QObject* parent)
 }
 
 void BrowserSettings::read() {
-    m_zoom = m_preferences.value(PreferenceKeys::zoom);
+    m_zoom = std::clamp(m_preferences.value(PreferenceKeys::zoom), smallestZoom, largestZoom);
     m_sort = sortOrderFromRaw(m_preferences.value(PreferenceKeys::sort)).value_or(SortOrder::newest);
     m_kindRaw = m_preferences.value(PreferenceKeys::kind);
     m_recursive = m_preferences.value(PreferenceKeys::recursive);

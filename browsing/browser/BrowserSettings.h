@@ -18,6 +18,8 @@ class BrowserSettings : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("The browser holds its settings.")
     Q_PROPERTY(double zoom READ zoom WRITE setZoom NOTIFY zoomChanged)
+    Q_PROPERTY(double smallestZoom READ smallest CONSTANT)
+    Q_PROPERTY(double largestZoom READ largest CONSTANT)
     Q_PROPERTY(QString sort READ sortRaw WRITE setSortRaw NOTIFY sortChanged)
     Q_PROPERTY(QString kindRaw READ kindRaw WRITE setKindRaw NOTIFY kindRawChanged)
     Q_PROPERTY(bool recursive READ recursive WRITE setRecursive NOTIFY recursiveChanged)
@@ -28,7 +30,10 @@ public:
     // The preferences must outlive it. A value that is changed there is followed here.
     explicit BrowserSettings(Preferences& preferences, QObject* parent = nullptr);
 
-    // The least width of a tile, in points.
+    static constexpr double smallestZoom = 100;
+    static constexpr double largestZoom = 360;
+
+    // The least width of a tile, in points; within these bounds, whatever the preferences hold.
     double zoom() const { return m_zoom; }
     void setZoom(double zoom) { m_preferences.setValue(PreferenceKeys::zoom, zoom); }
 
@@ -62,6 +67,8 @@ Q_SIGNALS:
 
 private:
     void read();
+    double smallest() const { return smallestZoom; }
+    double largest() const { return largestZoom; }
     QString sortRaw() const { return rawValue(sort()); }
     void setSortRaw(const QString& raw) { setSort(sortOrderFromRaw(raw).value_or(sort())); }
 

@@ -10,9 +10,6 @@ Rectangle {
 
     required property Browser browser
 
-    readonly property int smallest: 100
-    readonly property int largest: 360
-
     implicitHeight: 32
     color: Theme.pane
 
@@ -30,8 +27,8 @@ Rectangle {
         property bool there: false
         anchors { right: parent.right; rightMargin: Theme.pageMargin; verticalCenter: parent.verticalCenter }
         text: qsTr("Thumbnail size")
-        from: line.smallest
-        to: line.largest
+        from: line.browser.settings.smallestZoom
+        to: line.browser.settings.largestZoom
         stepSize: 10 // of an arrow key
         value: line.browser.settings.zoom
         // However it was moved: by the pointer, by keys, or by assistive technology.

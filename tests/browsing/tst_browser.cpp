@@ -339,6 +339,25 @@ private Q_SLOTS:
         QVERIFY(!later.showInspector());
     }
 
+    void aZoomBeyondItsSliderIsTheNearestOnIt_data() {
+        QTest::addColumn<double>("kept");
+        QTest::addColumn<double>("zoom");
+        QTest::newRow("least") << 100.0 << 100.0;
+        QTest::newRow("most") << 360.0 << 360.0;
+        QTest::newRow("small") << 99.0 << 100.0;
+        QTest::newRow("nothing") << 0.0 << 100.0;
+        QTest::newRow("as wide as no gap") << -14.0 << 100.0;
+        QTest::newRow("huge") << 1e300 << 360.0;
+    }
+    void aZoomBeyondItsSliderIsTheNearestOnIt() {
+        QFETCH(double, kept);
+        TestHome home;
+        Preferences preferences(home.path().child("settings.ini"));
+        preferences.setValue(PreferenceKeys::zoom, kept);
+        const BrowserSettings settings(preferences);
+        QTEST(settings.zoom(), "zoom");
+    }
+
     void theZoomLoadsNothing() {
         Window window;
         window.file("p/a.png");

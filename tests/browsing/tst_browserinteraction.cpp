@@ -128,6 +128,80 @@ private Q_SLOTS:
         QVERIFY(!scrolled.first().at(1).toBool());
     }
 
+    void theKeysOfTheGrid_data() {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<bool>("withNothing"); // whether it is handled with nothing selected
+        QTest::addColumn<bool>("withOne");
+        QTest::addColumn<bool>("held"); // and when it repeats, with a file selected
+        const int none = Qt::NoModifier;
+        QTest::newRow("space") << int(Qt::Key_Space) << none << false << true << true;
+        QTest::newRow("return") << int(Qt::Key_Return) << none << false << true << true;
+        QTest::newRow("enter") << int(Qt::Key_Enter) << none << false << true << true;
+        QTest::newRow("s") << int(Qt::Key_S) << none << false << true << true;
+        QTest::newRow("S") << int(Qt::Key_S) << int(Qt::ShiftModifier) << false << true << true;
+        QTest::newRow("left") << int(Qt::Key_Left) << none << true << true << true;
+        QTest::newRow("up") << int(Qt::Key_Up) << none << true << true << true;
+        QTest::newRow("right") << int(Qt::Key_Right) << none << true << true << true;
+        QTest::newRow("down") << int(Qt::Key_Down) << none << true << true << true;
+        QTest::newRow("escape") << int(Qt::Key_Escape) << none << true << true << false;
+        QTest::newRow("delete") << int(Qt::Key_Delete) << none << true << true << true;
+        QTest::newRow("copy") << int(Qt::Key_C) << int(Qt::ControlModifier) << true << true << true;
+        QTest::newRow("select all") << int(Qt::Key_A) << int(Qt::ControlModifier) << true << true << true;
+        QTest::newRow("another letter") << int(Qt::Key_X) << none << false << false << false;
+        QTest::newRow("s with a command") << int(Qt::Key_S) << int(Qt::ControlModifier) << false << false << false;
+    }
+    void theKeysOfTheGrid() {
+        QFETCH(int, key);
+        QFETCH(int, modifiers);
+        Window window;
+        const Location file = window.file("p/a.png");
+        window.open(Place::folder(window.folder("p")));
+        Browser& browser = *window.browser;
+        QTRY_COMPARE(browser.assets().size(), 1);
+        const auto handled = [&](bool selected, bool repeated) {
+            browser.clickBackground();
+            if (selected)
+                browser.click(cellOf(file), Qt::NoModifier);
+            return browser.press(key, Qt::KeyboardModifiers(modifiers), repeated);
+        };
+        QTEST(handled(false, false), "withNothing");
+        QTEST(handled(true, true), "held");
+        QTEST(handled(true, false), "withOne");
+    }
+
+    void arrowsStepOverStacks() {
+        Window window;
+        // Four of the folder stand alone, the others are its stack between them and the file of the other folder.
+        for (int n = 1; n <= 6; ++n)
+            window.file("p/frames/" + std::to_string(n) + ".png", n);
+        window.file("p/last.png", 100);
+        window.open();
+        Browser& browser = *window.browser;
+        QTRY_COMPARE(totalOf(browser), 7);
+        QCOMPARE(browser.sections().first().entries.size(), 6);
+        for (int n = 1; n <= 4; ++n)
+            browser.press(Qt::Key_Right, Qt::NoModifier, false);
+        QCOMPARE(names(browser.selected()), strings({"4.png"}));
+        browser.press(Qt::Key_Right, Qt::NoModifier, false);
+        QCOMPARE(names(browser.selected()), strings({"last.png"}));
+        browser.press(Qt::Key_Left, Qt::NoModifier, false);
+        QCOMPARE(names(browser.selected()), strings({"4.png"}));
+    }
+
+    void whatPlaysKeepsTheOrderOfItsStart() {
+        Window window;
+        window.file("p/a.png", 10);
+        window.file("p/b.png", 20);
+        window.open(Place::folder(window.folder("p")));
+        Browser& browser = *window.browser;
+        QTRY_COMPARE(browser.assets().size(), 2);
+        browser.play(browser.assets().last());
+        window.file("p/c.png", 5);
+        QTRY_COMPARE(browser.order().size(), 3);
+        QCOMPARE(names(window.library->playing()->order), (strings({"a.png", "b.png"})));
+    }
+
     void keysWithNothingSelectedPassOn() {
         Window window;
         window.file("p/a.png");
