@@ -22,6 +22,7 @@ Capsule {
     symbolColor: toasts.amber ? Theme.amber : Theme.text
     text: toasts.text
     buttonText: toasts.undoable ? "Undo" : ""
+    buttonHint: "Undo (%1)".arg(Shortcuts.text(StandardKey.Undo))
     onActivated: toasts.undo()
 
     Behavior on lift { SpringNumber {} }

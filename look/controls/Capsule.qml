@@ -11,6 +11,7 @@ Item {
     property alias symbolColor: symbol.color
     property string text
     property string buttonText
+    property string buttonHint
     property int widest: 560
 
     signal activated()
@@ -62,6 +63,7 @@ Item {
             visible: capsule.buttonText !== ""
             kind: Button.Plain
             text: capsule.buttonText
+            hint: capsule.buttonHint
             onClicked: capsule.activated()
         }
     }

@@ -40,6 +40,8 @@ void tst_keyboardjobs::whatAToastOffersToUndoIsUndoneByKey() {
     m_ui.press(Qt::Key_Z, Qt::ControlModifier);
     QCOMPARE(m_undone, 0);
     offerUndo();
+    QCOMPARE(QAccessible::queryAccessibleInterface(m_ui.named("capsuleButton"))->text(QAccessible::Description),
+             QStringLiteral("Undo (Ctrl+Z)"));
     m_ui.press(Qt::Key_Z, Qt::ControlModifier);
     QCOMPARE(m_undone, 1);
     QVERIFY(!m_ui.library().toast());
