@@ -212,7 +212,7 @@ private Q_SLOTS:
         pane.open(Place::folder(pane.folder("p")));
         pane.browser->setSearch(u"zz"_qs);
         QTRY_VERIFY(pane.control("Button", u"Show Everything"_qs));
-        QVERIFY(pane.control("Label", u"Nothing matches “zz”."_qs));
+        QVERIFY(pane.control("BalancedLabel", u"Nothing matches “zz”."_qs));
         press(pane.control("Button", u"Show Everything"_qs));
         QVERIFY(pane.browser->search().isEmpty());
     }
