@@ -22,7 +22,7 @@ Capsule {
     symbolColor: toasts.amber ? Theme.amber : Theme.text
     text: toasts.text
     buttonText: toasts.undoable ? "Undo" : ""
-    buttonHint: "Undo (%1)".arg(Shortcuts.text(StandardKey.Undo))
+    buttonHint: "Undo (Ctrl+Z)"
     onActivated: toasts.undo()
 
     Behavior on lift { SpringNumber {} }
@@ -30,7 +30,7 @@ Capsule {
 
     // The button is gone before anyone could come to it with the Tab key.
     Shortcut {
-        sequences: [StandardKey.Undo]
+        sequence: "Ctrl+Z"
         enabled: view.toasts.shown && view.toasts.undoable && Sheets.shown === 0
         onActivated: view.toasts.undo()
     }

@@ -50,7 +50,7 @@ Item {
     }
 
     Shortcut {
-        sequences: [StandardKey.Find]
+        sequence: "Ctrl+F"
         enabled: Sheets.shown === 0 && !contents.door.open
         onActivated: page.find()
     }
