@@ -35,7 +35,6 @@ App::App(const QElapsedTimer& started, QObject* parent) : QObject(parent), m_sta
 }
 
 App::~App() {
-    Startup::end(); // what still waits for it could not be joined
     Actions::usePanels(nullptr);
     // A tile that its view has let go while it was being made ends the program if it outlives the engine.
     if (m_engine && !m_engine->rootObjects().isEmpty())
