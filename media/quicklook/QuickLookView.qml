@@ -15,6 +15,7 @@ Item {
     id: view
 
     property alias path: reading.path
+    property bool held: false // what takes the machine for a moment waits: something else moves on the screen
     property var poster // a small picture of the document that is at hand; may be null
     readonly property alias stage: reading.stage
     readonly property bool shown: reading.stage !== "nothing" && (shownStage?.shown ?? true)
@@ -101,6 +102,7 @@ Item {
                 folder: reading.folder
                 version: reading.version
                 steady: true
+                held: view.held
                 paper: Theme.paper
                 onLinkActivated: link => reading.openLink(link)
             }

@@ -12,6 +12,7 @@ Item {
     property color paper: Theme.clear
     property int version: 0 // another one loads the page anew
     property bool steady: false // what was shown of the page stays until then
+    property bool held: false // the first view is not made yet: something else moves on the screen
     property bool film: false // the page plays one, and is shown once that has a picture
 
     readonly property bool shown: (webPage?.shown ?? false) && !failed
@@ -37,6 +38,8 @@ Item {
             leave()
             return
         }
+        if (held && !WebViews.ready)
+            return
         if (!view || view.crashed) {
             view = WebViews.take(stage)
             isMissing = view === null
@@ -63,6 +66,7 @@ Item {
 
     onPageChanged: Qt.callLater(load)
     onVersionChanged: Qt.callLater(load)
+    onHeldChanged: if (!view) Qt.callLater(load)
     Component.onCompleted: Qt.callLater(load)
     Component.onDestruction: leave()
 }

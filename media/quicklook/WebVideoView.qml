@@ -12,6 +12,7 @@ Item {
 
     property alias path: videoPage.video // as an address
     property alias autoplay: videoPage.autoplay
+    property alias held: stage.held
     readonly property alias shown: stage.shown
     readonly property alias failed: stage.failed
 

@@ -1,5 +1,5 @@
-// The web views: made when first needed, since the first takes 100 ms and 155 MB, and then one is kept for whoever
-// comes next. One is free when nobody has it as a child.
+// The web views: made when first needed, or just before that while nobody waits, since the first takes 100 ms and 155 MB,
+// and then one is kept for whoever comes next. One is free when nobody has it as a child.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 pragma Singleton
@@ -11,6 +11,7 @@ Item {
 
     property var made: []
     property Component maker: null
+    readonly property bool ready: made.length > 0 // whoever comes next does not wait for one
 
     // A view as a child of the item; null where there is no web engine. To give it back is to take its parent away.
     function take(item: Item): Item {
@@ -21,13 +22,23 @@ Item {
             discard(other => other.parent === null)
             return view
         }
+        return make(item)
+    }
+
+    // Makes the first one ahead, in this thread.
+    function prepare() {
+        if (!ready)
+            make(null)
+    }
+
+    function make(item: Item): Item {
         if (!WebRights.mayStart())
             return null
         if (!maker)
             maker = Qt.createComponent(Qt.resolvedUrl("WebPage.qml"))
-        view = maker.status === Component.Ready ? maker.createObject(views, { parent: item }) : null
+        const view = maker.status === Component.Ready ? maker.createObject(views, { parent: item }) : null
         if (view)
-            made.push(view)
+            made = made.concat([view])
         else
             console.warn(maker.errorString())
         return view

@@ -2,6 +2,7 @@
 #include "RoomDoor.h"
 
 #include "media/Mpris.h"
+#include "media/quicklook/WebLibrary.h"
 
 namespace lumbra {
 
@@ -45,7 +46,11 @@ void RoomDoor::follow() {
 }
 
 void RoomDoor::expect(const Asset& asset) {
-    if (!usesEngine(asset) || m_room)
+    if (m_room)
+        return;
+    if (usesWebView(asset))
+        WebLibrary::loadAhead();
+    if (!usesEngine(asset))
         return;
     getReady();
     if (!std::exchange(m_hasOpened, true))

@@ -2,6 +2,7 @@
 #include "RoomText.h"
 
 #include "media/player/Timecode.h"
+#include "media/quicklook/DocumentKind.h"
 #include "platform/Phrases.h"
 
 #include <QStringList>
@@ -30,6 +31,11 @@ QString stageOf(const Asset& asset) {
     if (asset.kind == AssetKind::video && !usesEngine(asset))
         return QStringLiteral("web");
     return rawValue(asset.kind);
+}
+
+bool usesWebView(const Asset& asset) {
+    const bool isPage = asset.kind == AssetKind::document && documentKindOf(asset.url) == DocumentKind::webPage;
+    return isPage || stageOf(asset) == QLatin1String("web");
 }
 
 namespace RoomText {

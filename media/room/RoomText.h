@@ -18,6 +18,9 @@ bool usesEngine(const Asset& asset);
 // "image", "video", "web", "audio" or "document".
 QString stageOf(const Asset& asset);
 
+// A web view shows it: a film in one of its containers, or a page.
+bool usesWebView(const Asset& asset);
+
 namespace RoomText {
 
 // "Site / renders / day 2" for a file in that folder of that project; "Library" without one. `file` lies below the

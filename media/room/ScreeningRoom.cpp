@@ -5,6 +5,7 @@
 #include "core/PreferenceKeys.h"
 #include "library/Actions.h"
 #include "media/Thumbnails.h"
+#include "media/quicklook/WebLibrary.h"
 #include "platform/Desktop.h"
 
 #include <QGuiApplication>
@@ -142,10 +143,17 @@ void ScreeningRoom::load() {
 
 void ScreeningRoom::readAhead() {
     Assets neighbours;
+    bool nearsWebView = false;
     for (const int beside : {m_index + m_direction, m_index - m_direction})
-        if (m_index >= 0 && beside >= 0 && beside < m_order.count())
-            if (const Asset asset = m_order.assetAt(beside); asset.kind == AssetKind::image)
+        if (m_index >= 0 && beside >= 0 && beside < m_order.count()) {
+            const Asset asset = m_order.assetAt(beside);
+            nearsWebView = nearsWebView || usesWebView(asset);
+            if (asset.kind == AssetKind::image)
                 neighbours.append(asset);
+        }
+    m_nearsWebView = nearsWebView;
+    if (nearsWebView || usesWebView(m_asset))
+        WebLibrary::loadAhead();
     const bool isImage = m_asset.kind == AssetKind::image;
     m_stills.want(isImage ? std::optional(m_asset) : std::nullopt, neighbours);
 }

@@ -64,6 +64,7 @@ class ScreeningRoom : public QObject {
 
     // The files beside it.
     Q_PROPERTY(lumbra::RoomOrder* order READ orderModel CONSTANT)
+    Q_PROPERTY(bool nearsWebView READ nearsWebView NOTIFY nearsWebViewChanged BINDABLE bindableNearsWebView)
     Q_PROPERTY(int index READ index NOTIFY indexChanged BINDABLE bindableIndex)
 
     // What shows beside the stage.
@@ -154,6 +155,10 @@ public:
     int index() const { return m_index; }
     QBindable<int> bindableIndex() const { return &m_index; }
 
+    // One of the two files beside it in the order needs a web view.
+    bool nearsWebView() const { return m_nearsWebView; }
+    QBindable<bool> bindableNearsWebView() const { return &m_nearsWebView; }
+
     // The controls show.
     bool chrome() const { return m_chrome; }
     QBindable<bool> bindableChrome() const { return &m_chrome; }
@@ -242,6 +247,7 @@ Q_SIGNALS:
     void breadcrumbChanged();
     void metaChanged();
     void indexChanged();
+    void nearsWebViewChanged();
     void chromeChanged();
     void pointerHiddenChanged();
     void showInfoChanged();
@@ -289,6 +295,8 @@ private:
     bool m_queueShown = false;
 
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(ScreeningRoom, int, m_index, -1, &ScreeningRoom::indexChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(ScreeningRoom, bool, m_nearsWebView, false,
+                                         &ScreeningRoom::nearsWebViewChanged)
     Q_OBJECT_BINDABLE_PROPERTY(ScreeningRoom, QImage, m_stillImage, &ScreeningRoom::stillImageChanged)
     Q_OBJECT_BINDABLE_PROPERTY(ScreeningRoom, QImage, m_poster, &ScreeningRoom::posterChanged)
     Q_OBJECT_BINDABLE_PROPERTY(ScreeningRoom, QImage, m_ambient, &ScreeningRoom::ambientChanged)

@@ -15,6 +15,9 @@ FocusScope {
     // To be drawn, but not to be seen.
     property bool rehearses: false
 
+    // It fades in: what stalls it would be seen.
+    property bool opens: true
+
     // Once it can no longer be seen.
     signal faded()
 
@@ -68,7 +71,12 @@ FocusScope {
         opacity = Qt.binding(() => room.open ? 1 : rehearses ? unseen : 0)
         takeFocus()
     }
-    onOpacityChanged: if (opacity === 0 && !room.open) faded()
+    onOpacityChanged: {
+        if (opacity === 1)
+            opens = false
+        if (opacity === 0 && !room.open)
+            faded()
+    }
 
     Behavior on opacity {
         enabled: !view.rehearses
@@ -82,6 +90,14 @@ FocusScope {
     Connections {
         target: view.room
         function onOpenChanged() { view.takeFocus() }
+        function onAssetChanged() { if (calm.running) calm.restart() }
+    }
+    // The first web view is made while somebody looks at what stands still, before the walk comes to what needs it.
+    Timer {
+        id: calm
+        interval: 600 // milliseconds without a step
+        running: view.room.nearsWebView && view.room.open && !view.opens && !view.room.engine.isPlaying && !WebViews.ready
+        onTriggered: WebViews.prepare()
     }
     // A menu or a panel that closes gives the keys to the window's page, which lies behind the room.
     Connections {
@@ -178,6 +194,7 @@ FocusScope {
             sourceComponent: WebVideoView {
                 path: view.room.url
                 autoplay: true
+                held: view.opens
             }
         }
         Loader {
@@ -196,6 +213,7 @@ FocusScope {
                     anchors.fill: parent
                     path: view.room.path
                     poster: view.room.poster
+                    held: view.opens
                 }
             }
         }

@@ -156,6 +156,33 @@ private Q_SLOTS:
         QVERIFY2(ofFilm.width() > 50, found);
     }
 
+    void theFirstViewIsMadeWhileNobodyWaitsIfSomethingNearNeedsIt() {
+        Room room;
+        room.picture("p/a.png");
+        room.clip("p/b.webm", "vp9.webm");
+        room.open("p/a.png", {"p/a.png", "p/b.webm"});
+        QVERIFY(room.room->nearsWebView());
+        RoomWindow window(room);
+        QTRY_COMPARE_WITH_TIMEOUT(viewsOf(window), 1, 20'000);
+        window.window.press(Qt::Key_Down);
+        QTRY_VERIFY_WITH_TIMEOUT(window.window.find("webStage")->property("shown").toBool(), 20'000);
+        QCOMPARE(viewsOf(window), 1);
+    }
+
+    void noViewIsMadeWhereNothingNearNeedsIt() {
+        Room room;
+        room.picture("p/a.png");
+        room.picture("p/b.png");
+        room.clip("p/c.webm", "vp9.webm");
+        room.open("p/a.png", {"p/a.png", "p/b.png", "p/c.webm"});
+        QVERIFY(!room.room->nearsWebView());
+        RoomWindow window(room);
+        QTest::qWait(1500); // far longer than it would take
+        QCOMPARE(viewsOf(window), 0);
+        window.window.press(Qt::Key_Down);
+        QVERIFY(room.room->nearsWebView());
+    }
+
     void aCrashLeavesTheRoomAndItsKeys() {
         Room room;
         room.clip("p/a.webm", "vp9.webm");
@@ -422,6 +449,16 @@ private:
     }
 
     static bool shows(QmlWindow& window, const char* name = "film") { return window.value(name, "shown").toBool(); }
+
+    // How many web views the window has made that are still there.
+    static int viewsOf(RoomWindow& window) {
+        QQmlComponent component(&window.window.engine());
+        component.setData(
+            "import QtQml\nimport Lumbra.Media\nQtObject { readonly property int count: WebViews.made.length }",
+            QUrl());
+        const std::unique_ptr<QObject> counter(component.create());
+        return counter ? counter->property("count").toInt() : -1;
+    }
 
     // The web view that the film stands in; null while it has none.
     static QObject* viewOf(QmlWindow& window, const char* name = "film") {
