@@ -55,12 +55,13 @@ Sheet {
             horizontalAlignment: Text.AlignHCenter
             Accessible.role: Accessible.Heading
         }
-        Label {
-            Layout.preferredWidth: sheet.measure
+        BalancedLabel {
+            Layout.alignment: Qt.AlignHCenter
+            Layout.preferredWidth: best
+            available: sheet.measure
             text: "Everything your coding agents render, generate and export, in one library outside your repositories."
             color: Theme.textSoft
             horizontalAlignment: Text.AlignHCenter
-            wrapMode: Text.Wrap
         }
         OnboardingStep {
             Layout.fillWidth: true

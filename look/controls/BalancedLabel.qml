@@ -7,6 +7,7 @@ Label {
     id: sentence
 
     property real available: 0 // how wide it may be
+    readonly property real best: Math.min(available, balanced(text, available) + 1)
 
     // The least width in which the words take no more lines than in all of the room.
     function balanced(words: string, width: real): real {
@@ -33,7 +34,7 @@ Label {
         return Math.ceil(enough)
     }
 
-    width: Math.min(available, balanced(text, available) + 1)
+    width: best
     wrapMode: Text.Wrap
     elide: Text.ElideNone
 
