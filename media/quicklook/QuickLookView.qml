@@ -82,6 +82,8 @@ Item {
     Component {
         id: webPage
         Item {
+            id: webStage
+            readonly property bool held: view.held
             readonly property bool shown: web.shown || web.failed
             readonly property bool hasSelection: web.hasSelection
             function selectAll() { web.selectAll() }
@@ -102,7 +104,7 @@ Item {
                 folder: reading.folder
                 version: reading.version
                 steady: true
-                held: view.held
+                held: webStage.held
                 paper: Theme.paper
                 onLinkActivated: link => reading.openLink(link)
             }

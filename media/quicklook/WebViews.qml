@@ -36,7 +36,7 @@ Item {
             return null
         if (!maker)
             maker = Qt.createComponent(Qt.resolvedUrl("WebPage.qml"))
-        const view = maker.status === Component.Ready ? maker.createObject(views, { parent: item }) : null
+        const view = maker.status === Component.Ready ? maker.createObject(views, { parent: item }) as Item : null
         if (view)
             made = made.concat([view])
         else
