@@ -102,6 +102,25 @@ private Q_SLOTS:
         QVERIFY(!poster->isVisible());
     }
 
+    void aFilmThatWasClickedLeavesTheRoomItsKeys() {
+        Room room;
+        room.clip("p/a.webm", "long.webm");
+        room.picture("p/b.png");
+        room.open("p/a.webm", {"p/a.webm", "p/b.png"});
+        RoomWindow window(room);
+        QTRY_VERIFY_WITH_TIMEOUT(window.window.find("webStage")->property("shown").toBool(), 20'000);
+        window.window.click("webStage");
+        QTest::qWait(100);
+        QVERIFY(window.room.focused());
+        window.window.press(Qt::Key_Down);
+        QCOMPARE(window.room.name(), named("b.png"));
+        QTRY_VERIFY(window.room.focused()); // also when what was clicked has gone
+        window.window.press(Qt::Key_Up);
+        QCOMPARE(window.room.name(), named("a.webm"));
+        window.window.press(Qt::Key_Escape);
+        QVERIFY(!room.library->playing());
+    }
+
     void thePosterStandsWhereTheFilmWillStand_data() {
         QTest::addColumn<QSize>("window");
         QTest::newRow("in a larger stage") << QSize(600, 400);
