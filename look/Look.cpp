@@ -28,12 +28,14 @@ void prepareEngine(QQmlEngine& engine) {
     const QString here = QCoreApplication::applicationDirPath();
     engine.addImportPath(here + QStringLiteral("/qml"));
     engine.addImportPath(here + QStringLiteral("/../lib/lumbra/qml"));
-    // A module's types are known only once something has imported it, and comfort is set before the first view.
-    QQmlComponent(&engine).setData("import QtQml\nimport Lumbra.Look\nQtObject {}", QUrl());
 }
 
 void setAppearance(QQmlEngine& engine, bool highContrast, bool reducedMotion) {
-    auto* comfort = engine.singletonInstance<Comfort*>(qmlTypeId("Lumbra.Look", 1, 0, "Comfort"));
+    // The types of a module are known only once something has imported it.
+    const auto type = [] { return qmlTypeId("Lumbra.Look", 1, 0, "Comfort"); };
+    if (type() < 0)
+        QQmlComponent(&engine).setData("import QtQml\nimport Lumbra.Look\nQtObject {}", QUrl());
+    auto* comfort = engine.singletonInstance<Comfort*>(type());
     comfort->set(highContrast, reducedMotion);
 }
 

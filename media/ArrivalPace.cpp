@@ -45,18 +45,23 @@ ArrivalPace::ArrivalPace(QQuickWindow& window) : QObject(&window) {
     connect(&window, &QQuickWindow::frameSwapped, this, &ArrivalPace::frameEnds, Qt::DirectConnection);
 }
 
-void ArrivalPace::add(QObject* context, std::function<void()> show) {
-    m_arrived.push_back({context, std::move(show)});
+void ArrivalPace::add(QObject* context, bool inSight, std::function<void()> show) {
+    m_arrived.push_back({context, inSight, std::move(show)});
     plan();
 }
 
 void ArrivalPace::plan() {
     if (m_arrived.empty())
         return;
+    if (!std::ranges::any_of(m_arrived, &Arrival::inSight)) {
+        if (!m_beat.isActive())
+            m_beat.start(longestPause);
+        return;
+    }
     const auto wait = std::chrono::ceil<std::chrono::milliseconds>(nextBeat() - Clock::now());
-    if (int(m_arrived.size()) >= m_awaited || wait <= 0ms)
+    if (m_awaited == 0 || wait <= 0ms)
         showAll();
-    else if (!m_beat.isActive())
+    else if (!m_beat.isActive() || m_beat.remainingTimeAsDuration() > wait)
         m_beat.start(wait);
 }
 

@@ -45,14 +45,16 @@ public:
     // The window's own; it lives as long as the window.
     static ArrivalPace& of(QQuickWindow& window);
 
-    // Calls `show` when it is time, unless the context has gone by then. The picture is still awaited meanwhile.
-    void add(QObject* context, std::function<void()> show);
+    // Calls `show` when it is time, unless the context has gone by then. Who has come is awaited no more. What is out
+    // of sight is no reason for a frame, and waits for the next beat.
+    void add(QObject* context, bool inSight, std::function<void()> show);
 
 private:
     using Clock = std::chrono::steady_clock;
 
     struct Arrival {
         QPointer<QObject> context;
+        bool inSight = false;
         std::function<void()> show;
     };
 

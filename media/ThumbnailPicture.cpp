@@ -133,7 +133,8 @@ void ThumbnailPicture::load() {
     if (!isVisible() || !window() || m_isHeld)
         return;
     if (!known.isNull()) {
-        makeGlow();
+        if (m_backdrop)
+            makeGlow(known);
         return;
     }
     m_isMissing = true;
@@ -184,19 +185,18 @@ std::optional<Reader::Urgency> ThumbnailPicture::urgencyWhereItStands() const {
 }
 
 void ThumbnailPicture::ask(Reader::Urgency urgency) {
-    m_request =
-        Thumbnails::shared().imageFor(m_asset, Thumbnails::bucket(m_size), urgency, this,
-                                      [this](const QImage& image) { whenDue([this, image] { takeImage(image); }); });
+    m_request = Thumbnails::shared().imageFor(m_asset, Thumbnails::bucket(m_size), urgency, this,
+                                              [this](const QImage& image) { receive(image); });
 }
 
-// Unless something else is wanted by then.
-void ThumbnailPicture::whenDue(std::function<void()> show) {
-    if (!window())
-        return;
-    ArrivalPace::of(*window()).add(this, [this, turn = m_turn, show = std::move(show)] {
-        if (turn == m_turn)
-            show();
-    });
+// Shown when it is due, with its glow if that is there by then.
+void ThumbnailPicture::receive(const QImage& image) {
+    const bool isAll = image.isNull() || !m_backdrop;
+    if (isAll)
+        m_awaited = {};
+    whenDue([this, image] { takeImage(image); });
+    if (!isAll)
+        makeGlow(image);
 }
 
 void ThumbnailPicture::takeImage(const QImage& image) {
@@ -206,23 +206,29 @@ void ThumbnailPicture::takeImage(const QImage& image) {
     setFailed(image.isNull());
     if (image.isNull())
         setGlow({}); // of the picture that the file had
-    makeGlow();
 }
 
-void ThumbnailPicture::makeGlow() {
-    if (!m_backdrop || m_image.isNull()) {
-        m_awaited = {};
-        return;
-    }
-    Thumbnails::shared().backdropFor(m_asset, m_image, this, [this, turn = m_turn](const QImage& glow) {
+void ThumbnailPicture::makeGlow(const QImage& image) {
+    Thumbnails::shared().backdropFor(m_asset, image, this, [this, turn = m_turn](const QImage& glow) {
         if (turn != m_turn)
             return;
+        m_awaited = {};
         whenDue([this, glow] {
-            m_awaited = {};
             if (m_backdrop)
                 setGlow(glow);
         });
     });
+}
+
+// Unless something else is wanted by then.
+void ThumbnailPicture::whenDue(std::function<void()> show) {
+    if (!window())
+        return;
+    ArrivalPace::of(*window()).add(this, m_asked == Reader::Urgency::visible,
+                                   [this, turn = m_turn, show = std::move(show)] {
+                                       if (turn == m_turn)
+                                           show();
+                                   });
 }
 
 void ThumbnailPicture::setImage(const QImage& image) {

@@ -86,9 +86,10 @@ private:
     void follow();
     std::optional<Reader::Urgency> urgencyWhereItStands() const;
     void ask(Reader::Urgency urgency);
+    void receive(const QImage& image);
     void takeImage(const QImage& image);
+    void makeGlow(const QImage& image);
     void whenDue(std::function<void()> show);
-    void makeGlow();
     void setImage(const QImage& image);
     void setGlow(const QImage& glow);
     void setFailed(bool failed);

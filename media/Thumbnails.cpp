@@ -64,7 +64,7 @@ void Thumbnails::backdropFor(const Asset& asset, const QImage& image, QObject* c
         ready(known);
         return;
     }
-    Tasks::run(Tasks::Pool::utility, [image] { return blurredBackdrop(image); })
+    Tasks::run(Tasks::Pool::userInitiated, [image] { return blurredBackdrop(image); })
         .then(this, [this, key = backdropKey(asset), receiver = QPointer<QObject>(context),
                      ready = std::move(ready)](const QImage& made) {
             m_backdrops.insert(key, made);

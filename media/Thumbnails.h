@@ -59,7 +59,7 @@ public:
     [[nodiscard]] Request imageFor(const Asset& asset, double size, Reader::Urgency urgency, QObject* context,
                                    Ready ready);
 
-    // The same for the backdrop of a picture that is there, on the utility pool.
+    // The same for the backdrop of a picture that is there, which somebody looks at by then.
     void backdropFor(const Asset& asset, const QImage& image, QObject* context, Ready ready);
 
 private:

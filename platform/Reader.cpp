@@ -239,8 +239,8 @@ Tasks::Task<Reader::PageText> Reader::pageText(const Location& file, const PageT
         });
 }
 
-void Reader::warmUp() {
-    m_pool->warmUp();
+void Reader::warmUp(size_t most) {
+    m_pool->warmUp(most);
 }
 
 size_t Reader::startedCount() const {

@@ -5,6 +5,7 @@
 #include "core/Config.h"
 #include "library/Actions.h"
 #include "look/Look.h"
+#include "platform/Reader.h"
 #include "platform/Startup.h"
 
 #include <QCoreApplication>
@@ -18,6 +19,7 @@ namespace lumbra {
 
 namespace {
 constexpr auto longestStart = std::chrono::seconds(1);
+constexpr auto firstPictures = std::chrono::milliseconds(150); // which are made before what nobody has asked for yet
 constexpr auto firstTime = Qt::ConnectionType(Qt::DirectConnection | Qt::SingleShotConnection);
 
 // What lies below the menus. A window of Qt Quick without menus calls something else its content.
@@ -55,11 +57,15 @@ bool App::show() {
     if (m_engine->rootObjects().isEmpty())
         return false;
     applyAppearance(); // its module is known to the engine only now
+    // Types are loaded on a thread of their own; meanwhile the controllers are made and the window comes up.
     QQmlComponent* const contents = load("WindowContents");
     makeControllers();
     // Shown here and not by the view, so that it comes in the state that it has.
     m_memory->attach(*window());
     window()->setVisible(true);
+    // By the time that there are pictures to ask for, a reader has loaded its decoders. Another one would keep the
+    // views from their processor.
+    Reader::shared().warmUp(1);
     // In a minimised window nothing is drawn.
     QTimer::singleShot(longestStart, this, &Startup::end);
     make(contents,
@@ -135,7 +141,8 @@ void App::takeContents(QObject* contents) {
 // On the thread that renders.
 void App::firstFrameShown() {
     Startup::end();
-    QMetaObject::invokeMethod(this, &App::makeOverlays, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this] { QTimer::singleShot(firstPictures, this, &App::makeOverlays); }, Qt::QueuedConnection);
 }
 
 void App::makeOverlays() {

@@ -2,7 +2,7 @@
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
-import QtQuick.Controls.Basic as Controls
+import QtQuick.Templates as T
 import Lumbra.Browsing
 import Lumbra.Look
 import Lumbra.Shell
@@ -29,7 +29,7 @@ MenuBar {
         }
         MenuSeparator {}
         MenuItem {
-            action: Controls.Action {
+            action: T.Action {
                 text: "Quit Lumbra"
                 shortcut: "Ctrl+Q"
                 onTriggered: Qt.quit()
@@ -39,7 +39,7 @@ MenuBar {
     Menu {
         title: "View"
         MenuItem {
-            action: Controls.Action {
+            action: T.Action {
                 text: "Jump To…"
                 shortcut: "Ctrl+K"
                 // A sheet that asks for something first gets its answer; the palette itself closes.

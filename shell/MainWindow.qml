@@ -3,10 +3,11 @@
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
-import QtQuick.Controls.Basic as Controls
+import QtQuick.Templates as T
 import Lumbra.Look
+import Lumbra.Shell
 
-Controls.ApplicationWindow {
+T.ApplicationWindow {
     id: window
 
     // As WindowContents.qml and WindowOverlays.qml have them; their types are not loaded here.
@@ -16,6 +17,18 @@ Controls.ApplicationWindow {
     title: contents?.title ?? Application.name
     color: Theme.window
     menuBar: contents?.menuBar ?? null
+
+    GraphicsRehearsal {
+        id: rehearsal
+        visible: false
+    }
+    // After the first frame, which the main thread waits for.
+    Connections {
+        target: window
+        enabled: window.contents === null
+        function onFrameSwapped() { rehearsal.visible = true }
+    }
+    onContentsChanged: rehearsal.visible = false
 
     Binding {
         when: window.overlays !== null

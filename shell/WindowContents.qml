@@ -2,7 +2,7 @@
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
-import QtQuick.Controls.Basic as Controls
+import QtQuick.Templates as T
 import Lumbra.Look
 import Lumbra.Media
 import Lumbra.Browsing
@@ -37,14 +37,14 @@ Item {
 
         SidebarView {
             id: pane
-            Controls.SplitView.minimumWidth: contents.memory.leastSidebarWidth
-            Controls.SplitView.preferredWidth: contents.memory.sidebarWidth
-            Controls.SplitView.maximumWidth: contents.memory.mostSidebarWidth
+            T.SplitView.minimumWidth: contents.memory.leastSidebarWidth
+            T.SplitView.preferredWidth: contents.memory.sidebarWidth
+            T.SplitView.maximumWidth: contents.memory.mostSidebarWidth
             sidebar: contents.sidebar
         }
         BrowserView {
             id: page
-            Controls.SplitView.fillWidth: true
+            T.SplitView.fillWidth: true
             browser: contents.browser
         }
     }

@@ -5,7 +5,6 @@
 #include "core/Config.h"
 #include "core/PreferenceMigration.h"
 #include "look/Look.h"
-#include "platform/Reader.h"
 #include "platform/SessionBus.h"
 #include "platform/Startup.h"
 
@@ -49,8 +48,6 @@ int main(int argc, char** argv) {
     }
 
     lumbra::Startup::begin();
-    // The readers load their decoders beside the window's own loading, which keeps but one processor busy.
-    lumbra::Reader::shared().warmUp();
     const lumbra::HangLog hangLog;
     lumbra::App app(started);
     app.open(opened);

@@ -9,6 +9,7 @@ Item {
 
     property real value: 0 // 0 to 1
     property bool indeterminate: false
+    property string name: qsTr("Progress") // for assistive technology
 
     readonly property int stroke: Theme.ring
     readonly property real reach: (Math.min(width, height) - stroke) / 2
@@ -17,7 +18,7 @@ Item {
     implicitHeight: Theme.sizeSymbolSmall
 
     Accessible.role: Accessible.ProgressBar
-    Accessible.name: qsTr("Progress")
+    Accessible.name: name
 
     Shape {
         id: arcs

@@ -9,20 +9,16 @@ Item {
 
     implicitWidth: Theme.sizeSymbolSmall
     implicitHeight: Theme.sizeSymbolSmall
-    onVisibleChanged: if (!visible) gauge.active = false
+    onVisibleChanged: if (!visible) gauge.source = ""
 
     Timer {
         interval: Theme.patience
         running: spinner.visible
-        onTriggered: gauge.active = true
+        onTriggered: gauge.setSource("Gauge.qml", { indeterminate: true, name: qsTr("Busy") })
     }
+    // By its file's name, so that what draws shapes is loaded only then.
     Loader {
         id: gauge
         anchors.fill: parent
-        active: false
-        sourceComponent: Gauge {
-            indeterminate: true
-            Accessible.name: qsTr("Busy")
-        }
     }
 }

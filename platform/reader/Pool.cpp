@@ -61,10 +61,10 @@ void Pool::ask(size_t level, Job job) {
     wake();
 }
 
-void Pool::warmUp() {
+void Pool::warmUp(size_t most) {
     {
         const std::lock_guard lock(m_mutex);
-        m_warm = true;
+        m_warm = most;
     }
     wake();
 }
@@ -129,12 +129,13 @@ int Pool::pause() {
 }
 
 void Pool::startWanted() {
-    size_t wanted;
+    const auto running = size_t(std::ranges::count_if(m_seats, [](const Seat& seat) { return bool(seat.child); }));
+    size_t wanted = 0;
     {
         const std::lock_guard lock(m_mutex);
         m_queue.prune();
-        wanted = m_warm ? m_seats.size() : m_queue.size();
-        m_warm = false;
+        const size_t warm = std::exchange(m_warm, 0);
+        wanted = std::max(m_queue.size(), warm > running ? warm - running : 0);
     }
     for (Seat& seat : m_seats) {
         const bool comesFree = seat.child && !seat.greeted;
