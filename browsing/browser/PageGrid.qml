@@ -18,6 +18,9 @@ FocusScope {
 
     readonly property TileMetrics metrics: TileMetrics { size: grid.browser.rows.tileSize }
 
+    // The place in view when the zoom began to change, to which it returns, until one scrolls away from it.
+    property var kept: null
+
     // To the pictures of the first column and of the last, with which the heads of sections are flush.
     readonly property int pictureInset: Math.round(browser.rows.firstTile) + Theme.tileMargin
 
@@ -25,6 +28,7 @@ FocusScope {
     function scrollTo(row: int, mode: int) {
         if (row < 0)
             return
+        kept = null
         motion.stop()
         const from = list.contentY
         list.positionViewAtIndex(row, mode)
@@ -49,6 +53,34 @@ FocusScope {
             scrollTo(motion.row, motion.mode)
         else
             list.returnToBounds()
+    }
+
+    // The file at the top of the view, and how far below the top, or null where the page stands at its beginning.
+    function placeInView(): var {
+        const top = list.contentY
+        if (list.atYBeginning)
+            return null
+        const row = list.itemAt(0, top + metrics.wellHeight / 2) ?? list.itemAt(0, top + metrics.wellHeight)
+        const file = row?.row.cell(0)
+        return file?.isAsset ? { file: file.url, below: row.y - top } : null
+    }
+
+    // Its row is another one by now. Not with each step of the zoom: all rows would change places each time.
+    function returnToPlace() {
+        const row = kept ? browser.rows.rowOf(kept.file) : -1
+        if (row < 0)
+            return
+        list.forceLayout()
+        // Scrolled to, which uses the rows that go for those that come; to be positioned there would make them anew.
+        const first = list.indexAt(0, list.contentY + metrics.wellHeight)
+        if (first >= 0 && !list.itemAtIndex(row))
+            list.contentY += (row - first) * list.itemAtIndex(first).height
+        const item = list.itemAtIndex(row)
+        if (item)
+            list.contentY = item.y - kept.below
+        else
+            list.positionViewAtIndex(row, ListView.Beginning)
+        list.returnToBounds()
     }
 
     function takeFocusBack() {
@@ -100,11 +132,21 @@ FocusScope {
         function onSelectionChanged() { grid.takeFocusBack() }
         function onPageTurned() {
             grid.takeFocusBack()
+            grid.kept = null
             motion.stop()
             list.positionViewAtBeginning()
         }
         function onScrollRequested(row: int, centred: bool) {
             grid.scrollTo(row, centred ? ListView.Center : ListView.Contain)
+        }
+    }
+    Connections {
+        target: grid.browser.rows
+        function onResizingChanged() {
+            if (!grid.browser.rows.resizing)
+                grid.returnToPlace()
+            else if (!grid.kept)
+                grid.kept = grid.placeInView()
         }
     }
     NumberAnimation {
@@ -171,7 +213,7 @@ FocusScope {
             boundsBehavior: Flickable.StopAtBounds
             // Half a screenful beyond either edge is made ahead, so that scrolling meets finished tiles. While the zoom
             // changes, which lays out every one of them, it is what the next few steps bring into sight.
-            cacheBuffer: grid.browser.rows.resizing ? Math.min(120, height / 2) : Math.max(0, height / 2)
+            cacheBuffer: grid.browser.rows.resizing ? Math.min(60, height / 2) : Math.max(0, height / 2)
 
             section.property: "section"
             section.labelPositioning: ViewSection.InlineLabels | ViewSection.CurrentLabelAtStart
@@ -197,7 +239,8 @@ FocusScope {
                     pace.take(this)
             }
 
-            ScrollBar.vertical: ScrollBar {}
+            onMovementStarted: grid.kept = null
+            ScrollBar.vertical: ScrollBar { onPressedChanged: grid.kept = null }
 
             PressArea {
                 parent: list.contentItem

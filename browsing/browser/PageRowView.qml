@@ -40,10 +40,7 @@ Item {
 
     // Rows that are kept to be used again stay where they last lay: neither the Tab key nor a screen reader may find them.
     ListView.onPooled: visible = false
-    ListView.onReused: {
-        visible = true
-        catchUp()
-    }
+    ListView.onReused: visible = true
     Component.onCompleted: {
         made = true
         catchUp()

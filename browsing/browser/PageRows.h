@@ -108,7 +108,7 @@ public:
     void refreshFolders();
 
     // The first row that holds the asset's tile, or -1.
-    int rowOf(const Location& asset) const;
+    Q_INVOKABLE int rowOf(const lumbra::Location& asset) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;

@@ -402,6 +402,42 @@ private Q_SLOTS:
         }
     }
 
+    void theZoomKeepsThePlaceInAScrolledFolder() {
+        Pane pane;
+        for (int n = 0; n < 600; ++n)
+            pane.file("p/" + std::to_string(n) + ".txt", 10 + n);
+        pane.open(Place::folder(pane.folder("p")), 900);
+        QTRY_COMPARE(pane.browser->order().size(), 600);
+        pane.browser->settings()->setZoom(150);
+        QTRY_VERIFY(!pane.browser->rows()->isResizing());
+        QQuickItem* const list = pane.items("QQuickListView").last();
+        list->setProperty("contentY", list->property("contentHeight").toDouble() / 2);
+        pane.settle();
+        const int columns = pane.browser->rows()->columns();
+        const auto firstInView = [&] {
+            for (const QQuickItem* tile : pane.items("AssetTile"))
+                if (tile->mapToItem(list, {0, tile->height() / 2}).y() > 0)
+                    return tile->property("cell").value<PageCell>().name.section(u'.', 0, 0).toInt();
+            return -1;
+        };
+        const int before = firstInView();
+        QVERIFY(before > 200);
+        for (const int zoom : {200, 360, 100, 150}) {
+            pane.browser->settings()->setZoom(zoom);
+            QTRY_VERIFY(!pane.browser->rows()->isResizing());
+            pane.settle();
+            // It may stand anywhere in the first row.
+            QVERIFY2(std::abs(firstInView() - before) < 2 * columns,
+                     qPrintable(u"%1 at %2, once %3"_qs.arg(firstInView()).arg(zoom).arg(before)));
+        }
+        // Unless one has scrolled since.
+        pane.browser->settings()->setZoom(200);
+        QVERIFY(pane.browser->rows()->isResizing());
+        Q_EMIT pane.browser->scrollRequested(0, false);
+        QTRY_VERIFY(!pane.browser->rows()->isResizing());
+        QTRY_COMPARE(firstInView(), 0);
+    }
+
     void theSliderChangesTheTiles() {
         Pane pane;
         pane.file("p/1.txt");
