@@ -73,7 +73,8 @@ int RoundedMaterial::compare(const QSGMaterial* other) const {
     return sign(frame.height() <=> that->frame.height());
 }
 
-RoundedPicture::RoundedPicture() : m_geometry(QSGGeometry::defaultAttributes_TexturedPoint2D(), 4) {
+RoundedPicture::RoundedPicture() : m_geometry(QSGGeometry::defaultAttributes_TexturedPoint2D(), 0) {
+    m_geometry.setDrawingMode(QSGGeometry::DrawTriangles);
     setGeometry(&m_geometry);
     setMaterial(&m_material);
 }
@@ -87,7 +88,33 @@ void RoundedPicture::setTexture(std::unique_ptr<QSGTexture> texture) {
 }
 
 void RoundedPicture::setPlace(const QRectF& picture, const QSizeF& frame, double radius) {
-    QSGGeometry::updateTexturedRectGeometry(&m_geometry, picture, QRectF(0, 0, 1, 1));
+    setParts({picture}, picture, frame, radius);
+}
+
+void RoundedPicture::setPlaceBehind(const QRectF& cover, const QSizeF& frame, double radius) {
+    const QRectF whole(QPointF(), frame);
+    constexpr double overlap = 1; // so that nothing shows through between the two
+    const QRectF hidden = cover.adjusted(cover.left() > 0 ? overlap : 0, cover.top() > 0 ? overlap : 0,
+                                         cover.left() > 0 ? -overlap : 0, cover.top() > 0 ? -overlap : 0);
+    QList<QRectF> parts;
+    if (hidden.top() > 0)
+        parts = {QRectF(whole.topLeft(), QPointF(whole.right(), hidden.top())),
+                 QRectF(QPointF(whole.left(), hidden.bottom()), whole.bottomRight())};
+    else if (hidden.left() > 0)
+        parts = {QRectF(whole.topLeft(), QPointF(hidden.left(), whole.bottom())),
+                 QRectF(QPointF(hidden.right(), whole.top()), whole.bottomRight())};
+    setParts(parts, whole, frame, radius);
+}
+
+void RoundedPicture::setParts(const QList<QRectF>& parts, const QRectF& picture, const QSizeF& frame, double radius) {
+    constexpr int corners = 6; // of two triangles
+    m_geometry.allocate(int(parts.size()) * corners);
+    QSGGeometry::TexturedPoint2D* point = m_geometry.vertexDataAsTexturedPoint2D();
+    for (const QRectF& part : parts)
+        for (const QPointF& corner : {part.topLeft(), part.bottomLeft(), part.topRight(), part.topRight(),
+                                      part.bottomLeft(), part.bottomRight()})
+            (point++)->set(float(corner.x()), float(corner.y()), float((corner.x() - picture.left()) / picture.width()),
+                           float((corner.y() - picture.top()) / picture.height()));
     m_material.frame = frame;
     m_material.radius = radius;
     markDirty(DirtyGeometry | DirtyMaterial);

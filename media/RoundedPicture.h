@@ -3,6 +3,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QList>
+#include <QRectF>
 #include <QSGGeometryNode>
 #include <QSGMaterial>
 #include <QSGTexture>
@@ -36,7 +38,14 @@ public:
     // Where the picture stands in its frame, both in the item's coordinates.
     void setPlace(const QRectF& picture, const QSizeF& frame, double radius);
 
+    // The same for one that fills its frame behind something opaque, which stands in the middle and reaches from edge
+    // to edge: only what is seen beside it is drawn. To draw a picture twice takes twice as long where there is no
+    // graphics processor.
+    void setPlaceBehind(const QRectF& cover, const QSizeF& frame, double radius);
+
 private:
+    void setParts(const QList<QRectF>& parts, const QRectF& picture, const QSizeF& frame, double radius);
+
     QSGGeometry m_geometry;
     RoundedMaterial m_material;
 };

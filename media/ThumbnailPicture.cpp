@@ -267,10 +267,13 @@ QSGNode* ThumbnailPicture::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) 
         layers->set(layers->glow, m_glow, window(), false);
     if (std::exchange(m_imageDirty, false))
         layers->set(layers->picture, m_image, window(), true);
-    if (layers->glow)
+    const QRectF place = fittedInto(QQuickItem::size(), m_image.size());
+    if (layers->glow && layers->picture && !m_image.hasAlphaChannel())
+        layers->glow->setPlaceBehind(place, QQuickItem::size(), m_cornerRadius);
+    else if (layers->glow)
         layers->glow->setPlace(boundingRect(), QQuickItem::size(), m_cornerRadius);
     if (layers->picture)
-        layers->picture->setPlace(fittedInto(QQuickItem::size(), m_image.size()), QQuickItem::size(), m_cornerRadius);
+        layers->picture->setPlace(place, QQuickItem::size(), m_cornerRadius);
     return layers;
 }
 
