@@ -37,7 +37,9 @@ ArrivalPace& ArrivalPace::of(QQuickWindow& window) {
     return known ? *known : *new ArrivalPace(window);
 }
 
-ArrivalPace::ArrivalPace(QQuickWindow& window) : QObject(&window) {
+// It is made when the first picture is asked for, and so as a page is made: the first frame of it is still to come.
+ArrivalPace::ArrivalPace(QQuickWindow& window)
+    : QObject(&window), m_frameEnded(Clock::now()), m_frameCost(longestPause / pause) {
     m_beat.setSingleShot(true);
     m_beat.setTimerType(Qt::PreciseTimer);
     connect(&m_beat, &QTimer::timeout, this, &ArrivalPace::showAll);

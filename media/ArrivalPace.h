@@ -76,8 +76,8 @@ private:
         std::chrono::nanoseconds processor; // of the whole process
     };
     Moment m_frameBegan;
-    std::atomic<Clock::time_point> m_frameEnded = Clock::time_point(); // long ago; subtracting the least would overflow
-    std::atomic<std::chrono::nanoseconds> m_frameCost = std::chrono::nanoseconds(0);
+    std::atomic<Clock::time_point> m_frameEnded;
+    std::atomic<std::chrono::nanoseconds> m_frameCost;
 };
 
 } // namespace lumbra

@@ -35,10 +35,19 @@ private Q_SLOTS:
         QCOMPARE(m_shown, QStringList{QStringLiteral("a")});
     }
 
+    void asAPageIsMadeItsFirstFrameIsAwaited() {
+        const ArrivalPace::Awaited more(pace());
+        add("a");
+        QCOMPARE(m_shown, QStringList());
+        QTRY_COMPARE(m_shown, QStringList{QStringLiteral("a")});
+    }
+
     void afterAQuietTimeTheFirstIsShownAtOnceThoughMoreAreAwaited() {
         const ArrivalPace::Awaited more(pace());
         add("a");
-        QCOMPARE(m_shown, QStringList{QStringLiteral("a")});
+        QTRY_COMPARE(m_shown, QStringList{QStringLiteral("a")}); // by then the pause is over
+        add("b");
+        QCOMPARE(m_shown, (QStringList{QStringLiteral("a"), QStringLiteral("b")}));
     }
 
     void afterAFrameThoseThatComeAreShownTogether() {
