@@ -14,6 +14,7 @@
 #include <QTimer>
 
 #include <chrono>
+#include <functional>
 
 namespace lumbra {
 
@@ -26,6 +27,23 @@ constexpr auto firstTime = Qt::ConnectionType(Qt::DirectConnection | Qt::SingleS
 QQuickItem* contentOf(const QQuickWindow& window) {
     return window.property("contentItem").value<QQuickItem*>();
 }
+
+// A view that is being made, at once or in steps between which the window goes on.
+class Making : public QQmlIncubator {
+public:
+    Making(IncubationMode mode, std::function<void(QObject*)> take) : QQmlIncubator(mode), m_take(std::move(take)) {}
+
+protected:
+    void statusChanged(Status status) override {
+        if (status == Error)
+            qFatal("%s", qPrintable(errors().constFirst().toString()));
+        if (status == Ready)
+            m_take(object());
+    }
+
+private:
+    std::function<void(QObject*)> m_take;
+};
 
 QUrl viewAt(const char* name) {
     return QUrl(QStringLiteral("qrc:/qml/Lumbra/Shell/%1.qml").arg(QLatin1String(name)));
@@ -77,7 +95,7 @@ bool App::show() {
           {QStringLiteral("door"), QVariant::fromValue(m_door.get())},
           {QStringLiteral("memory"), QVariant::fromValue(m_memory.get())},
           {QStringLiteral("updater"), QVariant::fromValue(m_updater.get())}},
-         &App::takeContents);
+         QQmlIncubator::Synchronous, &App::takeContents);
     return true;
 }
 
@@ -113,16 +131,20 @@ QQmlComponent* App::load(const char* view) {
     return new QQmlComponent(m_engine.get(), viewAt(view), QQmlComponent::Asynchronous, m_engine.get());
 }
 
-void App::make(QQmlComponent* view, const QVariantMap& properties, void (App::*take)(QObject*)) {
+void App::make(QQmlComponent* view, const QVariantMap& properties, QQmlIncubator::IncubationMode mode,
+               void (App::*take)(QObject*)) {
     if (view->isLoading()) {
-        connect(view, &QQmlComponent::statusChanged, this, [=, this] { make(view, properties, take); });
+        connect(view, &QQmlComponent::statusChanged, this, [=, this] { make(view, properties, mode, take); });
         return;
     }
-    QObject* const made = view->createWithInitialProperties(properties);
-    if (!made)
+    if (view->isError())
         qFatal("%s", qPrintable(view->errorString()));
-    view->deleteLater();
-    (this->*take)(made);
+    m_making = std::make_unique<Making>(mode, [this, view, take](QObject* made) {
+        view->deleteLater();
+        (this->*take)(made);
+    });
+    m_making->setInitialProperties(properties);
+    view->create(*m_making);
 }
 
 void App::takeContents(QObject* contents) {
@@ -155,7 +177,7 @@ void App::makeOverlays() {
           {QStringLiteral("transfer"), QVariant::fromValue(m_transfer.get())},
           {QStringLiteral("updater"), QVariant::fromValue(m_updater.get())},
           {QStringLiteral("onboarding"), QVariant::fromValue(m_onboarding.get())}},
-         &App::takeOverlays);
+         QQmlIncubator::Asynchronous, &App::takeOverlays);
 }
 
 void App::takeOverlays(QObject* overlays) {
