@@ -158,7 +158,8 @@ private Q_SLOTS:
         RoomWindow window(room);
         QTRY_COMPARE_WITH_TIMEOUT(viewsOf(window), 1, 20'000);
         window.window.press(Qt::Key_Down);
-        QTRY_VERIFY_WITH_TIMEOUT(window.window.find("webStage")->property("shown").toBool(), 20'000);
+        QCOMPARE(room.room->index(), 1);
+        QTRY_VERIFY_WITH_TIMEOUT(window.window.find("webStage")->property("shown").toBool(), 60'000);
         QCOMPARE(viewsOf(window), 1);
     }
 
