@@ -107,7 +107,8 @@ public:
     // By section: "starred" for the shelf, otherwise the raw name of the kind.
     QVariantMap headers() const { return m_headers; }
 
-    // Loads the page, and from then on follows the library. A page that will be on screen in a moment is loaded by then.
+    // Loads the page, and from then on follows the library. A page that will be on screen in a moment is loaded by
+    // then.
     void prepare();
 
     // The page came on screen.
