@@ -1,6 +1,7 @@
 // Pages in the web view: what they may reach, what leads away, and what is copied out of them.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "WebTest.h"
 #include "support/QmlWindow.h"
 #include "support/TestHome.h"
 
@@ -51,11 +52,6 @@ class tst_WebPages : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() {
-        if (QGuiApplication::platformName() == u"offscreen")
-            QSKIP("there is no OpenGL without a display");
-    }
-
     void aPageIsShownWithoutItsScriptsAndWithItsOwnFiles() {
         m_home.file("site/style.css", "body { background: #0000ff; margin: 0 }");
         const Location page =
@@ -214,11 +210,6 @@ private:
 };
 
 int main(int argc, char** argv) {
-    qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1"); // tests may run as root, where there is none
-    QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
-    QGuiApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
-    QGuiApplication application(argc, argv);
-    tst_WebPages test;
-    return QTest::qExec(&test, argc, argv);
+    return runWithWebEngine<tst_WebPages>(argc, argv);
 }
 #include "tst_webpages.moc"

@@ -2,6 +2,7 @@
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "RoomWindow.h"
+#include "WebTest.h"
 #include "media/quicklook/WebVideoPage.h"
 #include "platform/TemporaryFolder.h"
 
@@ -45,11 +46,6 @@ class tst_WebVideo : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() {
-        if (QGuiApplication::platformName() == u"offscreen")
-            QSKIP("there is no OpenGL without a display");
-    }
-
     // First, since the engine never starts twice.
     void wherePrivilegesForbidTheEngineTheStageIsCalm() {
         if (::geteuid() != 0)
@@ -330,11 +326,6 @@ private:
 };
 
 int main(int argc, char** argv) {
-    qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1"); // tests may run as root, where there is none
-    QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
-    QGuiApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
-    QGuiApplication application(argc, argv);
-    tst_WebVideo test;
-    return QTest::qExec(&test, argc, argv);
+    return runWithWebEngine<tst_WebVideo>(argc, argv);
 }
 #include "tst_webvideo.moc"
