@@ -56,6 +56,11 @@ App::App(const QElapsedTimer& started, QObject* parent) : QObject(parent), m_sta
 
 App::~App() {
     Actions::usePanels(nullptr);
+    // Whoever closes the window early closes it on views that are still loaded or made. What has been begun is ended:
+    // Qt lets go of half a view without deleting all of it.
+    if (m_making)
+        m_making->forceCompletion();
+    m_view.reset();
     // A tile that its view has let go while it was being made ends the program if it outlives the engine.
     if (m_engine && !m_engine->rootObjects().isEmpty())
         delete window();
@@ -76,7 +81,7 @@ bool App::show() {
         return false;
     applyAppearance(); // its module is known to the engine only now
     // Types are loaded on a thread of their own; meanwhile the controllers are made and the window comes up.
-    QQmlComponent* const contents = load("WindowContents");
+    load("WindowContents");
     makeControllers();
     // Shown here and not by the view, so that it comes in the state that it has.
     m_memory->attach(*window());
@@ -86,8 +91,7 @@ bool App::show() {
     Reader::shared().warmUp(1);
     // In a minimised window nothing is drawn.
     QTimer::singleShot(longestStart, this, &Startup::end);
-    make(contents,
-         {{QStringLiteral("parent"), QVariant::fromValue(contentOf(*window()))},
+    make({{QStringLiteral("parent"), QVariant::fromValue(contentOf(*window()))},
           {QStringLiteral("library"), QVariant::fromValue(m_library.get())},
           {QStringLiteral("browser"), QVariant::fromValue(m_browser.get())},
           {QStringLiteral("commands"), QVariant::fromValue(m_commands.get())},
@@ -127,24 +131,20 @@ void App::makeControllers() {
     m_sidebar->setConfirmation([this](const Confirmation& question) { m_frame->confirm(question); });
 }
 
-QQmlComponent* App::load(const char* view) {
-    return new QQmlComponent(m_engine.get(), viewAt(view), QQmlComponent::Asynchronous, m_engine.get());
+void App::load(const char* view) {
+    m_view = std::make_unique<QQmlComponent>(m_engine.get(), viewAt(view), QQmlComponent::Asynchronous);
 }
 
-void App::make(QQmlComponent* view, const QVariantMap& properties, QQmlIncubator::IncubationMode mode,
-               void (App::*take)(QObject*)) {
-    if (view->isLoading()) {
-        connect(view, &QQmlComponent::statusChanged, this, [=, this] { make(view, properties, mode, take); });
+void App::make(const QVariantMap& properties, QQmlIncubator::IncubationMode mode, void (App::*take)(QObject*)) {
+    if (m_view->isLoading()) {
+        connect(m_view.get(), &QQmlComponent::statusChanged, this, [=, this] { make(properties, mode, take); });
         return;
     }
-    if (view->isError())
-        qFatal("%s", qPrintable(view->errorString()));
-    m_making = std::make_unique<Making>(mode, [this, view, take](QObject* made) {
-        view->deleteLater();
-        (this->*take)(made);
-    });
+    if (m_view->isError())
+        qFatal("%s", qPrintable(m_view->errorString()));
+    m_making = std::make_unique<Making>(mode, [this, take](QObject* made) { (this->*take)(made); });
     m_making->setInitialProperties(properties);
-    view->create(*m_making);
+    m_view->create(*m_making);
 }
 
 void App::takeContents(QObject* contents) {
@@ -168,8 +168,8 @@ void App::firstFrameShown() {
 }
 
 void App::makeOverlays() {
-    make(load("WindowOverlays"),
-         {{QStringLiteral("parent"), QVariant::fromValue(contentOf(*window())->parentItem())},
+    load("WindowOverlays");
+    make({{QStringLiteral("parent"), QVariant::fromValue(contentOf(*window())->parentItem())},
           {QStringLiteral("door"), QVariant::fromValue(m_door.get())},
           {QStringLiteral("jumpTo"), QVariant::fromValue(m_palette.get())},
           {QStringLiteral("frame"), QVariant::fromValue(m_frame.get())},

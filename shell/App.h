@@ -50,9 +50,9 @@ public:
 
 private:
     // The types of a view are loaded on a thread of the engine's; it is made with these properties once they are there.
-    QQmlComponent* load(const char* view);
-    void make(QQmlComponent* view, const QVariantMap& properties, QQmlIncubator::IncubationMode mode,
-              void (App::*take)(QObject*));
+    // One view at a time.
+    void load(const char* view);
+    void make(const QVariantMap& properties, QQmlIncubator::IncubationMode mode, void (App::*take)(QObject*));
 
     void makeControllers();
     void takeContents(QObject* contents);
@@ -79,7 +79,8 @@ private:
     std::unique_ptr<WindowMemory> m_memory;
     std::unique_ptr<UpdateCheck> m_updater;
     std::unique_ptr<QQmlApplicationEngine> m_engine; // its views hold what stands above, so it dies before them
-    std::unique_ptr<QQmlIncubator> m_making;
+    std::unique_ptr<QQmlComponent> m_view;
+    std::unique_ptr<QQmlIncubator> m_making; // of m_view
     std::unique_ptr<QObject> m_contents;
     std::unique_ptr<QObject> m_overlays;
     std::unique_ptr<StateDump> m_stateDump;

@@ -20,6 +20,8 @@ private Q_SLOTS:
     void aPlaceGivesWayToItsFrame();
     void aWindowThatNoScreenHoldsComesBackIntoView();
     void aFirstWindowHasTheUsualSizeWhereThereIsRoom();
+    void aWindowMayBeClosedAtAnyMomentOfItsStart_data();
+    void aWindowMayBeClosedAtAnyMomentOfItsStart();
 
 private:
     void start() {
@@ -107,6 +109,21 @@ void TestRestart::aFirstWindowHasTheUsualSizeWhereThereIsRoom() {
     app.start();
     APP_WAIT(app, wide.placeOf(app.window()).size() == QSize(1440, 900));
     APP_WAIT(app, QRect(0, 0, 1920, 1080).contains(wide.placeOf(app.window()) + wide.frameOf(app.window())));
+}
+
+void TestRestart::aWindowMayBeClosedAtAnyMomentOfItsStart_data() {
+    QTest::addColumn<int>("moment"); // ms after the window has come up
+    for (int moment = 0; moment <= 600; moment += 40)
+        QTest::addRow("%d ms", moment) << moment;
+}
+
+// While its views are loaded, while they are made, and in the midst of the pictures.
+void TestRestart::aWindowMayBeClosedAtAnyMomentOfItsStart() {
+    QFETCH(int, moment);
+    m_app.start();
+    QVERIFY(m_app.window());
+    QTest::qWait(moment);
+    QVERIFY2(m_app.close(), m_app.report().constData());
 }
 
 QTEST_GUILESS_MAIN(TestRestart)
