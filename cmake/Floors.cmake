@@ -1,6 +1,6 @@
-# lumbra_floor(NAME [USES floor...] [LINKS target...] [QML]): the folder NAME as one static library.
+# lumbra_floor(NAME [USES floor...] [LINKS target...] [WITHOUT folder...] [QML]): the folder NAME as one static library.
 #
-# Every source in the folder belongs to the floor. What a floor may include is decided here and nowhere else: a floor
+# Every source in the folder belongs to the floor, but for those in the folders that it is WITHOUT, which are plugins. What a floor may include is decided here and nowhere else: a floor
 # sees the headers of the floors it uses, as "floor/Name.h", and no others, since each floor's headers are reachable
 # only through an include folder of its own that travels with linking it. A floor that has QML files becomes one QML
 # module, Lumbra.<Name>, that depends on those of the floors that it uses.
@@ -28,7 +28,7 @@ function(lumbra_floor_headers name out)
 endfunction()
 
 function(lumbra_floor name)
-    cmake_parse_arguments(PARSE_ARGV 1 FLOOR "QML" "" "USES;LINKS")
+    cmake_parse_arguments(PARSE_ARGV 1 FLOOR "QML" "" "USES;LINKS;WITHOUT")
     foreach(used IN LISTS FLOOR_USES)
         if(NOT used IN_LIST LUMBRA_MAY_USE_${name})
             message(FATAL_ERROR "The floor ${name} may not use ${used}; see the table in cmake/Floors.cmake.")
@@ -39,6 +39,9 @@ function(lumbra_floor name)
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
     # A program's main stays outside its floor's library, so that tests can link the rest.
     list(REMOVE_ITEM sources ${CMAKE_CURRENT_SOURCE_DIR}/main.cpp)
+    foreach(folder IN LISTS FLOOR_WITHOUT)
+        list(FILTER sources EXCLUDE REGEX "^${CMAKE_CURRENT_SOURCE_DIR}/${folder}/")
+    endforeach()
 
     if(FLOOR_QML)
         file(GLOB_RECURSE views CONFIGURE_DEPENDS RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/*.qml)

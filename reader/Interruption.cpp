@@ -7,6 +7,7 @@ namespace {
 
 SharedBlock block;
 quint32 current = 0;
+bool (*followed)() = nullptr;
 
 } // namespace
 
@@ -15,8 +16,12 @@ void lookAt(const SharedBlock& shared, quint32 number) {
     current = number;
 }
 
+void follow(bool (*isRequested)()) {
+    followed = isRequested;
+}
+
 bool isRequested() {
-    return block.memory() && block.isStopped(current);
+    return followed ? followed() : block.memory() && block.isStopped(current);
 }
 
 } // namespace lumbra::reader::Interruption

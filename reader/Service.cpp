@@ -5,6 +5,7 @@
 #include "OpenedFile.h"
 #include "PictureBytes.h"
 #include "Pictures.h"
+#include "Plugins.h"
 #include "Sandbox.h"
 
 #include <QImage>
@@ -34,6 +35,15 @@ Answer pixels(OpenedFile& file) {
     const PixelSize pixels{Pictures::pixels(file)};
     const QByteArray details = encoded(pixels);
     return decodedPixelSize(details) ? Answer{.found = true, .details = details} : Answer{};
+}
+
+Answer ofFilm(const Request& request, std::unique_ptr<OpenedFile> file, std::span<uchar> arena) {
+    FilmDecoder* const decoder = FilmDecoder::shared();
+    if (!decoder)
+        return {};
+    return request.kind == Kind::mediaFacts ? decoder->facts(request, *file)
+           : request.kind == Kind::frames   ? decoder->frames(request, std::move(file), arena)
+                                            : decoder->loudness(request, *file, arena);
 }
 
 } // namespace
@@ -85,13 +95,9 @@ Answer Service::answer(const Request& request) {
                 made = pixels(*file);
                 break;
             case Kind::mediaFacts:
-                made = m_media.facts(request, *file);
-                break;
             case Kind::frames:
-                made = m_media.frames(request, std::move(file), arena);
-                break;
             case Kind::loudness:
-                made = m_media.loudness(request, *file, arena);
+                made = ofFilm(request, std::move(file), arena);
                 break;
             case Kind::pages:
                 made = m_pages.pages(std::move(file), arena);

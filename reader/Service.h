@@ -3,7 +3,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "media/MediaAnswers.h"
 #include "pages/PageAnswers.h"
 #include "platform/reader/SharedBlock.h"
 
@@ -31,7 +30,6 @@ private:
 
     int m_socket;
     SharedBlock m_block;
-    MediaAnswers m_media;
     PageAnswers m_pages;
 };
 

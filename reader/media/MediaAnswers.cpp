@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "MediaAnswers.h"
 
+#include "FilmPicture.h"
 #include "Loudness.h"
+#include "SingleFrame.h"
 #include "reader/PictureBytes.h"
 
 #include <cstring>
@@ -16,7 +18,20 @@ std::chrono::milliseconds limitOf(const Request& request) {
 
 } // namespace
 
-Answer MediaAnswers::facts(const Request& request, const OpenedFile& file) const {
+QImage MediaAnswers::filmPicture(OpenedFile& file, QSize box, std::chrono::milliseconds limit) {
+    return reader::filmPicture(file, box, limit);
+}
+
+QImage MediaAnswers::framePicture(OpenedFile& file, QSize box) {
+    return reader::framePicture(file, box);
+}
+
+QByteArray MediaAnswers::cover(const OpenedFile& file, std::chrono::milliseconds limit) {
+    const std::unique_ptr<MediaFile> media = MediaFile::open(file, limit);
+    return media ? media->cover() : QByteArray();
+}
+
+Answer MediaAnswers::facts(const Request& request, const OpenedFile& file) {
     const std::unique_ptr<MediaFile> media = MediaFile::open(file, limitOf(request));
     if (!media)
         return {};
@@ -41,7 +56,7 @@ Answer MediaAnswers::frames(const Request& request, std::unique_ptr<OpenedFile> 
     return {.found = true, .details = encoded(facts), .bulk = quint32(used)};
 }
 
-Answer MediaAnswers::loudness(const Request& request, const OpenedFile& file, std::span<uchar> arena) const {
+Answer MediaAnswers::loudness(const Request& request, const OpenedFile& file, std::span<uchar> arena) {
     const std::optional<LoudnessWish> wish = decodedLoudnessWish(request.details);
     const QList<float> values = wish ? reader::loudness(file, wish->count, limitOf(request)) : QList<float>();
     if (values.isEmpty())

@@ -1,23 +1,21 @@
-// The answers to requests about films and sounds.
+// What the plugin of FFmpeg has for the reader.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include "FilmFrames.h"
-#include "platform/reader/Protocol.h"
-
-#include <memory>
-#include <span>
+#include "reader/Plugins.h"
 
 namespace lumbra::reader {
 
-class MediaAnswers {
+class MediaAnswers : public FilmDecoder {
 public:
-    // Each takes a request of its kind and the file that it is about; what does not fit into a few facts goes to the
-    // arena. The answer's number is left to the caller.
-    Answer facts(const Request& request, const OpenedFile& file) const;
-    Answer frames(const Request& request, std::unique_ptr<OpenedFile> file, std::span<uchar> arena);
-    Answer loudness(const Request& request, const OpenedFile& file, std::span<uchar> arena) const;
+    QImage filmPicture(OpenedFile& file, QSize box, std::chrono::milliseconds limit) override;
+    QImage framePicture(OpenedFile& file, QSize box) override;
+    QByteArray cover(const OpenedFile& file, std::chrono::milliseconds limit) override;
+    Answer facts(const Request& request, const OpenedFile& file) override;
+    Answer frames(const Request& request, std::unique_ptr<OpenedFile> file, std::span<uchar> arena) override;
+    Answer loudness(const Request& request, const OpenedFile& file, std::span<uchar> arena) override;
 
 private:
     FilmFrames m_frames;

@@ -1,5 +1,4 @@
-// Pictures by libvips: it reads what Qt doesn't, knows every kind of colour profile, and shrinks very large pictures
-// row by row without holding them.
+// Pictures by libvips, for makers that leave it some of theirs.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once

@@ -1,8 +1,8 @@
-// Pictures that are rare enough to be left to FFmpeg's decoders: the whole file is one packet of one frame.
-//
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "Makers.h"
-#include "reader/media/Ffmpeg.h"
+#include "SingleFrame.h"
+
+#include "Ffmpeg.h"
+#include "reader/pictures/Makers.h"
 
 #include <algorithm>
 #include <array>
@@ -133,7 +133,7 @@ private:
 
 } // namespace
 
-QImage codecPicture(OpenedFile& file, QSize box, Milliseconds) {
+QImage framePicture(OpenedFile& file, QSize box) {
     av_log_set_level(AV_LOG_QUIET);
     const Owned<AVFrame> frame = decoded(file);
     if (!frame || frame->width <= 0 || frame->height <= 0)

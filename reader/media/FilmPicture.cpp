@@ -1,8 +1,7 @@
-// Videos: the first picture that is not near black after a tenth of the film.
-//
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "Makers.h"
-#include "reader/media/VideoDecoder.h"
+#include "FilmPicture.h"
+
+#include "VideoDecoder.h"
 
 namespace lumbra::reader {
 
@@ -40,7 +39,7 @@ double startFor(VideoDecoder& decoder, double wanted, double duration) {
 
 } // namespace
 
-QImage videoPicture(OpenedFile& file, QSize box, Milliseconds limit) {
+QImage filmPicture(OpenedFile& file, QSize box, std::chrono::milliseconds limit) {
     // The rest of the time is for the picture itself.
     const std::unique_ptr<MediaFile> media = MediaFile::open(file, limit / 2);
     const std::unique_ptr<VideoDecoder> decoder = media ? VideoDecoder::open(*media) : nullptr;

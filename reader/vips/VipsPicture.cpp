@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "VipsPictures.h"
+#include "VipsPicture.h"
 
-#include "EmbeddedPictures.h"
+#include "reader/pictures/Makers.h"
 
 #include <unistd.h>
 #include <vips/vips.h>
@@ -110,7 +110,7 @@ MakeSource sourcesOf(OpenedFile& file) {
     };
 }
 
-QImage picture(const MakeSource& make, QSize box) {
+QImage shrunk(const MakeSource& make, QSize box) {
     const Image opened = openedPicture(make);
     Image thumbnail;
     if (opened && std::max(opened->Xsize, opened->Ysize) <= largestSide)
@@ -122,11 +122,11 @@ QImage picture(const MakeSource& make, QSize box) {
 
 } // namespace
 
-QImage vipsPicture(OpenedFile& file, QSize box, Milliseconds) {
-    return start() ? picture(sourcesOf(file), box) : QImage();
+QImage VipsPicture::picture(OpenedFile& file, QSize box) {
+    return start() ? shrunk(sourcesOf(file), box) : QImage();
 }
 
-QSize vipsPixels(OpenedFile& file) {
+QSize VipsPicture::pixels(OpenedFile& file) {
     if (!start())
         return {};
     const Image opened = openedPicture(sourcesOf(file));
@@ -138,10 +138,10 @@ QSize vipsPixels(OpenedFile& file) {
     return vips_image_get_orientation(opened.get()) >= turned ? size.transposed() : size;
 }
 
-QImage vipsPicture(const QByteArray& bytes, QSize box) {
+QImage VipsPicture::picture(const QByteArray& bytes, QSize box) {
     if (!start())
         return {};
-    return picture([&bytes] { return vips_source_new_from_memory(bytes.constData(), size_t(bytes.size())); }, box);
+    return shrunk([&bytes] { return vips_source_new_from_memory(bytes.constData(), size_t(bytes.size())); }, box);
 }
 
 } // namespace lumbra::reader
