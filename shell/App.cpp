@@ -15,6 +15,7 @@
 
 #include <chrono>
 #include <functional>
+#include <utility>
 
 namespace lumbra {
 
@@ -44,6 +45,14 @@ protected:
 private:
     std::function<void(QObject*)> m_take;
 };
+
+// What a module needs of this thread is done with its first import, so that later ones can go on beside it.
+void importModules(QQmlEngine& engine) {
+    QQmlComponent(&engine).setData("import QtQuick\nimport QtQuick.Layouts\nimport QtQuick.Shapes\n"
+                                   "import QtQuick.Templates\nimport QtQuick.Window\nimport Lumbra.Look\n"
+                                   "import Lumbra.Media\nimport Lumbra.Browsing\nimport Lumbra.Shell\nQtObject {}",
+                                   QUrl());
+}
 
 QUrl viewAt(const char* name) {
     return QUrl(QStringLiteral("qrc:/qml/Lumbra/Shell/%1.qml").arg(QLatin1String(name)));
@@ -76,21 +85,42 @@ Library& App::library() {
 bool App::show() {
     m_engine = std::make_unique<QQmlApplicationEngine>();
     Look::prepareEngine(*m_engine);
+    importModules(*m_engine);
+    // The types of the contents are loaded on a thread of the engine's, while this one gets the graphics going.
+    load("WindowContents");
+    m_graphics = std::make_unique<SharedGraphics>();
+    applyAppearance();
     m_engine->load(viewAt("MainWindow"));
     if (m_engine->rootObjects().isEmpty())
         return false;
-    applyAppearance(); // its module is known to the engine only now
-    // Types are loaded on a thread of their own; meanwhile the controllers are made and the window comes up.
-    load("WindowContents");
     makeControllers();
     // Shown here and not by the view, so that it comes in the state that it has.
     m_memory->attach(*window());
+    // The first frame, which this thread waits for, is empty. While the second prepares the shaders there is time to
+    // make the contents.
+    connect(
+        window(), &QQuickWindow::frameSwapped, this,
+        [this] {
+            connect(
+                window(), &QQuickWindow::afterSynchronizing, this,
+                [this] { QMetaObject::invokeMethod(this, &App::makeContents, Qt::QueuedConnection); }, firstTime);
+        },
+        Qt::SingleShotConnection);
     window()->setVisible(true);
     // By the time that there are pictures to ask for, a reader has loaded its decoders. Another one would keep the
     // views from their processor.
     Reader::shared().warmUp(1);
     // In a minimised window nothing is drawn.
-    QTimer::singleShot(longestStart, this, &Startup::end);
+    QTimer::singleShot(longestStart, this, [this] {
+        Startup::end();
+        makeContents();
+    });
+    return true;
+}
+
+void App::makeContents() {
+    if (std::exchange(m_isFilled, true))
+        return;
     make({{QStringLiteral("parent"), QVariant::fromValue(contentOf(*window()))},
           {QStringLiteral("library"), QVariant::fromValue(m_library.get())},
           {QStringLiteral("browser"), QVariant::fromValue(m_browser.get())},
@@ -100,7 +130,6 @@ bool App::show() {
           {QStringLiteral("memory"), QVariant::fromValue(m_memory.get())},
           {QStringLiteral("updater"), QVariant::fromValue(m_updater.get())}},
          QQmlIncubator::Synchronous, &App::takeContents);
-    return true;
 }
 
 void App::makeControllers() {

@@ -6,6 +6,7 @@
 
 #include "Frame.h"
 #include "Onboarding.h"
+#include "SharedGraphics.h"
 #include "StateDump.h"
 #include "TransferProgress.h"
 #include "UpdateCheck.h"
@@ -55,6 +56,7 @@ private:
     void make(const QVariantMap& properties, QQmlIncubator::IncubationMode mode, void (App::*take)(QObject*));
 
     void makeControllers();
+    void makeContents();
     void takeContents(QObject* contents);
     void firstFrameShown();
     void makeOverlays();
@@ -64,6 +66,7 @@ private:
     void searchContent();
 
     QElapsedTimer m_started;
+    std::unique_ptr<SharedGraphics> m_graphics;
     Appearance m_appearance;
     std::unique_ptr<Library> m_library;
     std::unique_ptr<InsightEngine> m_insights;
@@ -81,6 +84,7 @@ private:
     std::unique_ptr<QQmlApplicationEngine> m_engine; // its views hold what stands above, so it dies before them
     std::unique_ptr<QQmlComponent> m_view;
     std::unique_ptr<QQmlIncubator> m_making; // of m_view
+    bool m_isFilled = false;                 // the window, or about to be
     std::unique_ptr<QObject> m_contents;
     std::unique_ptr<QObject> m_overlays;
     std::unique_ptr<StateDump> m_stateDump;

@@ -18,14 +18,12 @@ Alert {
     destructive: true
     onConfirmed: confirmations.agree()
     onCancelled: confirmations.dismiss()
+    Component.onCompleted: Qt.callLater(follow) // by then there is a window to open in
+
+    function follow() { confirmations.asking ? open() : close() }
 
     Connections {
         target: alert.confirmations
-        function onQuestionChanged() {
-            if (alert.confirmations.asking)
-                alert.open()
-            else
-                alert.close()
-        }
+        function onQuestionChanged() { alert.follow() }
     }
 }

@@ -16,17 +16,20 @@ Sheet {
     text: prompts.title
     contentWidth: measure
     onDismissed: prompts.dismiss()
+    Component.onCompleted: Qt.callLater(follow) // by then there is a window to open in
+
+    function follow() {
+        if (!prompts.asking)
+            return close()
+        field.text = prompts.name
+        open()
+        field.forceActiveFocus()
+        field.selectAll()
+    }
 
     Connections {
         target: sheet.prompts
-        function onPromptChanged() {
-            if (!sheet.prompts.asking)
-                return sheet.close()
-            field.text = sheet.prompts.name
-            sheet.open()
-            field.forceActiveFocus()
-            field.selectAll()
-        }
+        function onPromptChanged() { sheet.follow() }
     }
 
     contentItem: ColumnLayout {

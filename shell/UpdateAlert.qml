@@ -14,17 +14,20 @@ Alert {
     confirm: "OK"
     onConfirmed: updater.offers ? updater.download() : updater.dismiss()
     onCancelled: updater.dismiss()
+    Component.onCompleted: Qt.callLater(follow) // by then there is a window to open in
+
+    function follow() {
+        if (updater.title === "")
+            return close()
+        title = updater.title
+        message = updater.message
+        confirm = updater.offers ? "Download" : "OK"
+        cancel = updater.offers ? "Later" : ""
+        open()
+    }
 
     Connections {
         target: alert.updater
-        function onResultChanged() {
-            if (alert.updater.title === "")
-                return alert.close()
-            alert.title = alert.updater.title
-            alert.message = alert.updater.message
-            alert.confirm = alert.updater.offers ? "Download" : "OK"
-            alert.cancel = alert.updater.offers ? "Later" : ""
-            alert.open()
-        }
+        function onResultChanged() { alert.follow() }
     }
 }

@@ -16,12 +16,17 @@ FilePanel {
     morePlaces: [{text: "Library", path: panels.libraryFolder, symbol: "archivebox"}]
     onChosen: paths => panels.answer(paths)
     onCancelled: panels.cancel()
+    Component.onCompleted: Qt.callLater(follow) // by then there is a window to open in
+
+    function follow() {
+        if (!panels.asking)
+            return
+        prompt = panels.prompt || (kind === PathChoice.Save ? "Save" : "Choose")
+        openAt(panels.folder, panels.name)
+    }
 
     Connections {
         target: panel.panels
-        function onAsked() {
-            panel.prompt = panel.panels.prompt || (panel.kind === PathChoice.Save ? "Save" : "Choose")
-            panel.openAt(panel.panels.folder, panel.panels.name)
-        }
+        function onAsked() { panel.follow() }
     }
 }

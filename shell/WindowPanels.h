@@ -22,6 +22,7 @@ class WindowPanels : public QObject, public Panels {
     QML_ELEMENT
     QML_UNCREATABLE("The application makes its one.")
 
+    Q_PROPERTY(bool asking READ asking NOTIFY asked) // and not yet answered
     Q_PROPERTY(lumbra::PathChoice::Kind kind READ kind NOTIFY asked)
     Q_PROPERTY(QString prompt READ prompt NOTIFY asked)   // what the button says; empty for the panel's own
     Q_PROPERTY(QString message READ message NOTIFY asked) // what it is for; may be empty
@@ -40,6 +41,7 @@ public:
     void save(const QString& name, const Location& start, std::function<void(Location)> chosen) override;
 
     PathChoice::Kind kind() const { return m_request.kind; }
+    bool asking() const { return m_request.chosen || m_request.cancelled; }
     QString prompt() const { return m_request.prompt; }
     QString message() const { return m_request.message; }
     QString folder() const { return m_request.folder.abbreviated(); }

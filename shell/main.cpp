@@ -22,8 +22,6 @@ int main(int argc, char** argv) {
 
     // The one graphics interface that the player can draw into.
     QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
-    // What the web engine needs of the process, should a view ever load it; to prepare it here would load it.
-    QGuiApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     QQuickStyle::setStyle(QStringLiteral("Basic"));
     QGuiApplication application(argc, argv);
     // The application has set it to the user's; the player refuses to start where numbers have a comma.

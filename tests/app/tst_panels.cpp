@@ -18,6 +18,7 @@ private Q_SLOTS:
     void keysOfTheMenusRestBehindAPanel();
     void aFileIsExportedInPlaceOfAnother();
     void aCopiedPictureIsPastedByAnotherProgram();
+    void whatIsAskedForAtOnceIsShownWhenItCan();
 
 private:
     AppState::Item control(const char* name) { return m_app.state().control(QLatin1String(name)); }
@@ -106,6 +107,21 @@ QImage TestPanels::pasted(const char* type) const {
                                             QStringLiteral("clipboard"), QStringLiteral("-t"), QLatin1String(type)});
     program.waitForFinished();
     return QImage::fromData(program.readAllStandardOutput());
+}
+
+// The panels and sheets of a window come a moment after its page.
+void TestPanels::whatIsAskedForAtOnceIsShownWhenItCan() {
+    const auto shows = [this](const char* keys, const char* shown) {
+        m_app.stop();
+        m_app.start(AppHarness::Root::environment, {m_app.library().child("site").toString()});
+        APP_WAIT(m_app, m_app.state().isThere());
+        QVERIFY(m_app.window());
+        m_app.press(keys);
+        APP_WAIT(m_app, control(shown).isThere());
+    };
+    shows("ctrl+shift+i", "panelChoose");
+    shows("ctrl+shift+n", "nameConfirm");
+    shows("ctrl+k", "paletteField");
 }
 
 QTEST_GUILESS_MAIN(TestPanels)
