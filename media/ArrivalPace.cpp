@@ -12,7 +12,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int pause = 4;             // as many times as long as the frame before it took
+constexpr int pause = 9;             // as many times as long as the frame before it took
 constexpr auto longestPause = 100ms; // after a frame that had to prepare much, as the first one does
 
 std::chrono::nanoseconds processorTime() {

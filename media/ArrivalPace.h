@@ -1,7 +1,7 @@
 // When the pictures that a window waits for are shown. Each frame takes from the processors that draw it, where there
 // is no graphics processor, some ten milliseconds that the next pictures are to be made with: a page of them that came
 // one by one, with a frame for each, would take twice as long to stand. So while more are awaited, those that have come
-// are shown together, in such a beat that frames take a fifth of the time; the last one, and one alone, at once.
+// are shown together, in such a beat that frames take a tenth of the time; the last one, and one alone, at once.
 //
 // Main thread.
 //

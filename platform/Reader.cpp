@@ -239,8 +239,8 @@ Tasks::Task<Reader::PageText> Reader::pageText(const Location& file, const PageT
         });
 }
 
-void Reader::warmUp(size_t most) {
-    m_pool->warmUp(most);
+void Reader::warmUp() {
+    m_pool->warmUp();
 }
 
 size_t Reader::startedCount() const {

@@ -21,7 +21,6 @@
 #include <QString>
 
 #include <functional>
-#include <limits>
 #include <memory>
 #include <optional>
 #include <stop_token>
@@ -115,9 +114,8 @@ public:
     Tasks::Task<PageText> pageText(const Location& file, const PageTextWish& wish, Urgency urgency = Urgency::visible,
                                    std::stop_token stop = {});
 
-    // Starts the processes, or the first of them, before they are needed: the first answer comes a tenth of a second
-    // sooner.
-    void warmUp(size_t most = std::numeric_limits<size_t>::max());
+    // Starts the processes before they are needed: the first answer comes some 20 ms sooner.
+    void warmUp();
 
     // How many processes were started so far, replacements included.
     size_t startedCount() const;

@@ -5,7 +5,6 @@
 #include "core/Config.h"
 #include "library/Actions.h"
 #include "look/Look.h"
-#include "platform/Reader.h"
 #include "platform/Startup.h"
 
 #include <QCoreApplication>
@@ -107,9 +106,6 @@ bool App::show() {
         },
         Qt::SingleShotConnection);
     window()->setVisible(true);
-    // By the time that there are pictures to ask for, a reader has loaded its decoders. Another one would keep the
-    // views from their processor.
-    Reader::shared().warmUp(1);
     // In a minimised window nothing is drawn.
     QTimer::singleShot(longestStart, this, [this] {
         Startup::end();

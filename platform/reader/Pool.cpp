@@ -28,7 +28,7 @@ constexpr auto unwantedLimit = 500ms;
 // A reader that was so quick is asked ahead, and one that is not takes longer than that.
 constexpr auto quick = 30ms;
 
-// Decoders leak and fragment. A new reader costs a tenth of a second.
+// Decoders leak and fragment. A new reader costs 20 ms of a processor, and 50 with its plugins.
 constexpr size_t answersOfOneChild = 2000;
 
 constexpr size_t queueWorthPruning = 256;
@@ -61,10 +61,10 @@ void Pool::ask(size_t level, Job job) {
     wake();
 }
 
-void Pool::warmUp(size_t most) {
+void Pool::warmUp() {
     {
         const std::lock_guard lock(m_mutex);
-        m_warm = most;
+        m_warm = true;
     }
     wake();
 }
@@ -129,13 +129,11 @@ int Pool::pause() {
 }
 
 void Pool::startWanted() {
-    const auto running = size_t(std::ranges::count_if(m_seats, [](const Seat& seat) { return bool(seat.child); }));
     size_t wanted = 0;
     {
         const std::lock_guard lock(m_mutex);
         m_queue.prune();
-        const size_t warm = std::exchange(m_warm, 0);
-        wanted = std::max(m_queue.size(), warm > running ? warm - running : 0);
+        wanted = std::exchange(m_warm, false) ? m_seats.size() : m_queue.size();
     }
     for (Seat& seat : m_seats) {
         const bool comesFree = seat.child && !seat.greeted;

@@ -42,7 +42,7 @@ public:
     void ask(size_t level, Job job);
 
     // Starts all readers now, so that the first request need not wait for one.
-    void warmUp(size_t most);
+    void warmUp();
 
     // How many readers were started so far; any thread.
     size_t startedCount() const { return m_startedCount; }
@@ -92,7 +92,7 @@ private:
     std::mutex m_mutex; // guards the queue, m_stop and m_warm
     Queue m_queue;
     bool m_stop = false;
-    size_t m_warm = 0; // how many are to run
+    bool m_warm = false; // all are to run
     std::atomic<size_t> m_startedCount = 0;
 
     // The thread's own.
