@@ -96,13 +96,13 @@ bool App::show() {
     // Shown here and not by the view, so that it comes in the state that it has.
     m_memory->attach(*window());
     // The first frame, which this thread waits for, is empty. While the second prepares the shaders there is time to
-    // make the contents.
+    // make the contents; it need not wait for the pause that the window leaves between frames.
     connect(
         window(), &QQuickWindow::frameSwapped, this,
         [this] {
-            connect(
-                window(), &QQuickWindow::afterSynchronizing, this,
-                [this] { QMetaObject::invokeMethod(this, &App::makeContents, Qt::QueuedConnection); }, firstTime);
+            QEvent frame(QEvent::UpdateRequest);
+            QCoreApplication::sendEvent(window(), &frame);
+            makeContents();
         },
         Qt::SingleShotConnection);
     window()->setVisible(true);
