@@ -79,7 +79,7 @@ RoundedPicture::RoundedPicture() : m_geometry(QSGGeometry::defaultAttributes_Tex
     setMaterial(&m_material);
 }
 
-void RoundedPicture::setTexture(std::unique_ptr<QSGTexture> texture) {
+void RoundedPicture::setTexture(std::shared_ptr<QSGTexture> texture) {
     texture->setFiltering(QSGTexture::Linear);
     texture->setHorizontalWrapMode(QSGTexture::ClampToEdge);
     texture->setVerticalWrapMode(QSGTexture::ClampToEdge);

@@ -15,15 +15,15 @@ namespace lumbra {
 
 class RoundedMaterial : public QSGMaterial {
 public:
-    // A batch would move the points into the window's coordinates, and the corners are told in the item's. No two
-    // pictures share a texture, so there is nothing to batch.
+    // A batch would move the points into the window's coordinates, and the corners are told in the item's. Few
+    // pictures share a texture, so there is little to batch.
     RoundedMaterial() { setFlag(Blending | NoBatching); }
 
     QSGMaterialType* type() const override;
     QSGMaterialShader* createShader(QSGRendererInterface::RenderMode mode) const override;
     int compare(const QSGMaterial* other) const override;
 
-    std::unique_ptr<QSGTexture> texture;
+    std::shared_ptr<QSGTexture> texture;
     QSizeF frame; // the item's, which the corners belong to
     double radius = 0;
 };
@@ -33,7 +33,8 @@ class RoundedPicture : public QSGGeometryNode {
 public:
     RoundedPicture();
 
-    void setTexture(std::unique_ptr<QSGTexture> texture);
+    const std::shared_ptr<QSGTexture>& texture() const { return m_material.texture; }
+    void setTexture(std::shared_ptr<QSGTexture> texture);
 
     // Where the picture stands in its frame, both in the item's coordinates.
     void setPlace(const QRectF& picture, const QSizeF& frame, double radius);

@@ -3,6 +3,7 @@
 
 #include "ComposedPicture.h"
 #include "KindSymbol.h"
+#include "PictureTextures.h"
 #include "RoundedPicture.h"
 
 #include <QQuickWindow>
@@ -17,7 +18,9 @@ namespace {
 // The scene graph's side of an item: the glow behind, the picture before it; either may be missing.
 class Layers : public QSGNode {
 public:
-    void set(std::unique_ptr<RoundedPicture>& layer, const QImage& image, QQuickWindow* window, bool inFront) {
+    void set(std::unique_ptr<RoundedPicture>& layer, const QImage& image, PictureTextures& textures, bool inFront) {
+        if (layer)
+            textures.release(layer->texture());
         if (image.isNull()) {
             if (layer)
                 removeChildNode(layer.get());
@@ -29,7 +32,7 @@ public:
             layer->setFlag(OwnedByParent, false);
             inFront ? appendChildNode(layer.get()) : prependChildNode(layer.get());
         }
-        layer->setTexture(std::unique_ptr<QSGTexture>(window->createTextureFromImage(image)));
+        layer->setTexture(textures.texture(image));
     }
 
     std::unique_ptr<RoundedPicture> glow;
@@ -104,14 +107,18 @@ void ThumbnailPicture::componentComplete() {
 
 void ThumbnailPicture::itemChange(ItemChange change, const ItemChangeData& value) {
     QQuickItem::itemChange(change, value);
+    if (change == ItemSceneChange)
+        m_textures = value.window ? &PictureTextures::of(*value.window) : nullptr;
     if (change == ItemVisibleHasChanged || change == ItemSceneChange)
         load();
 }
 
 void ThumbnailPicture::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) {
     QQuickItem::geometryChange(newGeometry, oldGeometry);
-    if (newGeometry.size() != oldGeometry.size())
-        update();
+    if (newGeometry.size() == oldGeometry.size())
+        return;
+    lookWhatIsCovered();
+    update();
 }
 
 void ThumbnailPicture::updatePolish() {
@@ -239,7 +246,15 @@ void ThumbnailPicture::setImage(const QImage& image) {
     if (!image.isNull())
         setFailed(false);
     Q_EMIT imageChanged();
+    lookWhatIsCovered();
     update();
+}
+
+void ThumbnailPicture::lookWhatIsCovered() {
+    const QSizeF left = QQuickItem::size() - fittedInto(QQuickItem::size(), m_image.size()).size();
+    const bool covers = !m_image.isNull() && !m_image.hasAlphaChannel() && std::max(left.width(), left.height()) < 1;
+    if (std::exchange(m_isCovering, covers) != covers)
+        Q_EMIT coveringChanged();
 }
 
 void ThumbnailPicture::setGlow(const QImage& glow) {
@@ -264,9 +279,9 @@ QSGNode* ThumbnailPicture::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) 
         m_imageDirty = m_glowDirty = true;
     }
     if (std::exchange(m_glowDirty, false))
-        layers->set(layers->glow, m_glow, window(), false);
+        layers->set(layers->glow, m_glow, *m_textures, false);
     if (std::exchange(m_imageDirty, false))
-        layers->set(layers->picture, m_image, window(), true);
+        layers->set(layers->picture, m_image, *m_textures, true);
     const QRectF place = fittedInto(QQuickItem::size(), m_image.size());
     if (layers->glow && layers->picture && !m_image.hasAlphaChannel())
         layers->glow->setPlaceBehind(place, QQuickItem::size(), m_cornerRadius);

@@ -18,6 +18,8 @@ class QSGImageNode;
 
 namespace lumbra {
 
+class PictureTextures;
+
 class ThumbnailPicture : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
@@ -28,6 +30,7 @@ class ThumbnailPicture : public QQuickItem {
     Q_PROPERTY(double cornerRadius READ cornerRadius WRITE setCornerRadius NOTIFY cornerRadiusChanged)
     Q_PROPERTY(bool held READ isHeld WRITE setHeld NOTIFY heldChanged)
     Q_PROPERTY(bool hasImage READ hasImage NOTIFY imageChanged)
+    Q_PROPERTY(bool covering READ isCovering NOTIFY coveringChanged)
     Q_PROPERTY(bool failed READ failed NOTIFY failedChanged)
     Q_PROPERTY(QString kindSymbol READ kindSymbol NOTIFY assetChanged)
 
@@ -58,6 +61,9 @@ public:
     QImage image() const { return m_image; }
     QImage glow() const { return m_glow; }
 
+    // The picture is opaque and fills the item, but for a part of a pixel: nothing behind it is seen.
+    bool isCovering() const { return m_isCovering; }
+
     // The file yielded no picture; the next load tries again.
     bool failed() const { return m_failed; }
 
@@ -71,6 +77,7 @@ Q_SIGNALS:
     void cornerRadiusChanged();
     void heldChanged();
     void imageChanged();
+    void coveringChanged();
     void failedChanged();
 
 protected:
@@ -92,6 +99,7 @@ private:
     void whenDue(std::function<void()> show);
     void setImage(const QImage& image);
     void setGlow(const QImage& glow);
+    void lookWhatIsCovered();
     void setFailed(bool failed);
     QSGNode* composed(QSGImageNode* node);
 
@@ -100,8 +108,10 @@ private:
     bool m_backdrop = false;
     double m_cornerRadius = 0;
     bool m_isHeld = false;
+    PictureTextures* m_textures = nullptr; // of its window
     QImage m_image;
     QImage m_glow;
+    bool m_isCovering = false;
     bool m_failed = false;
     bool m_imageDirty = false; // not in the scene graph yet
     bool m_glowDirty = false;

@@ -14,6 +14,7 @@ Item {
     property alias cornerRadius: picture.cornerRadius
     property alias held: picture.held
     readonly property alias hasImage: picture.hasImage
+    readonly property alias covering: picture.covering
     readonly property alias failed: picture.failed
 
     // Another where the picture is asked for in a size that is not the view's.

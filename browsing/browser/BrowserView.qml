@@ -1,4 +1,5 @@
-// The main pane: its toolbar, the page with its header and its status line, and the details of what is selected.
+// The main pane: its toolbar, the page with its header and its status line, and the details of what is selected. Behind
+// it is the window's own colour.
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
@@ -6,7 +7,7 @@ import QtQuick.Templates as T
 import Lumbra.Browsing
 import Lumbra.Look
 
-Rectangle {
+Item {
     id: view
 
     required property Browser browser
@@ -18,7 +19,6 @@ Rectangle {
     // Puts the cursor into the search field, where the page has one.
     function find() { toolbar.find() }
 
-    color: Theme.window
     T.SplitView.minimumWidth: narrowestPage + (inspecting ? inspector.width : 0)
     Component.onCompleted: browser.appear()
 

@@ -42,9 +42,10 @@ Item {
         width: tile.metrics.wellWidth
         height: tile.metrics.wellHeight
         radius: Theme.radiusPicture
-        color: Theme.well
+        color: thumbnail.covering ? Theme.clear : Theme.well // nothing is drawn that nobody sees
 
         ThumbnailView {
+            id: thumbnail
             anchors.fill: parent
             asset: tile.cell.asset
             size: tile.metrics.wellWidth

@@ -69,6 +69,41 @@ private Q_SLOTS:
         QTRY_VERIFY(isNear(pixel(window, 100, 10), Qt::green));
     }
 
+    void whatIsOpaqueAndFillsItsFrameCovers() {
+        const auto covers = [](const QVariant& asset) {
+            QmlWindow window(oneView, imports, {{QStringLiteral("asset"), asset}});
+            return QTest::qWaitFor([&] { return window.value("view", "hasImage").toBool(); })
+                   && window.value("view", "covering").toBool();
+        };
+        QVERIFY(covers(picture("filling.png", {800, 600}, Qt::red)));
+        QVERIFY(covers(picture("nearly.png", {803, 600}, Qt::red))); // but for a part of a pixel
+        QVERIFY(!covers(wide("beside.png", Qt::red)));
+        QVERIFY(!covers(picture("clear.png", {800, 600}, QColor(255, 0, 0, 128))));
+    }
+
+    void picturesThatChangePlacesShowInTheirNewOnes() {
+        const QVariant red = picture("left.png", {800, 600}, Qt::red),
+                       blue = picture("right.png", {800, 600}, Qt::blue);
+        QmlWindow window(R"(
+            property var first
+            property var second
+            ThumbnailView { width: 100; height: 75; size: 100; asset: parent ? parent.first : undefined }
+            ThumbnailView { x: 100; width: 100; height: 75; size: 100; asset: parent ? parent.second : undefined })",
+                         imports, {{QStringLiteral("first"), red}, {QStringLiteral("second"), blue}});
+        const auto show = [&](QColor left, QColor right) {
+            return QTest::qWaitFor(
+                [&] { return isNear(pixel(window, 50, 40), left) && isNear(pixel(window, 150, 40), right); });
+        };
+        QVERIFY(show(Qt::red, Qt::blue));
+        window.root()->setProperty("first", blue);
+        window.root()->setProperty("second", red);
+        QVERIFY(show(Qt::blue, Qt::red));
+        window.root()->setProperty("first", red);
+        QVERIFY(show(Qt::red, Qt::red));
+        window.root()->setProperty("second", blue);
+        QVERIFY(show(Qt::red, Qt::blue));
+    }
+
     void aCachedPictureIsThereAtOnce() {
         const QVariant asset = wide("cached.png", Qt::red);
         {
@@ -236,7 +271,7 @@ private Q_SLOTS:
 
 private:
     QVariant picture(const char* name, QSize size, const QColor& colour) const {
-        QImage image(size, QImage::Format_RGB32);
+        QImage image(size, colour.alpha() < 255 ? QImage::Format_ARGB32 : QImage::Format_RGB32);
         image.fill(colour);
         const Location file = m_home.path().child(std::string_view(name));
         if (!image.save(file.toString()))
