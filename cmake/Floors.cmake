@@ -1,9 +1,10 @@
 # lumbra_floor(NAME [USES floor...] [LINKS target...] [WITHOUT folder...] [QML]): the folder NAME as one static library.
 #
-# Every source in the folder belongs to the floor, but for those in the folders that it is WITHOUT, which are plugins. What a floor may include is decided here and nowhere else: a floor
-# sees the headers of the floors it uses, as "floor/Name.h", and no others, since each floor's headers are reachable
-# only through an include folder of its own that travels with linking it. A floor that has QML files becomes one QML
-# module, Lumbra.<Name>, that depends on those of the floors that it uses.
+# Every source in the folder belongs to the floor, but for those in the folders that it is WITHOUT, which are plugins.
+# What a floor may include is decided here and nowhere else: a floor sees the headers of the floors it uses, as
+# "floor/Name.h", and no others, since each floor's headers are reachable only through an include folder of its own
+# that travels with linking it. A floor that has QML files becomes one QML module, Lumbra.<Name>, that depends on
+# those of the floors that it uses.
 #
 # SPDX-License-Identifier: GPL-3.0-or-later
 

@@ -42,6 +42,21 @@ private Q_SLOTS:
         QCOMPARE(image.pixelColor(0, 0).alpha(), 128);
     }
 
+    void withoutItsPluginsAReaderReadsTheRest() {
+        const Location alone = m_home.path().child("lumbra-reader");
+        QVERIFY(QFile::copy(QString::fromUtf8(Reader::installedProgram()), alone.toString()));
+        Reader reader({.program = alone.path()});
+        for (const char* const head : {"\0\0\0\x18"
+                                       "ftypisom",
+                                       "\0\0\0\x18"
+                                       "ftypheic"}) {
+            const Location file = m_home.file("foreign", QByteArray(head, 12));
+            QVERIFY(resultOf(reader.thumbnail(file, box)).isNull());
+        }
+        QCOMPARE(resultOf(reader.thumbnail(picture("plain.png", {8, 8}, Qt::red), box)).size(), QSize(8, 8));
+        QCOMPARE(reader.startedCount(), size_t(1)); // none has come to grief
+    }
+
     void theAnswerReachesItsContext() {
         Reader reader;
         QImage image;
