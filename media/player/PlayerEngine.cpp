@@ -271,6 +271,9 @@ void PlayerEngine::turn(bool backward) {
         return;
     // Sound keeps the player from starting backward for seconds, and is of no use then.
     m_mpv->set("aid", backward ? "no" : "auto");
+    // A reader that has got to the end of the file is not woken to go back otherwise: it would begin after a second,
+    // when it looks by itself, or not at all.
+    m_mpv->set("demuxer-force-retry-on-eof", backward);
     m_mpv->set("play-dir", backward ? "backward" : "forward");
     if (!m_file.isOpen)
         return;
