@@ -242,19 +242,20 @@ AssetIndex::Folders::Iterator AssetIndex::position(std::string_view path) const 
     return {*m_table, chunk, size_t(found - candidates.begin())};
 }
 
-const AssetIndex::Folder* AssetIndex::folder(std::string_view path) const {
+const AssetIndex::FolderPointer& AssetIndex::folder(std::string_view path) const {
+    static const FolderPointer none;
     const auto found = position(path);
-    return found != folders().end() && (*found)->path() == path ? found->get() : nullptr;
+    return found != folders().end() && (*found)->path() == path ? *found : none;
 }
 
 std::optional<Asset> AssetIndex::find(const Location& path) const {
-    const Folder* const holder = folder(parentOf(path.view()));
+    const FolderPointer& holder = folder(parentOf(path.view()));
     const auto place = holder ? holder->find(nameOf(path.view())) : std::nullopt;
     return place ? std::optional(holder->assetAt(*place)) : std::nullopt;
 }
 
 bool AssetIndex::contains(const Location& path) const {
-    const Folder* const holder = folder(parentOf(path.view()));
+    const FolderPointer& holder = folder(parentOf(path.view()));
     return holder && holder->find(nameOf(path.view())).has_value();
 }
 

@@ -167,6 +167,9 @@ public:
     Folders folders() const { return {*m_table, m_folderCount}; }
     QList<FolderPointer> foldersUnder(const Location& folder) const;
 
+    // The one with this path, valid as long as the index; null if it holds no assets.
+    const FolderPointer& folder(std::string_view path) const;
+
     // All assets below the folder at any depth, by path of their folder, then by name.
     Assets assetsUnder(const Location& folder) const;
 
@@ -185,7 +188,6 @@ private:
 
     size_t chunkFor(std::string_view path) const;
     Folders::Iterator position(std::string_view path) const;
-    const Folder* folder(std::string_view path) const;
     Edits editsFor(const Changes& changes) const;
     static void append(Table& table, Chunk folders);
 

@@ -42,13 +42,17 @@ bool isUtf8(std::string_view name) {
     return QByteArrayView(name.data(), qsizetype(name.size())).isValidUtf8();
 }
 
-// Looks at one entry: `onFolder(name)` for what a walk would enter, `onFile(File)` for an asset. What is hidden, pruned
-// or of no kind falls out before it costs a system call.
+// Looks at one entry: `onFolder(name)` for what a walk would enter, `onFile(File)` for an asset. What is hidden,
+// pruned, of no kind or known already falls out before it costs a system call.
 template <typename OnFolder, typename OnFile>
-void readEntry(int folder, const char* entry, unsigned char type, const OnFolder& onFolder, const OnFile& onFile) {
+void readEntry(int folder, const char* entry, unsigned char type, const AssetIndex::Folder* known,
+               const OnFolder& onFolder, const OnFile& onFile) {
     const std::string_view name(entry);
     if (name.starts_with('.'))
         return;
+    const auto knownAt = known && type == DT_REG ? known->find(name) : std::nullopt;
+    if (knownAt)
+        return onFile(known->at(*knownAt));
     const auto kind = assetKindOfName(name);
     std::optional<FileFacts> facts;
     // Some file systems do not tell the type with the name.
@@ -67,14 +71,15 @@ void readEntry(int folder, const char* entry, unsigned char type, const OnFolder
 
 // All entries of one folder. Names point into the buffer and hold until the call returns.
 template <typename OnFolder, typename OnFile>
-void readFolder(int folder, char* buffer, const OnFolder& onFolder, const OnFile& onFile) {
+void readFolder(int folder, char* buffer, const AssetIndex::Folder* known, const OnFolder& onFolder,
+                const OnFile& onFile) {
     for (;;) {
         const long filled = ::syscall(SYS_getdents64, folder, buffer, bufferSize);
         if (filled <= 0)
             return;
         for (long offset = 0; offset < filled;) {
             const auto* entry = reinterpret_cast<const DirectoryEntry*>(buffer + offset);
-            readEntry(folder, buffer + offset + offsetof(DirectoryEntry, name), entry->type, onFolder, onFile);
+            readEntry(folder, buffer + offset + offsetof(DirectoryEntry, name), entry->type, known, onFolder, onFile);
             offset += entry->length;
         }
     }
@@ -133,7 +138,7 @@ void indexFolders(FolderQueue& queue, const std::stop_token& stop, Folders& foun
             if (const Descriptor folder = openFolder(AT_FDCWD, path.path().constData())) {
                 auto assets = std::make_shared<AssetIndex::Folder>(std::string(path.view()));
                 readFolder(
-                    folder.number(), buffer.get(),
+                    folder.number(), buffer.get(), nullptr,
                     [&](std::string_view name) { subfolders.push_back(path.child(name)); },
                     [&](const AssetIndex::File& file) { assets->add(file); });
                 if (assets->size() > 0) {
@@ -179,7 +184,7 @@ void walk(const Location& root, const std::function<void(const Asset&)>& body) {
             continue;
         const auto firstChild = qsizetype(waiting.size());
         readFolder(
-            folder.number(), buffer.get(), [&](std::string_view name) { waiting.push_back(path.child(name)); },
+            folder.number(), buffer.get(), nullptr, [&](std::string_view name) { waiting.push_back(path.child(name)); },
             [&](const AssetIndex::File& file) { body(assetOf(path, file)); });
         // The stack gives the last one first; the order is the file system's.
         std::reverse(waiting.begin() + firstChild, waiting.end());
@@ -200,14 +205,14 @@ AssetIndex index(const QList<Location>& roots, int workers, std::stop_token stop
     return AssetIndex(std::move(found[0]));
 }
 
-Listing list(const Location& folder) {
+Listing list(const Location& folder, const AssetIndex::Folder* known) {
     Listing listing;
     const Descriptor open(::open(folder.path().constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!open)
         return listing;
     const auto buffer = std::make_unique<char[]>(bufferSize);
     readFolder(
-        open.number(), buffer.get(), [&](std::string_view name) { listing.folders.append(folder.child(name)); },
+        open.number(), buffer.get(), known, [&](std::string_view name) { listing.folders.append(folder.child(name)); },
         [&](const AssetIndex::File& file) { listing.assets.append(assetOf(folder, file)); });
     NaturalOrder::shared().sort(listing.folders, [](const Location& location) { return location.lastComponent(); });
     return listing;

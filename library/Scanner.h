@@ -36,7 +36,8 @@ void walk(const Location& root, const std::function<void(const Asset&)>& body);
 // with what it has, when asked to.
 AssetIndex index(const QList<Location>& roots, int workers, std::stop_token stop = {});
 
-Listing list(const Location& folder);
+// A file of `known` is taken as it stands there, if the folder still has it: what a listing costs is to look at each.
+Listing list(const Location& folder, const AssetIndex::Folder* known = nullptr);
 
 // True when a component of `url` below `root`, the last one included, is hidden or pruned. Both are made canonical.
 bool isInsidePruned(const Location& url, const Location& root);

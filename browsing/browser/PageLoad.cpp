@@ -25,6 +25,14 @@ ListPage folder(const Scanner::Listing& listing, const PageFilter& filter, SortO
     return page;
 }
 
+bool isAsIndexed(const Assets& files, const AssetIndex::Folder* indexed) {
+    const auto isSame = [indexed](const Asset& file) {
+        const auto place = indexed->find(file.url.lastComponent());
+        return place && indexed->assetAt(*place) == file;
+    };
+    return indexed ? files.size() == qsizetype(indexed->size()) && std::ranges::all_of(files, isSame) : files.isEmpty();
+}
+
 ListPage recursive(const AssetIndex& index, const Location& folder, const PageFilter& filter, SortOrder sort,
                    const PageList& shown) {
     ListPage page;

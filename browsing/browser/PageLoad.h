@@ -48,6 +48,9 @@ ListPage starred(const Assets& starred, const PageFilter& filter, const PageList
 // A folder's direct contents. Content hits find files only, never folders.
 ListPage folder(const Scanner::Listing& listing, const PageFilter& filter, SortOrder sort, const PageList& shown);
 
+// Whether these files of a folder are those that the index has of it, in whatever order; null if it has none.
+bool isAsIndexed(const Assets& files, const AssetIndex::Folder* indexed);
+
 // Everything below a folder, without folder tiles.
 ListPage recursive(const AssetIndex& index, const Location& folder, const PageFilter& filter, SortOrder sort,
                    const PageList& shown);

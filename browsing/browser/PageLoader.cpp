@@ -23,6 +23,11 @@ QList<Location> urlsOf(const QList<Project>& projects) {
 
 PageLoader::PageLoader(Library* library, QObject* parent) : QObject(parent), m_library(library) {}
 
+void PageLoader::unload() {
+    m_loaded = false;
+    m_asIndexed = {};
+}
+
 void PageLoader::load(const LoadKey& key) {
     const PageFilter filter(assetKindFromRaw(key.kind), key.search);
     if (!filter.hasQuery() || !m_contentSearch)
@@ -59,32 +64,44 @@ void PageLoader::loadStarred(const LoadKey& key, const PageFilter& filter) {
     m_starred = m_library->derived().starred;
     Tasks::run(pool, [starred = m_starred, filter, shown = assets()] {
         return PageLoad::starred(starred, filter, shown);
-    }).then(this, [this, key](const ListPage& page) {
-        Q_EMIT arriving(key.place);
-        m_kindCounts = page.kindCounts;
-        m_assets = page.assets;
-        m_folders = page.folders;
-        Q_EMIT listsWritten();
-        finish(key);
-    });
+    }).then(this, [this, key](const ListPage& page) { writeList(key, page); });
 }
 
 void PageLoader::loadFolder(const Location& url, const LoadKey& key, const PageFilter& filter) {
-    const auto compute = [url, recursive = key.recursive, sort = key.sort, filter, index = m_library->index(),
-                          shown = assets()] {
-        // A folder's direct contents come from disk, so that the page also shows what the index does not hold.
-        return recursive ? PageLoad::recursive(index, url, filter, sort, shown)
-                         : PageLoad::folder(Scanner::list(url), filter, sort, shown);
+    if (key.recursive) {
+        Tasks::run(pool, [url, sort = key.sort, filter, index = m_library->index(), shown = assets()] {
+            return PageLoad::recursive(index, url, filter, sort, shown);
+        }).then(this, [this, key](const ListPage& page) { writeList(key, page); });
+        return;
+    }
+    struct Listed {
+        ListPage page;
+        bool isAsIndexed = false;
+    };
+    // A folder's direct contents come from disk, so that the page also shows what the index does not hold. Where the
+    // two were found to agree, the index tells the facts from then on: what one more file costs does not grow with
+    // those that were there.
+    const auto compute = [url, sort = key.sort, filter, indexed = m_library->index().folder(url.view()),
+                          agreed = m_asIndexed == url, shown = assets()] {
+        const Scanner::Listing listing = Scanner::list(url, agreed ? indexed.get() : nullptr);
+        return Listed{PageLoad::folder(listing, filter, sort, shown),
+                      agreed || PageLoad::isAsIndexed(listing.assets, indexed.get())};
     };
     // A disk that is asleep takes its time, and a share that has gone never answers: other pages do not wait behind it.
-    Tasks::run(key.recursive ? pool : Tasks::Pool::lasting, compute).then(this, [this, key](const ListPage& page) {
-        Q_EMIT arriving(key.place);
-        m_kindCounts = page.kindCounts;
-        m_folders = page.folders;
-        m_assets = page.assets;
-        Q_EMIT listsWritten();
-        finish(key);
+    Tasks::run(Tasks::Pool::lasting, compute).then(this, [this, url, key](const Listed& listed) {
+        if (listed.isAsIndexed)
+            m_asIndexed = url;
+        writeList(key, listed.page);
     });
+}
+
+void PageLoader::writeList(const LoadKey& key, const ListPage& page) {
+    Q_EMIT arriving(key.place);
+    m_kindCounts = page.kindCounts;
+    m_folders = page.folders;
+    m_assets = page.assets;
+    Q_EMIT listsWritten();
+    finish(key);
 }
 
 void PageLoader::loadRecent(const LoadKey& key, const PageFilter& filter) {

@@ -35,7 +35,7 @@ public:
     void load(const LoadKey& key);
 
     // Forgets that a load has finished; the lists stay until the next one writes over them.
-    void unload() { m_loaded = false; }
+    void unload();
 
     QList<Location> folders() const { return m_folders; }
     PageList assets() const { return m_assets; }
@@ -69,11 +69,13 @@ private:
     void loadFolder(const Location& url, const LoadKey& key, const PageFilter& filter);
     void loadStarred(const LoadKey& key, const PageFilter& filter);
     void loadRecent(const LoadKey& key, const PageFilter& filter);
+    void writeList(const LoadKey& key, const ListPage& page);
     void finish(const LoadKey& key);
 
     Library* const m_library;
     ContentSearch m_contentSearch;
     Assets m_starred;
+    Location m_asIndexed; // the folder of the page, once its files were found on disk as the index has them
 
     Q_OBJECT_BINDABLE_PROPERTY(PageLoader, QList<Location>, m_folders, &PageLoader::foldersChanged)
     Q_OBJECT_BINDABLE_PROPERTY(PageLoader, PageList, m_assets, &PageLoader::assetsChanged)

@@ -2,6 +2,7 @@
 //
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "BrowserWindow.h"
+#include "core/Stars.h"
 #include "support/Strings.h"
 
 #include <QSignalSpy>
@@ -57,6 +58,33 @@ private Q_SLOTS:
         QTRY_VERIFY(!window.library->indexing());
         window.file("p/b.png");
         QTRY_COMPARE(names(window.browser->assets()), (strings({"a.png", "b.png"})));
+    }
+
+    void thePageFollowsWhatBecomesOfItsFiles() {
+        Window window;
+        const Location changed = window.file("p/a.png");
+        window.file("p/b.png");
+        const Location gone = window.file("p/c.png");
+        window.open(Place::folder(window.folder("p")));
+        QTRY_VERIFY(!window.library->indexing());
+        QTRY_COMPARE(names(window.browser->assets()), (strings({"a.png", "b.png", "c.png"})));
+        for (int time = 1; time < 3; ++time) { // the facts come from the disk first, then from the index
+            (void)window.home.file("Library/p/a.png", QByteArray(time, 'x'));
+            const auto sizeOfA = [&] {
+                for (const Asset& asset : window.browser->assets())
+                    if (asset.url == changed)
+                        return asset.size;
+                return qint64(-1);
+            };
+            QTRY_COMPARE(sizeOfA(), qint64(time));
+        }
+        QVERIFY(Stars::write(changed, true));
+        QTRY_VERIFY(window.browser->assets().contains(Asset::read(changed)));
+        QVERIFY(QFile::remove(gone.toString()));
+        QTRY_COMPARE(window.browser->assets().size(), 2);
+        QVERIFY(QFile::rename(changed.toString(), gone.toString()));
+        QTRY_VERIFY(window.browser->assets().contains(Asset::read(gone)));
+        QTRY_COMPARE(window.browser->assets().size(), 2);
     }
 
     void theFeedHoldsWhatIsNewOutsideHiddenProjects() {

@@ -147,6 +147,23 @@ private Q_SLOTS:
         QCOMPARE(PageLoad::folder(listing, PageFilter(AssetKind::video, {}), SortOrder::name, {}).folders.size(), 1);
     }
 
+    void filesAreAsIndexedIfAllAndOnlyTheyAreThere() {
+        const Asset a = file("/p/a.png");
+        const Asset b = file("/p/b.png", 5, 7, Date{3});
+        const AssetIndex both = indexOf({a, b, file("/p/below/c.png")});
+        const AssetIndex::Folder* const folder = both.folder("/p").get();
+        QVERIFY(PageLoad::isAsIndexed({b, a}, folder));
+        QVERIFY(!PageLoad::isAsIndexed({a}, folder));
+        QVERIFY(!PageLoad::isAsIndexed({}, folder));
+        QVERIFY(!PageLoad::isAsIndexed({a, b, file("/p/c.png")}, folder));
+        QVERIFY(!PageLoad::isAsIndexed({a, file("/p/c.png")}, folder));
+        for (const Asset& other :
+             {file("/p/b.png", 6, 7, Date{3}), file("/p/b.png", 5, 8, Date{3}), file("/p/b.png", 5, 7)})
+            QVERIFY(!PageLoad::isAsIndexed({a, other}, folder));
+        QVERIFY(PageLoad::isAsIndexed({}, nullptr));
+        QVERIFY(!PageLoad::isAsIndexed({a}, nullptr));
+    }
+
     void recursiveShowsEverythingBelowAndNoFolders() {
         const AssetIndex index = indexOf({file("/p/a/1.png", 1), file("/p/a/b/2.png", 2), file("/p/a/b/3.mp4", 3),
                                           file("/p/ab/4.png", 4), file("/p/5.png", 5)});

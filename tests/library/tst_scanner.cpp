@@ -136,6 +136,22 @@ private Q_SLOTS:
         QVERIFY(Scanner::list(file.parent()).assets == found);
     }
 
+    void whatIsKnownIsNotLookedAtAgain() {
+        const TestHome home;
+        const Location folder = home.file("p/kept.png", "1234").parent();
+        const Location fresh = home.file("p/new.png", "12");
+        home.folder("p/turned.png");
+        AssetIndex::Folder known(std::string(folder.view()));
+        for (const char* name : {"gone.png", "kept.png", "turned.png"})
+            known.add({name, AssetKind::image, 99, Date{5}, Date{6}});
+        known.finish();
+        const auto listing = Scanner::list(folder, &known);
+        QCOMPARE(listing.folders, QList{folder.child("turned.png")});
+        QCOMPARE(listing.assets.size(), 2);
+        QVERIFY(listing.assets.contains(Asset::read(fresh)));
+        QVERIFY(listing.assets.contains(Asset{folder.child("kept.png"), AssetKind::image, 99, Date{5}, Date{6}}));
+    }
+
     void foldersOfAListingStandInNaturalOrder() {
         const TestHome home;
         for (const char* folder : {"p/take 10", "p/take 9", "p/Alpha", "p/beta"})
