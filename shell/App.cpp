@@ -5,9 +5,11 @@
 #include "core/Config.h"
 #include "library/Actions.h"
 #include "look/Look.h"
+#include "media/player/GraphicsHardware.h"
 #include "platform/Startup.h"
 
 #include <QCoreApplication>
+#include <QQuickGraphicsConfiguration>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTimer>
@@ -93,6 +95,10 @@ bool App::show() {
     if (m_engine->rootObjects().isEmpty())
         return false;
     makeControllers();
+    // To find out what is hidden behind something else, and not draw it, takes a program longer than to draw it.
+    QQuickGraphicsConfiguration drawing = window()->graphicsConfiguration();
+    drawing.setDepthBufferFor2D(hasGraphicsHardware());
+    window()->setGraphicsConfiguration(drawing);
     // Shown here and not by the view, so that it comes in the state that it has.
     m_memory->attach(*window());
     // The first frame, which this thread waits for, is empty. While the second prepares the shaders there is time to

@@ -25,6 +25,22 @@ T.MenuBar {
         implicitHeight: Theme.rowHeight
         hoverEnabled: true
 
+        property bool isAwaited: false
+
+        // A bar whose menu has closed by itself thinks it open still, and closes it once more.
+        onTriggered: {
+            isAwaited = !isAwaited && !menu.visible
+            Qt.callLater(openIfAwaited)
+        }
+        function openIfAwaited(): void {
+            if (isAwaited)
+                triggered()
+        }
+        Connections {
+            target: item.menu
+            function onAboutToShow() { item.isAwaited = false }
+        }
+
         Accessible.role: Accessible.MenuItem
         Accessible.name: text
 

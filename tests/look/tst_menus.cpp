@@ -19,6 +19,9 @@ private Q_SLOTS:
     void aMenuHangsBelowWhatOpenedItOrStandsOnIt();
     void theMenuBarIsUsedByKey();
     void theMenuBarLightsTheMenuThatIsOpenAndNoOther();
+    void aMenuOpensAgainAfterAnEntryWasChosenOrItWasLeft_data();
+    void aMenuOpensAgainAfterAnEntryWasChosenOrItWasLeft();
+    void aMenuOfActionsMakesItsEntriesWhenItOpens();
 };
 
 void tst_menus::aMenuIsUsedByKey() {
@@ -195,6 +198,73 @@ void tst_menus::theMenuBarLightsTheMenuThatIsOpenAndNoOther() {
     QTRY_VERIFY(!isLit(0));
     window.press(Qt::Key_Escape);
     QTRY_VERIFY(!isLit(1));
+}
+
+void tst_menus::aMenuOpensAgainAfterAnEntryWasChosenOrItWasLeft_data() {
+    QTest::addColumn<bool>("byPointer");
+    QTest::addColumn<QList<int>>("keys");
+    for (const bool byPointer : {false, true}) {
+        QTest::addRow("%s, entry", byPointer ? "pointer" : "keys")
+            << byPointer << QList<int>{Qt::Key_Down, Qt::Key_Return};
+        QTest::addRow("%s, left", byPointer ? "pointer" : "keys") << byPointer << QList<int>{Qt::Key_Escape};
+    }
+}
+void tst_menus::aMenuOpensAgainAfterAnEntryWasChosenOrItWasLeft() {
+    QFETCH(bool, byPointer);
+    QFETCH(QList<int>, keys);
+    QmlWindow window("MenuBar { objectName: 'bar'; width: parent.width\n"
+                     "Menu { objectName: 'menu'; title: 'One'; MenuItem { text: 'a' } } }");
+    const QPoint at = window.find<QQuickItem>("bar")->mapToScene(QPointF(20, 10)).toPoint();
+    for (int time = 0; time < 3; ++time) {
+        if (byPointer)
+            QTest::mouseClick(window.window(), Qt::LeftButton, {}, at);
+        else
+            window.press(Qt::Key_F10);
+        QTRY_VERIFY(window.value("menu", "opened").toBool());
+        for (const int key : keys)
+            window.press(Qt::Key(key));
+        QTRY_VERIFY(!window.value("menu", "visible").toBool());
+    }
+    if (!byPointer)
+        return;
+    for (const bool opens : {true, false, true, false}) { // and closes by a click where it opened
+        QTest::mouseClick(window.window(), Qt::LeftButton, {}, at);
+        QTRY_COMPARE(window.value("menu", "visible").toBool(), opens);
+        QCoreApplication::processEvents();
+        QCOMPARE(window.value("menu", "visible").toBool(), opens);
+    }
+}
+
+void tst_menus::aMenuOfActionsMakesItsEntriesWhenItOpens() {
+    QmlWindow window("property string chosen\n"
+                     "MenuBar { width: parent.width\n"
+                     "ActionMenu { objectName: 'menu'; title: 'File'\n"
+                     "T.Action { text: 'One'; shortcut: 'Ctrl+1'; onTriggered: chosen += '1' }\n"
+                     "QtObject {}\n"
+                     "MenuAction { text: 'Two'; shortcut: 'Ctrl+2'; possible: false; onTriggered: chosen += '2' }\n"
+                     "T.Action { text: 'Three'; onTriggered: chosen += '3' } } }",
+                     "import QtQuick.Templates as T\n");
+    const auto* const menu = window.find<QObject>("menu");
+    const auto chosen = [&] { return window.root()->property("chosen").toString(); };
+    QCOMPARE(menu->property("count").toInt(), 0);
+    QTest::keyClick(window.window(), Qt::Key_1, Qt::ControlModifier);
+    QTest::keyClick(window.window(), Qt::Key_2, Qt::ControlModifier);
+    QTRY_COMPARE(chosen(), QStringLiteral("1"));
+    for (int time = 0; time < 2; ++time) {
+        window.press(Qt::Key_F10);
+        QTRY_VERIFY(menu->property("opened").toBool());
+        QCOMPARE(menu->property("count").toInt(), 4);
+        auto* const entries = menu->property("contentItem").value<QQuickItem*>();
+        QTRY_COMPARE(entries->height(), entries->implicitHeight()); // all are seen
+        window.press(Qt::Key_Down);
+        window.press(Qt::Key_Down);
+        window.press(Qt::Key_Return);
+        QTRY_VERIFY(!menu->property("visible").toBool());
+    }
+    QCOMPARE(chosen(), QStringLiteral("133"));
+    QTest::keyClick(window.window(), Qt::Key_1, Qt::ControlModifier);
+    QTest::keyClick(window.window(), Qt::Key_2, Qt::ControlModifier);
+    QTRY_COMPARE(chosen(), QStringLiteral("1331"));
 }
 
 QTEST_MAIN(tst_menus)
