@@ -7,6 +7,7 @@
 #include <QtTest>
 
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace lumbra;
@@ -216,14 +217,21 @@ private Q_SLOTS:
         QVERIFY(queued.isCanceled() && queued.isFinished());
     }
 
-    void idleReadersYieldToEverybody() {
-        Reader reader({.children = 1, .idlePriority = true, .program = hostileProgram()});
+    void readersYieldToTheWindowAndIdleOnesToEverybody_data() {
+        QTest::addColumn<bool>("isIdle");
+        QTest::newRow("somebody looks") << false;
+        QTest::newRow("nobody looks") << true;
+    }
+    void readersYieldToTheWindowAndIdleOnesToEverybody() {
+        QFETCH(bool, isIdle);
+        Reader reader({.children = 1, .idlePriority = isIdle, .program = hostileProgram()});
         const auto before = childProcesses();
         QCOMPARE(resultOf(reader.thumbnail(fine(), box)).size(), QSize(1, 1));
         QList<pid_t> started = childProcesses();
         started.removeIf([&before](pid_t process) { return before.contains(process); });
         QCOMPARE(started.size(), 1);
-        QCOMPARE(::sched_getscheduler(started.first()), SCHED_IDLE);
+        QCOMPARE(::sched_getscheduler(started.first()), isIdle ? SCHED_IDLE : SCHED_OTHER);
+        QCOMPARE(::getpriority(PRIO_PROCESS, id_t(started.first())), std::max(::getpriority(PRIO_PROCESS, 0), 10));
     }
 
     void whatIsNoRegularFileReadsAsNothing_data() {
