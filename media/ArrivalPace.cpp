@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ArrivalPace.h"
 
+#include <QCoreApplication>
 #include <QQuickWindow>
 
 #include <algorithm>
@@ -55,7 +56,7 @@ void ArrivalPace::add(QObject* context, bool inSight, std::function<void()> show
 void ArrivalPace::plan() {
     if (m_arrived.empty())
         return;
-    if (!std::ranges::any_of(m_arrived, &Arrival::inSight)) {
+    if (!isAnyInSight()) {
         if (!m_beat.isActive())
             m_beat.start(longestPause);
         return;
@@ -67,11 +68,25 @@ void ArrivalPace::plan() {
         m_beat.start(wait);
 }
 
+bool ArrivalPace::isAnyInSight() const {
+    return std::ranges::any_of(m_arrived, &Arrival::inSight);
+}
+
 void ArrivalPace::showAll() {
     m_beat.stop();
+    const bool isSeen = isAnyInSight();
     for (const Arrival& arrival : std::exchange(m_arrived, {}))
         if (arrival.context)
             arrival.show();
+    // After a quiet time it is one file that has landed, and this its picture. The window would leave a pause before
+    // the frame for what else may come.
+    if (isSeen && m_awaited == 0 && Clock::now() - m_frameEnded.load() > longestPause)
+        QMetaObject::invokeMethod(this, &ArrivalPace::drawNow, Qt::QueuedConnection);
+}
+
+void ArrivalPace::drawNow() {
+    QEvent frame(QEvent::UpdateRequest);
+    QCoreApplication::sendEvent(parent(), &frame);
 }
 
 // What a frame takes is what the processors do for it: where it waits for the screen's refresh it takes nothing from

@@ -61,7 +61,9 @@ private:
     explicit ArrivalPace(QQuickWindow& window);
 
     void plan();
+    bool isAnyInSight() const;
     void showAll();
+    void drawNow();
     void frameBegins();
     void frameEnds();
     Clock::time_point nextBeat() const;

@@ -77,6 +77,19 @@ private Q_SLOTS:
         QCOMPARE(m_shown, (QStringList{QStringLiteral("far"), QStringLiteral("near")}));
     }
 
+    void oneThatLandsInAQuietTimeIsDrawnAtOnce() {
+        drawCostlyFrame();
+        QTRY_VERIFY(drawsAtOnce("a", true)); // as soon as no frame was drawn for a while
+        QVERIFY(!drawsAtOnce("far", false));
+    }
+
+    void whileMoreAreAwaitedNothingIsDrawnAtOnce() {
+        const ArrivalPace::Awaited more(pace());
+        drawCostlyFrame();
+        for (int time = 0; time < 10; ++time)
+            QVERIFY(!drawsAtOnce("a", true));
+    }
+
     void whoHasGoneIsNotShown() {
         std::optional<ArrivalPace::Awaited> more(pace());
         QVERIFY(isHeldAfterAFrame("a"));
@@ -113,6 +126,22 @@ private:
                 return true;
         }
         return false;
+    }
+
+    // Whether the window is told to draw before it has heard anything else.
+    bool drawsAtOnce(const char* name, bool inSight) {
+        QTest::qWait(20);
+        struct Requests : QObject {
+            bool eventFilter(QObject*, QEvent* event) override {
+                count += event->type() == QEvent::UpdateRequest;
+                return false;
+            }
+            int count = 0;
+        } requests;
+        m_window->installEventFilter(&requests);
+        add(name, inSight);
+        QCoreApplication::sendPostedEvents(&pace());
+        return requests.count > 0;
     }
 
     // One that takes the processor for so long that the next beat is some time away.
