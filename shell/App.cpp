@@ -49,9 +49,9 @@ private:
 
 // What a module needs of this thread is done with its first import, so that later ones can go on beside it.
 void importModules(QQmlEngine& engine) {
-    QQmlComponent(&engine).setData("import QtQuick\nimport QtQuick.Layouts\nimport QtQuick.Shapes\n"
-                                   "import QtQuick.Templates\nimport QtQuick.Window\nimport Lumbra.Look\n"
-                                   "import Lumbra.Media\nimport Lumbra.Browsing\nimport Lumbra.Shell\nQtObject {}",
+    QQmlComponent(&engine).setData("import QtQuick\nimport QtQuick.Layouts\nimport QtQuick.Templates\n"
+                                   "import QtQuick.Window\nimport Lumbra.Look\nimport Lumbra.Media\n"
+                                   "import Lumbra.Browsing\nimport Lumbra.Shell\nQtObject {}",
                                    QUrl());
 }
 

@@ -9,16 +9,17 @@ Item {
 
     implicitWidth: Theme.sizeSymbolSmall
     implicitHeight: Theme.sizeSymbolSmall
-    onVisibleChanged: if (!visible) gauge.source = ""
+    onVisibleChanged: if (!visible) gauge.active = false
 
     Timer {
         interval: Theme.patience
         running: spinner.visible
-        onTriggered: gauge.setSource("Gauge.qml", { indeterminate: true, name: qsTr("Busy") })
+        onTriggered: gauge.active = true
     }
-    // By its file's name, so that what draws shapes is loaded only then.
     Loader {
         id: gauge
         anchors.fill: parent
+        active: false
+        sourceComponent: Component { Gauge { indeterminate: true; name: qsTr("Busy") } }
     }
 }
