@@ -5,6 +5,7 @@ SPDX-License-Identifier: GPL-3.0-or-later
 """
 import os
 import pathlib
+import random
 import shutil
 import statistics
 import subprocess
@@ -114,8 +115,12 @@ def measure(binaries, root, rounds):
                                  stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True).stdout
             return {key: float(value) for key, value in (line.split() for line in out.splitlines())}
 
+        names = list(programs)
         for round_number in range(rounds + 1):
-            for name in programs:
+            # None always comes after the same one, with what that has left to the disk.
+            random.Random(round_number).shuffle(names)
+            for name in names:
+                os.sync()
                 values = shown(name, STILL)
                 if round_number:
                     taken[name].append(values)
