@@ -4,6 +4,8 @@
 
 #include <QtTest>
 
+#include <algorithm>
+
 using namespace lumbra;
 
 // The first look at a library that is full already.
@@ -43,16 +45,14 @@ void TestRecent::initTestCase() {
 }
 
 void TestRecent::showsRecentWithThePicturesOfEachKind() {
-    APP_WAIT(m_app, m_app.state().complete() && !m_app.state().tiles().isEmpty());
-    const AppState state = m_app.state();
+    // What is summed up a moment after the first walk loads the page once more.
+    AppState state;
+    const auto hasPicture = [](const auto& tile) { return tile.hasPicture; };
+    APP_WAIT(m_app, (state = m_app.state()).complete() && std::ranges::any_of(state.tiles(), hasPicture));
     QCOMPARE(state.text("place"), QStringLiteral("recent"));
     QCOMPARE(int(state.number("indexed")), pictures + 6);
     QVERIFY(!state.flag("onboarding"));
     QCOMPARE(state.text("error"), QString());
-    bool anyPicture = false;
-    for (const auto& tile : state.tiles())
-        anyPicture = anyPicture || tile.hasPicture;
-    QVERIFY2(anyPicture, m_app.report().constData());
     m_app.keepScreenshot(QStringLiteral("recent"));
 }
 
