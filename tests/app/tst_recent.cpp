@@ -80,11 +80,10 @@ void TestRecent::everyPictureIsThatOfItsFile() {
              m_app.state().tile(QStringLiteral("site/heroes/hero-23.jpg")).isThere() && m_app.state().complete());
 
     int looked = 0;
-    for (const auto& tile : m_app.state().tiles()) {
+    for (const auto& tile : m_app.settled().tiles()) {
         const QString name = tile.path.section(u'/', -1).section(u'.', 0, 0);
         if (!name.startsWith(QStringLiteral("hero-")) || tile.rect.height() < tile.rect.width() / 2)
             continue; // a tile cut off by the page's edge shows too little to tell
-        QVERIFY2(tile.hasPicture, qPrintable(tile.path));
         const QColor expected = AppFiles::colour(name.section(u'-', 1).toInt());
         APP_WAIT(m_app, AppFiles::alike(m_app.colourAt(tile), expected));
         ++looked;
