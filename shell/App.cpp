@@ -95,7 +95,7 @@ bool App::show() {
     if (m_engine->rootObjects().isEmpty())
         return false;
     makeControllers();
-    // To find out what is hidden behind something else, and not draw it, takes a program longer than to draw it.
+    // Where the processor draws, to find out what is hidden behind something else takes it longer than to draw that too.
     QQuickGraphicsConfiguration drawing = window()->graphicsConfiguration();
     drawing.setDepthBufferFor2D(hasGraphicsHardware());
     window()->setGraphicsConfiguration(drawing);
