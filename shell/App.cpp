@@ -95,7 +95,7 @@ bool App::show() {
     if (m_engine->rootObjects().isEmpty())
         return false;
     makeControllers();
-    // Where the processor draws, to find out what is hidden behind something else takes it longer than to draw that too.
+    // Where the processor draws, to find out what is hidden takes it longer than to draw it all.
     QQuickGraphicsConfiguration drawing = window()->graphicsConfiguration();
     drawing.setDepthBufferFor2D(hasGraphicsHardware());
     window()->setGraphicsConfiguration(drawing);
