@@ -339,18 +339,21 @@ void tst_mainwindow::theMenusHoldTheirRows() {
     press(Qt::Key_F10);
     for (int step = 0; step < menu; ++step)
         press(Qt::Key_Right);
-    QQuickItem* list = nullptr;
+    QList<QQuickItem*> entries;
     const auto opened = [&] {
         QQuickItem* const overlay = ofType(m_window->contentItem(), "QQuickOverlay");
-        list = overlay ? ofType(overlay, "QQuickListView") : nullptr;
-        return list && list->isVisible() && list->property("count").toInt() > 0;
+        QQuickItem* const list = overlay ? ofType(overlay, "QQuickListView") : nullptr;
+        if (!list || !list->isVisible())
+            return false;
+        entries.fill(nullptr, list->property("count").toInt());
+        // A list knows how many rows it has before it has laid them out.
+        for (int row = 0; row < int(entries.size()); ++row)
+            QMetaObject::invokeMethod(list, "itemAtIndex", Q_RETURN_ARG(QQuickItem*, entries[row]), Q_ARG(int, row));
+        return !entries.isEmpty() && !entries.contains(nullptr);
     };
     QTRY_VERIFY(opened());
     QStringList rows;
-    for (int row = 0; row < list->property("count").toInt(); ++row) {
-        QQuickItem* entry = nullptr;
-        QMetaObject::invokeMethod(list, "itemAtIndex", Q_RETURN_ARG(QQuickItem*, entry), Q_ARG(int, row));
-        QVERIFY(entry);
+    for (QQuickItem* const entry : entries) {
         if (!entry->property("text").isValid()) {
             rows.append(QStringLiteral("-"));
             continue;
