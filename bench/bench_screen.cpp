@@ -216,7 +216,7 @@ public:
 
     // At one go, and the first of all by its name as well as by its date.
     bench::Clock::time_point add(const fs::path& picture) {
-        const fs::path ready = m_folder.parent_path() / ".landing";
+        const fs::path ready = picture.parent_path() / ".landing"; // where no viewer looks
         fs::copy_file(picture, ready, fs::copy_options::overwrite_existing);
         m_files.push_back(m_folder / ("0-landed-" + std::to_string(m_left--) + ".jpg"));
         const auto start = bench::Clock::now();

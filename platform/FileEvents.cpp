@@ -4,6 +4,7 @@
 #include "Descriptor.h"
 #include "Startup.h"
 #include "Tasks.h"
+#include "events/BatchPace.h"
 #include "events/ChangeReader.h"
 #include "events/EventBatch.h"
 #include "events/FolderPoll.h"
@@ -39,12 +40,12 @@ constexpr auto longestRead = 50ms;
 class FileEvents::Worker {
 public:
     Worker(const QList<Location>& roots, Options options, std::function<void(QList<FileEvent>)> deliver)
-        : m_latency(std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(options.latency))),
-          m_started(std::move(options.started)),
+        : m_started(std::move(options.started)),
           m_deliver(std::move(deliver)),
           m_watches(std::move(options.enters), options.watchLimit, m_stopping),
           m_roots(roots, m_watches, m_batch),
-          m_reader(m_watches, m_roots, m_batch),
+          m_pace(std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(options.latency))),
+          m_reader(m_watches, m_roots, m_batch, m_pace),
           m_poll(m_watches, m_batch, m_stopping),
           m_thread([this](const std::stop_token& stop) { run(stop); }) {}
 
@@ -98,7 +99,6 @@ private:
     void publish(bool isComplete);
     std::optional<TimePoint> nextDeadline() const;
 
-    const Clock::duration m_latency;
     const std::function<void()> m_started;
     const std::function<void(QList<FileEvent>)> m_deliver;
 
@@ -111,12 +111,12 @@ private:
     events::EventBatch m_batch;
     events::FolderWatches m_watches;
     events::WatchedRoots m_roots;
+    events::BatchPace m_pace;
     events::ChangeReader m_reader;
     events::FolderPoll m_poll;
     bool m_isAllRead = true;
-    std::optional<TimePoint> m_windowEnd; // no batch before, while a burst lasts
-    TimePoint m_nextSeek;                 // for a root that is missing
-    quint64 m_heard = 0;                  // the last question that came before the present reading
+    TimePoint m_nextSeek; // for a root that is missing
+    quint64 m_heard = 0;  // the last question that came before the present reading
 
     mutable std::mutex m_mutex;
     std::condition_variable m_answer;
@@ -141,6 +141,7 @@ void FileEvents::Worker::run(const std::stop_token& stop) {
         sleep();
         if (m_stopping)
             return;
+        m_pace.advance(Clock::now(), !m_batch.isEmpty());
         m_isAllRead = m_reader.readAll(Clock::now() + longestRead);
         if (m_isAllRead)
             m_reader.settleMoves();
@@ -148,7 +149,7 @@ void FileEvents::Worker::run(const std::stop_token& stop) {
         m_poll.lookIfDue();
         const auto fences = reachedFences();
         if (!fences.empty())
-            m_windowEnd.reset();
+            m_pace.endWindow();
         flush();
         publish(m_isAllRead);
         for (const Fence& fence : fences)
@@ -202,25 +203,21 @@ void FileEvents::Worker::sleep() {
 std::optional<FileEvents::Worker::TimePoint> FileEvents::Worker::nextDeadline() const {
     const auto seek = m_roots.areAllPresent() ? std::nullopt : std::optional(m_nextSeek);
     std::optional<TimePoint> next;
-    for (const auto& deadline : {m_windowEnd, seek, m_reader.nextSettling(), m_poll.due()})
+    for (const auto& deadline : {m_pace.windowEnd(), seek, m_reader.nextSettling(), m_poll.due()})
         if (deadline && (!next || *deadline < *next))
             next = deadline;
     return next;
 }
 
 void FileEvents::Worker::flush() {
-    const auto now = Clock::now();
-    if (m_windowEnd && now < *m_windowEnd)
-        return;
-    m_windowEnd.reset();
-    if (m_batch.isEmpty())
+    if (m_batch.isEmpty() || !m_pace.mayLeave())
         return;
     // What a root's going did to its paths is not news of its files.
     m_roots.verify();
     if (m_batch.isEmpty())
         return;
     m_deliver(m_batch.take());
-    m_windowEnd = now + m_latency;
+    m_pace.left(Clock::now());
 }
 
 void FileEvents::Worker::publish(bool isComplete) {

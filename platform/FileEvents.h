@@ -2,8 +2,8 @@
 //
 // One thread drains the kernel's queue into a set of changed paths and does nothing else that could hold it up; when it
 // falls behind, the kernel drops events and the tree must be compared with the disk. Batches go to `deliver`, called on
-// that thread, which therefore only passes them on: the first event of a quiet time at once, then one batch each
-// `latency` seconds while events keep coming. At rest the thread sleeps without a timer.
+// that thread, which only passes them on: the first event of a quiet time at once, with what completes the file that it
+// tells of, then one batch each `latency` seconds while events keep coming. At rest the thread sleeps without a timer.
 //
 // An event says only where to look; ask the disk for the truth. One batch holds a path once, and an event of a folder
 // with `created`, `renamed` or `mustScan`, or of one that is gone, stands for everything below it.

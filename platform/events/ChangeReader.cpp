@@ -65,9 +65,9 @@ void ChangeReader::read(const Inotify::Event& event) {
     }
     const std::string path = childPath(*parentPath, event.name);
     if (event.mask & IN_ISDIR)
-        readFolder(*folder, event, path);
-    else
-        m_batch.add(path, flagsOf(event.mask));
+        return readFolder(*folder, event, path);
+    m_batch.add(path, flagsOf(event.mask));
+    m_pace.note(path, event.mask);
 }
 
 void ChangeReader::readOwn(Folder& folder, quint32 mask) {

@@ -6,6 +6,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "BatchPace.h"
 #include "WatchedRoots.h"
 
 #include <chrono>
@@ -18,8 +19,8 @@ class ChangeReader {
 public:
     using Clock = std::chrono::steady_clock;
 
-    ChangeReader(FolderWatches& watches, WatchedRoots& roots, EventBatch& batch)
-        : m_watches(watches), m_roots(roots), m_batch(batch) {}
+    ChangeReader(FolderWatches& watches, WatchedRoots& roots, EventBatch& batch, BatchPace& pace)
+        : m_watches(watches), m_roots(roots), m_batch(batch), m_pace(pace) {}
 
     // Reads until the kernel holds no more; false when the time was over before.
     bool readAll(Clock::time_point deadline);
@@ -53,6 +54,7 @@ private:
     FolderWatches& m_watches;
     WatchedRoots& m_roots;
     EventBatch& m_batch;
+    BatchPace& m_pace;
     std::unordered_map<quint32, Moving> m_moving; // by cookie
     bool m_hasReadAll = true;
     size_t m_overflows = 0;
