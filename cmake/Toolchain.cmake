@@ -29,13 +29,14 @@ if(LUMBRA_LLD)
 endif()
 
 # One precompiled header for everything that uses Qt Core: it costs 18 seconds once and saves two a file.
-file(WRITE ${CMAKE_BINARY_DIR}/pch.cpp "// Only carries the precompiled header.\n")
-add_library(lumbra_pch STATIC ${CMAKE_BINARY_DIR}/pch.cpp)
-target_link_libraries(lumbra_pch PUBLIC Qt6::Core)
-target_precompile_headers(lumbra_pch PRIVATE
+set(LUMBRA_PRECOMPILED_HEADERS
     <QtCore/QByteArray> <QtCore/QFuture> <QtCore/QHash> <QtCore/QJsonDocument> <QtCore/QJsonObject> <QtCore/QList>
     <QtCore/QObject> <QtCore/QProperty> <QtCore/QString> <QtCore/QTimer> <QtCore/QVariant>
     <algorithm> <functional> <map> <memory> <optional> <set> <string> <string_view> <unordered_map> <vector>)
+file(WRITE ${CMAKE_BINARY_DIR}/pch.cpp "// Only carries the precompiled header.\n")
+add_library(lumbra_pch STATIC ${CMAKE_BINARY_DIR}/pch.cpp)
+target_link_libraries(lumbra_pch PUBLIC Qt6::Core)
+target_precompile_headers(lumbra_pch PRIVATE ${LUMBRA_PRECOMPILED_HEADERS})
 set_target_properties(lumbra_pch PROPERTIES POSITION_INDEPENDENT_CODE ON)
 
 set(CMAKE_AUTOMOC_MOC_OPTIONS --include=${CMAKE_SOURCE_DIR}/cmake/MocPrelude.h)

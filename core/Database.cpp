@@ -104,8 +104,8 @@ bool Database::hasLostItsFile() const {
     return identityOf(m_file) != m_identity;
 }
 
-void Database::setPatience(std::chrono::milliseconds patience) {
-    sqlite3_busy_timeout(m_connection, int(patience.count()));
+void Database::setPatience(std::chrono::milliseconds wait) {
+    sqlite3_busy_timeout(m_connection, int(wait.count()));
 }
 
 std::optional<QString> Database::execute(const char* script) {

@@ -62,7 +62,7 @@ public:
     bool hasLostItsFile() const;
 
     // How long a statement waits for other processes; without a call, and with nothing, not at all.
-    void setPatience(std::chrono::milliseconds patience);
+    void setPatience(std::chrono::milliseconds wait);
 
     // Runs a script of statements. The error's text when it fails, which may be "unknown".
     std::optional<QString> execute(const char* script);

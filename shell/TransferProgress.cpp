@@ -7,11 +7,11 @@
 
 namespace lumbra {
 
-TransferProgress::TransferProgress(Library* library, std::chrono::milliseconds patience, QObject* parent)
+TransferProgress::TransferProgress(Library* library, std::chrono::milliseconds delay, QObject* parent)
     : QObject(parent), m_library(library) {
-    m_patience.setSingleShot(true);
-    m_patience.setInterval(patience);
-    connect(&m_patience, &QTimer::timeout, this, [this] { setShown(m_library->transfer().has_value()); });
+    m_delay.setSingleShot(true);
+    m_delay.setInterval(delay);
+    connect(&m_delay, &QTimer::timeout, this, [this] { setShown(m_library->transfer().has_value()); });
     connect(library, &Library::transferChanged, this, &TransferProgress::follow);
     follow();
 }
@@ -19,11 +19,11 @@ TransferProgress::TransferProgress(Library* library, std::chrono::milliseconds p
 void TransferProgress::follow() {
     const auto progress = m_library->transfer();
     if (!progress) {
-        m_patience.stop();
+        m_delay.stop();
         return setShown(false);
     }
-    if (!m_shown && !m_patience.isActive())
-        m_patience.start();
+    if (!m_shown && !m_delay.isActive())
+        m_delay.start();
     m_progress = *progress;
     Q_EMIT changed();
 }

@@ -25,10 +25,10 @@ class TransferProgress : public QObject {
 
 public:
     // What is over sooner is not told.
-    static constexpr std::chrono::milliseconds usualPatience{500};
+    static constexpr std::chrono::milliseconds usualDelay{500};
 
     // The library must outlive it.
-    explicit TransferProgress(Library* library, std::chrono::milliseconds patience = usualPatience,
+    explicit TransferProgress(Library* library, std::chrono::milliseconds delay = usualDelay,
                               QObject* parent = nullptr);
 
     bool shown() const { return m_shown; }
@@ -51,7 +51,7 @@ private:
     Library* m_library;
     Files::Progress m_progress;
     bool m_shown = false;
-    QTimer m_patience;
+    QTimer m_delay;
 };
 
 } // namespace lumbra

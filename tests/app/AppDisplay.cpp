@@ -10,8 +10,6 @@ namespace lumbra {
 
 namespace {
 
-constexpr int patience = 20'000; // ms for a helper to start or to answer
-
 // Alt+F4 closes.
 QByteArray openboxSettings(AppDisplay::Windows windows) {
     QByteArray settings = R"(<?xml version="1.0"?>
@@ -28,9 +26,9 @@ QByteArray openboxSettings(AppDisplay::Windows windows) {
 
 void end(QProcess& process) {
     process.terminate();
-    if (!process.waitForFinished(patience / 4)) {
+    if (!process.waitForFinished(5'000)) {
         process.kill();
-        process.waitForFinished(patience / 4);
+        process.waitForFinished(patience);
     }
 }
 

@@ -9,8 +9,6 @@ namespace lumbra {
 
 namespace {
 
-constexpr int patience = 10'000; // ms for one answer
-
 QPoint middle(const AppState::Item& item) {
     return item.rect.center().toPoint();
 }
@@ -113,7 +111,7 @@ bool AppHarness::startAnother(const QStringList& arguments) {
     another.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     another.setProcessEnvironment(m_process.processEnvironment());
     another.start(m_process.program(), arguments);
-    const bool ended = QTest::qWaitFor([&] { return another.state() == QProcess::NotRunning; }, 3 * patience);
+    const bool ended = QTest::qWaitFor([&] { return another.state() == QProcess::NotRunning; }, patience);
     if (!ended) {
         another.kill();
         another.waitForFinished(patience);
@@ -169,7 +167,7 @@ AppState AppHarness::settled() {
         same = last.complete() && last.json() == before ? same + 1 : 0;
         return same == enough;
     };
-    return QTest::qWaitFor(isSettled, 3 * patience) ? last : AppState();
+    return QTest::qWaitFor(isSettled, patience) ? last : AppState();
 }
 
 void AppHarness::adoptWindow() {

@@ -128,7 +128,7 @@ public:
                 moveTo(step < steps ? from + (to - from) * step / steps : to + QPoint(step % 2 * 3, 0));
                 return step >= steps && condition();
             },
-            20'000);
+            patience);
     }
     void press(const char* key) { m_display.press(QLatin1String(key)); }
     void type(const QString& text) { m_display.type(text); }
@@ -163,7 +163,7 @@ private:
 // Waits until the condition holds; a failure shows the application's last state and keeps a screenshot.
 #define APP_WAIT(app, condition)                                                                                       \
     do {                                                                                                               \
-        if (!QTest::qWaitFor([&] { return bool(condition); }, 30'000)) {                                               \
+        if (!QTest::qWaitFor([&] { return bool(condition); }, patience)) {                                             \
             (app).keepScreenshot(QStringLiteral("failed-") + QLatin1String(QTest::currentTestFunction()));             \
             QFAIL(((#condition) + QByteArray("\n") + (app).report()).constData());                                     \
         }                                                                                                              \

@@ -19,7 +19,7 @@ public:
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
         m_process.setProcessEnvironment(environment);
         m_process.start(environment.value(QStringLiteral("LUMBRA_NEIGHBOUR")), {file.toString()});
-        if (!m_process.waitForStarted() || !QTest::qWaitFor([this] { return said("there"); }, 10'000))
+        if (!m_process.waitForStarted() || !QTest::qWaitFor([this] { return said("there"); }, patience))
             qFatal("there is no other program");
     }
     ~AppNeighbour() {

@@ -40,7 +40,7 @@ protected:
     void type(const char* text) { m_palette->setQuery(QString::fromUtf8(text)); }
     // Once only, unlike the macros that try again.
     static bool acquired(QSemaphore& semaphore) {
-        return QTest::qWaitFor([&] { return semaphore.tryAcquire(); });
+        return QTest::qWaitFor([&] { return semaphore.tryAcquire(); }, patience);
     }
     // Opens the library that the files make, and the palette over it; later only the palette, anew.
     void open() {

@@ -64,7 +64,7 @@ struct Pane {
         view->resize(width, 700);
         view->show();
         view->requestActivate();
-        QVERIFY(QTest::qWaitForWindowActive(view.get()));
+        QVERIFY(QTest::qWaitForWindowActive(view.get(), lumbra::patience));
         QTRY_VERIFY(browser->loaded() && !library->indexing());
     }
 

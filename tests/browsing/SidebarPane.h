@@ -62,7 +62,7 @@ protected:
         m_tester = std::make_unique<QAbstractItemModelTester>(m_sidebar->rows(),
                                                               QAbstractItemModelTester::FailureReportingMode::Fatal);
         m_sidebar->setNamePrompt([this](const NamePrompt& prompt) { m_prompt = prompt; });
-        if (!QTest::qWaitFor([this] { return !m_library->indexing(); }, 10000))
+        if (!QTest::qWaitFor([this] { return !m_library->indexing(); }, patience))
             qFatal("the first walk does not end");
     }
 

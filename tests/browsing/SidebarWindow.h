@@ -38,7 +38,7 @@ protected:
             "property var controller\nSidebarView { anchors.fill: parent; sidebar: parent.controller }",
             "import Lumbra.Browsing", QVariantMap{{text("controller"), QVariant::fromValue(m_sidebar.get())}},
             QSize(264, height));
-        if (!QTest::qWaitFor([this] { return !m_library->indexing(); }, 10000))
+        if (!QTest::qWaitFor([this] { return !m_library->indexing(); }, patience))
             qFatal("the first walk does not end");
     }
 
@@ -59,7 +59,7 @@ protected:
             QMetaObject::invokeMethod(list(), "itemAtIndex", Q_RETURN_ARG(QQuickItem*, found), Q_ARG(int, row(title)));
             return found != nullptr;
         };
-        if (!QTest::qWaitFor(shown))
+        if (!QTest::qWaitFor(shown, patience))
             qFatal("no row %s", title);
         return found;
     }

@@ -115,7 +115,7 @@ private Q_SLOTS:
         for (int n = 0; n < 5'000; ++n)
             pane.home.file("Library/p/" + std::to_string(n) + ".txt");
         const qint64 took = landing.elapsed();
-        QTRY_COMPARE_WITH_TIMEOUT(pane.browser->assets().size(), 5'001, 30'000);
+        QTRY_COMPARE(pane.browser->assets().size(), 5'001);
         // They come in batches, not one by one.
         QVERIFY2(loads.size() < 20 + took / 100, qPrintable(QString::number(loads.size())));
         QVERIFY(pane.tile("AssetTile", u"0 first.txt"_qs));
@@ -134,7 +134,7 @@ private Q_SLOTS:
             pane.home.file("Library/p/" + std::to_string(n) + ".txt");
         pane.open(Place::folder(pane.folder("p")));
         pane.browser->settings()->setSort(SortOrder::name);
-        QTRY_COMPARE_WITH_TIMEOUT(pane.browser->assets().size(), files, 20'000);
+        QTRY_COMPARE(pane.browser->assets().size(), files);
         QTRY_VERIFY(pane.tile("AssetTile", u"0.txt"_qs));
         pane.settle();
         const QSet<QObject*> before = delegates(pane.view->contentItem());

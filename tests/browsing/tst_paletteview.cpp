@@ -115,7 +115,7 @@ QQuickItem* tst_paletteview::itemOf(const PaletteResult& row) {
         item = QmlWindow::itemBelow(m_window->root(), QStringLiteral("paletteRow") + row.id());
         return item != nullptr;
     };
-    if (!QTest::qWaitFor(isThere)) // rows come with the next frame
+    if (!QTest::qWaitFor(isThere, patience)) // rows come with the next frame
         qFatal("%s is not shown", qPrintable(row.id()));
     return item;
 }

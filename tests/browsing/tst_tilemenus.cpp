@@ -34,7 +34,7 @@ QList<MenuEntry> filled(const MenuEntry& menu) {
     QObject context;
     std::optional<QList<MenuEntry>> entries;
     menu.later(&context, [&](const QList<MenuEntry>& all) { entries = all; });
-    if (!QTest::qWaitFor([&] { return entries.has_value(); }))
+    if (!QTest::qWaitFor([&] { return entries.has_value(); }, patience))
         qFatal("the menu stays empty");
     return *entries;
 }

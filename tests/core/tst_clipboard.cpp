@@ -69,7 +69,7 @@ QByteArray pasted(const char* type) {
     QProcess program;
     program.start(QStringLiteral("xclip"), {QStringLiteral("-o"), QStringLiteral("-selection"),
                                             QStringLiteral("clipboard"), QStringLiteral("-t"), QLatin1String(type)});
-    if (!QTest::qWaitFor([&program] { return program.state() == QProcess::NotRunning; }, 20'000))
+    if (!QTest::qWaitFor([&program] { return program.state() == QProcess::NotRunning; }, patience))
         qFatal("a program that pastes does not end");
     return program.exitCode() == 0 ? program.readAllStandardOutput() : QByteArray();
 }

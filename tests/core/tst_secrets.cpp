@@ -32,13 +32,13 @@ public:
                         QStringLiteral("secrets")});
         m_daemon.write("password");
         m_daemon.closeWriteChannel();
-        if (!QTest::qWaitFor([] { return isThere(); }, 20'000))
+        if (!QTest::qWaitFor([] { return isThere(); }, patience))
             qFatal("cannot start a keyring");
     }
     ~Keyring() {
         m_daemon.kill();
         m_daemon.waitForFinished();
-        (void)QTest::qWaitFor([] { return !isThere(); });
+        (void)QTest::qWaitFor([] { return !isThere(); }, patience);
     }
     Q_DISABLE_COPY_MOVE(Keyring)
 

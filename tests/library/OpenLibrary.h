@@ -46,7 +46,7 @@ public:
     }
     void beginToOpen() { m_library = std::make_unique<Library>(m_root, true); }
     void waitForIndex() const {
-        if (!QTest::qWaitFor([this] { return !m_library->indexing(); }, 10'000))
+        if (!QTest::qWaitFor([this] { return !m_library->indexing(); }, patience))
             qFatal("the first walk does not end");
     }
     void close() { m_library.reset(); }
@@ -105,7 +105,7 @@ inline QStringList entriesOf(const Location& folder) {
 }
 
 inline QList<Location> resultOf(const QFuture<QList<Location>>& future) {
-    if (!QTest::qWaitFor([&] { return future.isFinished(); }, 60'000) || future.resultCount() != 1)
+    if (!QTest::qWaitFor([&] { return future.isFinished(); }, patience) || future.resultCount() != 1)
         qFatal("an operation does not end");
     return future.result();
 }

@@ -31,7 +31,7 @@ private:
 
     std::unique_ptr<Library> open(bool configured = true) const {
         auto library = std::make_unique<Library>(m_root, configured);
-        if (!QTest::qWaitFor([&] { return !library->indexing(); }, 10000))
+        if (!QTest::qWaitFor([&] { return !library->indexing(); }, patience))
             qFatal("the first walk does not end");
         return library;
     }

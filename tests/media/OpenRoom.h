@@ -47,10 +47,10 @@ public:
     void settle() {
         engine().pause();
         const auto stands = [this] { return engine().duration() > 0 && engine().isStanding(); };
-        if (!QTest::qWaitFor(stands, 20'000))
+        if (!QTest::qWaitFor(stands, patience))
             qFatal("%s does not load", qPrintable(m_room->name()));
         engine().seek(0, true);
-        if (!QTest::qWaitFor(stands, 20'000))
+        if (!QTest::qWaitFor(stands, patience))
             qFatal("%s does not stand", qPrintable(m_room->name()));
     }
 

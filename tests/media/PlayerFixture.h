@@ -20,7 +20,7 @@ struct Player {
     // Loads a clip and waits until it stands there with its facts known.
     void open(const Location& file) {
         engine.load(file, false);
-        if (!QTest::qWaitFor([this] { return engine.duration() > 0 && stands(); }, 20'000))
+        if (!QTest::qWaitFor([this] { return engine.duration() > 0 && stands(); }, patience))
             qFatal("%s does not load", file.path().constData());
     }
     void open(const char* clip) { open(Clips::clip(clip)); }
@@ -46,7 +46,7 @@ struct Player {
                 return stands() && std::abs(value("time-pos").toDouble() - seconds) <= tolerance
                        && std::abs(engine.time() - seconds) <= tolerance;
             },
-            10'000);
+            patience);
     }
 
     static MpvHandle::Options withoutSound(MpvHandle::Options options) {

@@ -37,7 +37,7 @@ public:
 
     QString stage() { return value("view", "stage").toString(); }
     bool reaches(const char* stage) {
-        return QTest::qWaitFor([&] { return this->stage() == QLatin1String(stage); }, 10'000);
+        return QTest::qWaitFor([&] { return this->stage() == QLatin1String(stage); }, patience);
     }
 
     // What the view of the kind is: its properties tell of its scrolling.
@@ -51,7 +51,7 @@ public:
         return found;
     }
     bool says(const QString& text) {
-        return QTest::qWaitFor([&] { return words().join(u'\n').contains(text); }, 10'000);
+        return QTest::qWaitFor([&] { return words().join(u'\n').contains(text); }, patience);
     }
 
     void wheel(int notches, Qt::KeyboardModifiers modifiers = Qt::NoModifier, QPoint at = {350, 250}) {
@@ -76,7 +76,7 @@ public:
                 return true;
             });
         };
-        if (!QTest::qWaitFor(isThere, 10'000))
+        if (!QTest::qWaitFor(isThere, patience))
             qFatal("nothing says %s", qPrintable(words));
         return place;
     }

@@ -43,7 +43,7 @@ struct Room {
     void openLibrary() {
         home.folder("Library");
         library = std::make_unique<Library>(home.path().child("Library"), true);
-        if (!QTest::qWaitFor([this] { return !library->indexing(); }))
+        if (!QTest::qWaitFor([this] { return !library->indexing(); }, patience))
             qFatal("the library is not read");
     }
 
@@ -82,10 +82,10 @@ struct Room {
     // The player stands at this time of the file on show, in no motion.
     void standAt(double seconds) const {
         PlayerEngine& engine = *room->engine();
-        const bool isThere = QTest::qWaitFor([&] { return engine.duration() > 0; }, 20'000) && [&] {
+        const bool isThere = QTest::qWaitFor([&] { return engine.duration() > 0; }, patience) && [&] {
             engine.pause();
             engine.seek(seconds, true);
-            return QTest::qWaitFor([&] { return engine.isStanding(); }, 20'000);
+            return QTest::qWaitFor([&] { return engine.isStanding(); }, patience);
         }();
         if (!isThere)
             qFatal("the player does not come to stand");

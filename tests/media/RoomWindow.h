@@ -29,7 +29,8 @@ struct RoomWindow {
         : room(*shown.room),
           window(view, "import Lumbra.Media\n", {{QStringLiteral("room"), QVariant::fromValue(shown.room.get())}},
                  size) {
-        if (!QTest::qWaitFor([this] { return room.focused() && window.value("room", "opacity").toDouble() == 1; }))
+        if (!QTest::qWaitFor([this] { return room.focused() && window.value("room", "opacity").toDouble() == 1; },
+                             patience))
             qFatal("the room does not open");
     }
 

@@ -157,7 +157,7 @@ private:
             Qt::DirectConnection);
         QSignalSpy frames(m_window.get(), &QQuickWindow::frameSwapped);
         m_window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.get(), lumbra::patience));
         QTRY_VERIFY(!frames.isEmpty());
         frames.clear();
         m_window->update();

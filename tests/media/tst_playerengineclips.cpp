@@ -42,7 +42,7 @@ private Q_SLOTS:
             QSKIP("FFmpeg lacks the encoder here");
         Player player;
         player.engine.load(Clips::clip(clip), true);
-        QTRY_VERIFY_WITH_TIMEOUT(player.engine.duration() > 0, 20'000);
+        QTRY_VERIFY(player.engine.duration() > 0);
         QTRY_COMPARE(player.engine.videoSize(), size);
         QTEST(player.engine.codec(), "codec");
         QFETCH(double, duration);
@@ -50,7 +50,7 @@ private Q_SLOTS:
         QTRY_VERIFY(player.engine.time() > 0.1 || player.ends == 1);
         if (duration > 1)
             player.engine.seek(player.engine.duration() - 0.5, true); // the rest is more of the same
-        QTRY_COMPARE_WITH_TIMEOUT(player.ends, 1, 20'000);
+        QTRY_COMPARE(player.ends, 1);
         QCOMPARE(player.engine.time(), player.engine.duration());
     }
 
@@ -88,7 +88,7 @@ private Q_SLOTS:
         engine.setOnEnd([&] { hasEnded = true; });
         engine.setSpeed(2);
         engine.load(Clips::clip(film ? "h264.mp4" : "tone.wav"), true);
-        QTRY_VERIFY_WITH_TIMEOUT(hasEnded, 20'000);
+        QTRY_VERIFY(hasEnded);
         QCOMPARE(engine.time(), engine.duration());
     }
 
@@ -101,7 +101,7 @@ private Q_SLOTS:
         bool hasEnded = false;
         engine.setOnEnd([&] { hasEnded = true; });
         engine.load(Clips::clip("tone.wav"), true);
-        QTRY_VERIFY_WITH_TIMEOUT(hasEnded, 20'000);
+        QTRY_VERIFY(hasEnded);
         const auto value = [&engine](const char* property) {
             char* const text = MpvLibrary::shared()->get_property_string(engine.mpv()->raw(), property);
             const QByteArray copied(text);

@@ -68,7 +68,7 @@ private Q_SLOTS:
         player.engine.setSpeed(4);
         player.engine.load(file, true);
         QTRY_COMPARE(player.engine.duration(), 10.0);
-        QTRY_COMPARE_WITH_TIMEOUT(player.ends, 1, 20'000);
+        QTRY_COMPARE(player.ends, 1);
         QVERIFY(!player.engine.isPlaying());
         player.engine.play();
         QTRY_VERIFY(player.engine.time() > 0.2);
@@ -81,7 +81,7 @@ private Q_SLOTS:
         player.open(file);
         player.engine.seek(9, true);
         player.engine.play();
-        QTRY_VERIFY_WITH_TIMEOUT(!player.engine.isPlaying(), 20'000);
+        QTRY_VERIFY(!player.engine.isPlaying());
         player.engine.seek(1, true);
         QVERIFY(player.settlesAt(1));
     }
@@ -98,7 +98,7 @@ private Q_SLOTS:
         Clips::copyDamaged(Clips::clip(QTest::currentDataTag()), file);
         player.engine.setSpeed(4);
         player.engine.load(file, true);
-        QTRY_VERIFY_WITH_TIMEOUT(!player.engine.isPlaying(), 20'000);
+        QTRY_VERIFY(!player.engine.isPlaying());
         player.engine.load(Clips::clip("tone.wav"), true);
         QTRY_VERIFY(player.engine.time() > 0.2);
     }
@@ -120,7 +120,7 @@ private Q_SLOTS:
         Player player;
         player.engine.setSpeed(4);
         player.engine.load(player.home.file("film.mp4", bytes), true);
-        QTRY_VERIFY_WITH_TIMEOUT(!player.engine.isPlaying(), 20'000);
+        QTRY_VERIFY(!player.engine.isPlaying());
         player.engine.load(Clips::clip("blink.mp4"), true);
         QTRY_VERIFY(player.engine.time() > 0.1);
     }
@@ -169,7 +169,7 @@ private Q_SLOTS:
         QTRY_VERIFY(player.engine.time() > 0.2);
         QCOMPARE(::truncate(file.path().constData(), 20'000), 0);
         player.engine.seek(5, true);
-        QTRY_VERIFY_WITH_TIMEOUT(!player.engine.isPlaying(), 20'000);
+        QTRY_VERIFY(!player.engine.isPlaying());
     }
 
     void aPipeIsNothing() {

@@ -154,7 +154,7 @@ private:
     static void show(SmallWindow& window) {
         window.placeOn(QGuiApplication::primaryScreen(), wide);
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(QTest::qWaitForWindowExposed(&window, lumbra::patience));
     }
 };
 

@@ -72,7 +72,7 @@ private Q_SLOTS:
     void whatIsOpaqueAndFillsItsFrameCovers() {
         const auto covers = [](const QVariant& asset) {
             QmlWindow window(oneView, imports, {{QStringLiteral("asset"), asset}});
-            return QTest::qWaitFor([&] { return window.value("view", "hasImage").toBool(); })
+            return QTest::qWaitFor([&] { return window.value("view", "hasImage").toBool(); }, patience)
                    && window.value("view", "covering").toBool();
         };
         QVERIFY(covers(picture("filling.png", {800, 600}, Qt::red)));
@@ -92,7 +92,7 @@ private Q_SLOTS:
                          imports, {{QStringLiteral("first"), red}, {QStringLiteral("second"), blue}});
         const auto show = [&](QColor left, QColor right) {
             return QTest::qWaitFor(
-                [&] { return isNear(pixel(window, 50, 40), left) && isNear(pixel(window, 150, 40), right); });
+                [&] { return isNear(pixel(window, 50, 40), left) && isNear(pixel(window, 150, 40), right); }, patience);
         };
         QVERIFY(show(Qt::red, Qt::blue));
         window.root()->setProperty("first", blue);

@@ -22,7 +22,7 @@ struct Stage {
         QObject::connect(&window, &QWindow::widthChanged, &window, [this] { fill(); });
         QObject::connect(&window, &QWindow::heightChanged, &window, [this] { fill(); });
         window.show();
-        if (!QTest::qWaitForWindowExposed(&window))
+        if (!QTest::qWaitForWindowExposed(&window, lumbra::patience))
             qFatal("the window does not show");
     }
 
@@ -335,7 +335,7 @@ private Q_SLOTS:
         PictureInPicture* const pip = player.engine.pip();
         pip->start();
         QPointer<QQuickWindow> window = pip->window();
-        QVERIFY(QTest::qWaitForWindowExposed(window));
+        QVERIFY(QTest::qWaitForWindowExposed(window, lumbra::patience));
         QTRY_VERIFY(isNear(window->grabWindow().pixelColor(200, 50), Qt::red));
         switch (way) {
         case 0:
@@ -362,7 +362,7 @@ private Q_SLOTS:
         player->engine.load(Clips::clip("halves.mp4"), false);
         player->engine.pip()->start();
         QPointer<QQuickWindow> window = player->engine.pip()->window();
-        QVERIFY(QTest::qWaitForWindowExposed(window));
+        QVERIFY(QTest::qWaitForWindowExposed(window, lumbra::patience));
         player.reset();
         QTRY_VERIFY(!window);
     }

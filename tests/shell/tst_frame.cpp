@@ -65,7 +65,7 @@ private:
             found = below(QAccessible::queryAccessibleInterface(m_window->window()), role, name);
             return found != nullptr;
         };
-        return QTest::qWaitFor(isThere) ? found : nullptr;
+        return QTest::qWaitFor(isThere, patience) ? found : nullptr;
     }
     static const QAccessibleInterface* below(const QAccessibleInterface* parent, QAccessible::Role role,
                                              const QString& name) {

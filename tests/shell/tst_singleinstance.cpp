@@ -42,7 +42,7 @@ private:
     // As from another process: the first must be able to answer meanwhile.
     bool claimElsewhere(SingleInstance& second, const QList<QUrl>& urls, const char* root = "/lib") {
         auto claimed = QtConcurrent::run([&, root = Location(QByteArray(root))] { return second.claim(root, urls); });
-        if (!QTest::qWaitFor([&] { return claimed.isFinished(); }, 20000))
+        if (!QTest::qWaitFor([&] { return claimed.isFinished(); }, patience))
             qFatal("the claim does not end");
         return claimed.result();
     }
@@ -52,7 +52,7 @@ private:
                                            QStringLiteral("org.freedesktop.Application"), QLatin1String(method));
         call.setArguments(arguments);
         auto answer = QtConcurrent::run([bus = connection(), call] { return bus.call(call); });
-        if (!QTest::qWaitFor([&] { return answer.isFinished(); }, 20000))
+        if (!QTest::qWaitFor([&] { return answer.isFinished(); }, patience))
             qFatal("the call does not end");
         return answer.result();
     }
@@ -175,7 +175,7 @@ void tst_singleinstance::ofTwoAtOnceOneIsTheOne() {
         const QList<QUrl> given{QUrl(QStringLiteral("lumbra://tidy"))};
         auto first = QtConcurrent::run([&] { return one.claim(m_root, given); });
         auto second = QtConcurrent::run([&] { return two.claim(m_root, given); });
-        QTRY_VERIFY_WITH_TIMEOUT(first.isFinished() && second.isFinished(), 20000);
+        QTRY_VERIFY(first.isFinished() && second.isFinished());
         QVERIFY(first.result() != second.result());
         QTRY_COMPARE((first.result() ? openedOne : openedTwo).size(), 1);
         QCOMPARE((first.result() ? openedTwo : openedOne).size(), 0);

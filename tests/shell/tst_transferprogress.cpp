@@ -126,8 +126,8 @@ private:
     void setTransfer(const std::optional<Files::Progress>& progress) {
         m_library->bindableTransfer().setValue(progress);
     }
-    void show(std::chrono::milliseconds patience) {
-        m_transfer = std::make_unique<TransferProgress>(m_library.get(), patience);
+    void show(std::chrono::milliseconds delay) {
+        m_transfer = std::make_unique<TransferProgress>(m_library.get(), delay);
         m_toasts = std::make_unique<Toasts>(m_library.get());
         m_window = std::make_unique<QmlWindow>(
             "id: root\n"

@@ -22,7 +22,8 @@ inline QQuickWindow* shownWindow(App& app) {
             continue;
         quick->requestActivate();
         const auto isFilled = [quick] { return quick->property("overlays").value<QObject*>() != nullptr; };
-        const bool isReady = QTest::qWaitForWindowActive(quick) && QTest::qWaitFor(isFilled);
+        const bool isReady =
+            QTest::qWaitForWindowActive(quick, lumbra::patience) && QTest::qWaitFor(isFilled, patience);
         return isReady ? quick : nullptr;
     }
     return nullptr;

@@ -39,7 +39,7 @@ public:
         m_root->setParentItem(m_window.contentItem());
         m_window.show();
         m_window.requestActivate();
-        if (!QTest::qWaitForWindowActive(&m_window))
+        if (!QTest::qWaitForWindowActive(&m_window, lumbra::patience))
             qFatal("the window does not become active");
     }
 
@@ -57,7 +57,7 @@ public:
                 found = qobject_cast<Type*>(itemBelow(m_window.contentItem(), QString::fromLatin1(name)));
             return found != nullptr;
         };
-        if (!QTest::qWaitFor(isThere)) // the rows of a list come with its next frame
+        if (!QTest::qWaitFor(isThere, patience)) // the rows of a list come with its next frame
             qFatal("there is no %s", name);
         return found;
     }
