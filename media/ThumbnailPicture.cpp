@@ -140,7 +140,7 @@ void ThumbnailPicture::load() {
     if (!isVisible() || !window() || m_isHeld)
         return;
     if (!known.isNull()) {
-        if (m_backdrop)
+        if (m_backdrop && !covers(known))
             makeGlow(known);
         return;
     }
@@ -198,7 +198,7 @@ void ThumbnailPicture::ask(Reader::Urgency urgency) {
 
 // Shown when it is due, with its glow if that is there by then.
 void ThumbnailPicture::receive(const QImage& image) {
-    const bool isAll = image.isNull() || !m_backdrop;
+    const bool isAll = image.isNull() || !m_backdrop || covers(image);
     if (isAll)
         m_awaited = {};
     whenDue([this, image] { takeImage(image); });
@@ -250,11 +250,19 @@ void ThumbnailPicture::setImage(const QImage& image) {
     update();
 }
 
+bool ThumbnailPicture::covers(const QImage& image) const {
+    const QSizeF left = QQuickItem::size() - fittedInto(QQuickItem::size(), image.size()).size();
+    return !image.isNull() && !image.hasAlphaChannel() && std::max(left.width(), left.height()) < 1;
+}
+
 void ThumbnailPicture::lookWhatIsCovered() {
-    const QSizeF left = QQuickItem::size() - fittedInto(QQuickItem::size(), m_image.size()).size();
-    const bool covers = !m_image.isNull() && !m_image.hasAlphaChannel() && std::max(left.width(), left.height()) < 1;
-    if (std::exchange(m_isCovering, covers) != covers)
-        Q_EMIT coveringChanged();
+    const bool isCovering = covers(m_image);
+    if (std::exchange(m_isCovering, isCovering) == isCovering)
+        return;
+    m_glowDirty = true;
+    if (!isCovering && m_backdrop && m_glow.isNull() && !m_image.isNull() && !m_isHeld)
+        makeGlow(m_image);
+    Q_EMIT coveringChanged();
 }
 
 void ThumbnailPicture::setGlow(const QImage& glow) {
@@ -279,10 +287,10 @@ QSGNode* ThumbnailPicture::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) 
         m_imageDirty = m_glowDirty = true;
     }
     if (std::exchange(m_glowDirty, false))
-        layers->set(layers->glow, m_glow, *m_textures, false);
+        layers->set(layers->glow, m_isCovering ? QImage() : m_glow, *m_textures, false);
     if (std::exchange(m_imageDirty, false))
         layers->set(layers->picture, m_image, *m_textures, true);
-    const QRectF place = fittedInto(QQuickItem::size(), m_image.size());
+    const QRectF place = m_isCovering ? boundingRect() : fittedInto(QQuickItem::size(), m_image.size());
     if (layers->glow && layers->picture && !m_image.hasAlphaChannel())
         layers->glow->setPlaceBehind(place, QQuickItem::size(), m_cornerRadius);
     else if (layers->glow)

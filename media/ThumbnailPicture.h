@@ -61,7 +61,8 @@ public:
     QImage image() const { return m_image; }
     QImage glow() const { return m_glow; }
 
-    // The picture is opaque and fills the item, but for a part of a pixel: nothing behind it is seen.
+    // The picture is opaque and fills the item, but for a part of a pixel, to which it is stretched: nothing behind it
+    // is seen, and no glow is made.
     bool isCovering() const { return m_isCovering; }
 
     // The file yielded no picture; the next load tries again.
@@ -99,6 +100,7 @@ private:
     void whenDue(std::function<void()> show);
     void setImage(const QImage& image);
     void setGlow(const QImage& glow);
+    bool covers(const QImage& image) const;
     void lookWhatIsCovered();
     void setFailed(bool failed);
     QSGNode* composed(QSGImageNode* node);

@@ -81,6 +81,23 @@ private Q_SLOTS:
         QVERIFY(!covers(picture("clear.png", {800, 600}, QColor(255, 0, 0, 128))));
     }
 
+    void whatCoversHasAGlowOnlyOnceItDoesNot() {
+        QmlWindow window(oneView, imports, {{QStringLiteral("asset"), picture("fills.png", {800, 600}, Qt::red)}});
+        auto* const view = window.find<QQuickItem>("view");
+        view->setProperty("backdrop", true);
+        auto* const picture = window.find<ThumbnailPicture>("");
+        QTRY_VERIFY(picture->isCovering());
+        QVERIFY(picture->glow().isNull());
+        QTRY_VERIFY(isNear(pixel(window, 100, 1), Qt::red));
+        view->setHeight(view->height() / 2);
+        QVERIFY(!picture->isCovering());
+        QTRY_VERIFY(!picture->glow().isNull());
+        QTRY_VERIFY(pixel(window, 10, 40).red() > 200); // beside the picture
+        view->setHeight(view->height() * 2);
+        QVERIFY(picture->isCovering());
+        QTRY_VERIFY(isNear(pixel(window, 100, 1), Qt::red));
+    }
+
     void picturesThatChangePlacesShowInTheirNewOnes() {
         const QVariant red = picture("left.png", {800, 600}, Qt::red),
                        blue = picture("right.png", {800, 600}, Qt::blue);
