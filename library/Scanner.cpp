@@ -210,6 +210,8 @@ Listing list(const Location& folder, const AssetIndex::Folder* known) {
     const Descriptor open(::open(folder.path().constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!open)
         return listing;
+    if (known)
+        listing.assets.reserve(qsizetype(known->size()));
     const auto buffer = std::make_unique<char[]>(bufferSize);
     readFolder(
         open.number(), buffer.get(), known, [&](std::string_view name) { listing.folders.append(folder.child(name)); },
