@@ -14,7 +14,7 @@ constexpr size_t fewFiles = 4;
 
 void BatchPace::note(const std::string& path, quint32 mask) {
     if (!m_windowEnd) {
-        if (m_begun.size() <= fewFiles)
+        if (m_begun.size() <= fewFiles && mask & (IN_CREATE | IN_MODIFY | IN_CLOSE_WRITE | IN_MOVED_TO))
             m_begun[path] = mask & (IN_CREATE | IN_MODIFY);
         return;
     }

@@ -83,7 +83,7 @@ void tst_BatchPace::afterAWindowWithNothingItIsQuietAgain() {
 }
 
 void tst_BatchPace::theClosingOfTheFirstFileLeavesAtOnce() {
-    read({{"/a", IN_CREATE}});
+    read({{"/a", IN_CREATE}, {"/a", IN_ATTRIB}});
     QVERIFY(leave());
     m_now += 10ms;
     read({{"/a", IN_MODIFY}, {"/a", IN_MODIFY}});
