@@ -1,5 +1,5 @@
-// When a batch of changed paths may leave: the first of a quiet time at once, then one in each window while changes keep
-// coming.
+// When a batch of changed paths may leave: the first of a quiet time at once, then one in each window while changes
+// keep coming.
 //
 // A quiet time mostly ends with one file that is being saved, and its first event tells least: the file is still empty,
 // or has the name it is given until it is whole. What completes the news of that first batch, once for each way, leaves
