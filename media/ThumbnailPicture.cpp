@@ -260,7 +260,8 @@ void ThumbnailPicture::lookWhatIsCovered() {
     if (std::exchange(m_isCovering, isCovering) == isCovering)
         return;
     m_glowDirty = true;
-    if (!isCovering && m_backdrop && m_glow.isNull() && !m_image.isNull() && !m_isHeld)
+    // The glow at hand may be of the picture that the file had.
+    if (!isCovering && m_backdrop && !m_image.isNull() && !m_isHeld)
         makeGlow(m_image);
     Q_EMIT coveringChanged();
 }

@@ -29,6 +29,20 @@ size_t shownFolders(const Location& root) {
     return count;
 }
 
+// A folder whose batches come this many seconds apart.
+struct Watched {
+    explicit Watched(double latency)
+        : mirror({root}, [latency] {
+              FileEvents::Options options;
+              options.latency = latency;
+              return options;
+          }()) {}
+
+    TestHome home;
+    const Location root = home.folder("root");
+    EventMirror mirror;
+};
+
 // How often the thread of the events gave up the processor, which it does once for each time that it slept.
 qint64 wakeUps() {
     for (const auto& task : fs::directory_iterator("/proc/self/task")) {
@@ -184,13 +198,9 @@ void tst_FileEvents::aFolderStandsForWhatIsBelowIt() {
 }
 
 void tst_FileEvents::keepsCreatedWhenTheFolderIsTouchedAfterwards() {
-    TestHome home;
-    const Location root = home.folder("root");
-    FileEvents::Options options;
-    options.latency = 0.5;
-    EventMirror mirror({root}, options);
-
-    write(root.child("opens-the-window.mp4"));
+    Watched watched(0.5);
+    auto& [home, root, mirror] = watched;
+    fs::rename(text(home.file("aside/opens-the-window.mp4")), text(root.child("opens-the-window.mp4")));
     QTRY_VERIFY(!mirror.batches().isEmpty());
     const Location folder = root.child("folder");
     fs::create_directory(text(folder));
@@ -203,11 +213,8 @@ void tst_FileEvents::keepsCreatedWhenTheFolderIsTouchedAfterwards() {
 }
 
 void tst_FileEvents::theFirstEventOfAQuietTimeComesAtOnce() {
-    TestHome home;
-    const Location root = home.folder("root");
-    FileEvents::Options options;
-    options.latency = 3600;
-    EventMirror mirror({root}, options);
+    Watched watched(3600);
+    auto& [home, root, mirror] = watched;
     const Location file = home.file("aside/first.mp4");
     fs::rename(text(file), text(root.child("first.mp4")));
     QTRY_COMPARE(mirror.batches().size(), 1);
@@ -215,11 +222,8 @@ void tst_FileEvents::theFirstEventOfAQuietTimeComesAtOnce() {
 }
 
 void tst_FileEvents::aFileThatIsSavedComesAgainOnceItIsWhole() {
-    TestHome home;
-    const Location root = home.folder("root");
-    FileEvents::Options options;
-    options.latency = 3600;
-    EventMirror mirror({root}, options);
+    Watched watched(3600);
+    auto& [home, root, mirror] = watched;
     std::ofstream file(text(root.child("part")));
     QTRY_COMPARE(mirror.batches().size(), 1);
     file << "some" << std::flush;
@@ -231,11 +235,8 @@ void tst_FileEvents::aFileThatIsSavedComesAgainOnceItIsWhole() {
 }
 
 void tst_FileEvents::aBurstComesInOneBatchAWindow() {
-    TestHome home;
-    const Location root = home.folder("root");
-    FileEvents::Options options;
-    options.latency = 0.4;
-    EventMirror mirror({root}, options);
+    Watched watched(0.4);
+    auto& [home, root, mirror] = watched;
 
     QElapsedTimer clock;
     clock.start();
@@ -255,11 +256,8 @@ void tst_FileEvents::aBurstComesInOneBatchAWindow() {
 }
 
 void tst_FileEvents::whatWaitsForItsWindowCanBeHadAtOnce() {
-    TestHome home;
-    const Location root = home.folder("root");
-    FileEvents::Options options;
-    options.latency = 3600;
-    EventMirror mirror({root}, options);
+    Watched watched(3600);
+    auto& [home, root, mirror] = watched;
     fs::rename(text(home.file("aside/opens-the-window.mp4")), text(root.child("opens-the-window.mp4")));
     QTRY_COMPARE(mirror.batches().size(), 1);
     for (int i = 0; i < 20; ++i) {
