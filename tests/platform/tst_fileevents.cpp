@@ -309,7 +309,7 @@ void tst_FileEvents::restsWithoutWakingUp() {
 
     write(root.child("wakes.mp4"));
     QTRY_VERIFY(mirror.reported(root.child("wakes.mp4")));
-    QVERIFY(wakeUps() > before);
+    QTRY_VERIFY(wakeUps() > before); // counted as it falls asleep again
 }
 
 void tst_FileEvents::endsInTheMiddleOfEverything() {
